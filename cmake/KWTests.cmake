@@ -1,0 +1,52 @@
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+# kw_add_tests(<room> <files>... [LABELS <labels>...] [LIBRARIES <targets>...] [TIMEOUT <seconds>])
+#
+# One GoogleTest executable <room>_tests, linked with all internal objects and the shared test
+# support (target kw_test_support, made in tests/support). Every test carries the label <room>;
+# tests that hand our output to foreign programs carry the label interop as well.
+# Give tests that start threads a kw_add_tests of their own with LABELS threads: that label is what
+# the thread sanitizer builds (target kw_thread_tests) and runs.
+add_custom_target(kw_thread_tests)
+
+function(kw_add_tests room)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LABELS;LIBRARIES")
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  set(target ${room}_tests)
+  kw_drop_missing_sources(arg_UNPARSED_ARGUMENTS)
+  if(NOT arg_UNPARSED_ARGUMENTS)
+    return()
+  endif()
+  add_executable(${target} ${arg_UNPARSED_ARGUMENTS})
+  kw_set_warnings(${target})
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${target} PRIVATE
+    kw_internal kw_test_support ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+  if("threads" IN_LIST arg_LABELS)
+    add_dependencies(kw_thread_tests ${target})
+  endif()
+  # Discovery runs the program; before the test run and not at link time, so that a build never
+  # executes what it has just made.
+  gtest_discover_tests(${target}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
+    PROPERTIES TIMEOUT ${arg_TIMEOUT})
+  # PROPERTIES cannot carry a list, and a test may have several labels.
+  set(labels_file "${CMAKE_CURRENT_BINARY_DIR}/${target}_labels.cmake")
+  file(CONFIGURE OUTPUT "${labels_file}" @ONLY CONTENT
+    "if(@target@_TESTS)
+  set_tests_properties(\${@target@_TESTS} PROPERTIES LABELS \"@room@;@arg_LABELS@\")
+endif()
+")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labels_file}")
+endfunction()
+
+# The system's Python sees the system's packages (fontTools); another one first in PATH may not.
+find_program(KW_PYTHON3 python3 PATHS /usr/bin NO_DEFAULT_PATH)
+if(NOT KW_PYTHON3)
+  find_program(KW_PYTHON3 python3 REQUIRED)
+endif()

@@ -1,0 +1,12 @@
+# kw_set_warnings(<target>): the warnings that all of our own code is clean of.
+function(kw_set_warnings target)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8
+      $<$<BOOL:${KW_WARNINGS_AS_ERRORS}>:/WX>)
+  else()
+    target_compile_options(${target} PRIVATE
+      -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+      -Wnon-virtual-dtor -Woverloaded-virtual
+      $<$<BOOL:${KW_WARNINGS_AS_ERRORS}>:-Werror>)
+  endif()
+endfunction()
