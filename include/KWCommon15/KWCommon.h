@@ -1,0 +1,33 @@
+#pragma once
+
+/// @file
+/// Everything of the companion library.
+
+#include "KWCommon15/KWCStr.h"
+#include "KWCommon15/KWChar.h"
+#include "KWCommon15/KWEmptyString.h"
+#include "KWCommon15/KWError.h"
+#include "KWCommon15/KWErrorLevel.h"
+#include "KWCommon15/KWExport.h"
+#include "KWCommon15/KWLang.h"
+#include "KWCommon15/KWLength.h"
+#include "KWCommon15/KWLock.h"
+#include "KWCommon15/KWMemStream.h"
+#include "KWCommon15/KWMemStreamBuf.h"
+#include "KWCommon15/KWMessage.h"
+#include "KWCommon15/KWName.h"
+#include "KWCommon15/KWNameEnum.h"
+#include "KWCommon15/KWNameTable.h"
+#include "KWCommon15/KWNamedValue.h"
+#include "KWCommon15/KWObjectBase.h"
+#include "KWCommon15/KWParser.h"
+#include "KWCommon15/KWPtr.h"
+#include "KWCommon15/KWRCObject.h"
+#include "KWCommon15/KWTokenizer.h"
+#include "KWCommon15/KWUUID.h"
+#include "KWCommon15/KWUnicodeRange.h"
+#include "KWCommon15/KWUnitType.h"
+#include "KWCommon15/KWUri.h"
+#include "KWCommon15/KWUtil.h"
+#include "KWCommon15/KWValue.h"
+#include "KWCommon15/KWXmlUtil.h"
