@@ -30,10 +30,10 @@ enum URISTRTYPE : int {
 ///
 /// The text is kept in one canonical form: lower-case scheme and host, percent-encoding only where
 /// RFC 3986 needs it (and for ":" in file names), with upper-case digits; dot segments and repeated
-/// separators of files are resolved by the text alone, without regard to links. Characters outside ASCII are percent-encoded UTF-8; bytes that are not UTF-8 pass
-/// unharmed from a file name through the URI and back (see KWCStr for their form in a text).
-/// A relative file is a reference without a scheme, opened against the process's current folder. The
-/// text of a `data:` URI is kept as given.
+/// separators of files are resolved by the text alone, without regard to links. Characters outside
+/// ASCII are percent-encoded UTF-8; bytes that are not UTF-8 pass unharmed from a file name through
+/// the URI and back (see KWCStr for their form in a text). A relative file is a reference without a
+/// scheme, opened against the process's current folder. The text of a `data:` URI is kept as given.
 ///
 /// A value; one object is used by one thread at a time.
 class KWCOMMON_API KWUri {
@@ -114,7 +114,8 @@ public:
     std::istream* getIStream(ContentInfo* info = nullptr, UnicodeString* errorText = nullptr) const;
 
     /// Takes a path against the folder of a loaded module.
-    /// @param moduleName the module's file name on Windows, such as "KWFontService17.dll"; elsewhere
+    /// @param moduleName the module's file name on Windows, such as "KWFontService17.dll";
+    /// elsewhere
     ///                   its shared library, or the program when it is linked in statically
     /// @param path       an absolute path or URI stays as it is; empty gives the empty URI
     /// @param folder     receives the local path of the module's folder; may be null

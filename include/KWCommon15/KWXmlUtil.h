@@ -56,7 +56,8 @@ public:
     /// Steps to the next event. Before open() it answers endOfInput.
     /// @throw KWError KWERR_XML_SYNTAX when the document is not well-formed (an empty one is not),
     ///        cannot be read to its end, or goes past a limit. Message: name, line, column, reason;
-    ///        second text: the name; values: line and column, from 1. Thrown again when asked again.
+    ///        second text: the name; values: line and column, from 1. Thrown again when asked
+    ///        again.
     KWXmlEvent nextEvent();
 
     /// Name of the element, prefix included, at startTag and endTag; empty otherwise.

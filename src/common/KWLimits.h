@@ -28,4 +28,9 @@ constexpr float kXmlMaxExpansionRatio = 10.0F;
 constexpr std::size_t kXmlMaxWaitingEvents = 32768;
 constexpr std::size_t kXmlMaxWaitingBytes = std::size_t{4} << 20;
 
+/// Bytes of name strings that one face may have read. Name records may all point at the same
+/// 64 KiB, so the size of the table does not bound them; the largest `name` tables of real fonts
+/// hold less than 256 KiB.
+inline constexpr std::size_t kMaxNameBytes = std::size_t{4} << 20;
+
 } // namespace KWCommonNS

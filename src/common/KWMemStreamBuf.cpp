@@ -82,8 +82,8 @@ void KWMemStreamBuf::setKeepMemory(bool keep) {
 // Others may have moved a seekable source since the last read.
 std::streamsize KWMemStreamBuf::readSource(off_type from, char* to, std::streamsize count) {
     std::streambuf* const buf = source_->rdbuf();
-    if (buf == nullptr || (seekableSource_ && off_type(buf->pubseekpos(pos_type(from),
-                                                                       std::ios_base::in)) != from))
+    if (buf == nullptr ||
+        (seekableSource_ && off_type(buf->pubseekpos(pos_type(from), std::ios_base::in)) != from))
         return 0;
     return std::max<std::streamsize>(buf->sgetn(to, count), 0);
 }
@@ -460,8 +460,7 @@ bool KWMemStreamBuf::skipSeek(const void* bytes, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         skipped[static_cast<unsigned char>(set[i])] = true;
     int_type c = sgetc();
-    while (!traits_type::eq_int_type(c, traits_type::eof()) &&
-           skipped[static_cast<std::size_t>(c)])
+    while (!traits_type::eq_int_type(c, traits_type::eof()) && skipped[static_cast<std::size_t>(c)])
         c = snextc();
     return !traits_type::eq_int_type(c, traits_type::eof());
 }

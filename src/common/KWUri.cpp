@@ -67,8 +67,8 @@ UriParts partsOfPath(std::u16string_view text, bool backslashSeparates) {
     if (unc) {
         const std::size_t end = std::min(path.find(u'/', 2), path.size());
         parts.scheme = kFileScheme;
-        parts.authority = lowerAscii(encodeUriText(std::u16string_view(path).substr(2, end - 2),
-                                                   UriCharacters::authority));
+        parts.authority = lowerAscii(
+            encodeUriText(std::u16string_view(path).substr(2, end - 2), UriCharacters::authority));
         parts.path = encodeUriText(std::u16string_view(path).substr(end), UriCharacters::filePath);
     } else if (startsWithDrive(path)) {
         parts.scheme = kFileScheme;
@@ -247,8 +247,7 @@ KWUri KWUri::fromFileName(const KWUri& folder, const UnicodeString& name) {
     if (text.empty() || text == u"." || text == u".." || !folder.isFile() ||
         text.find_first_of(windows ? u"/\\" : u"/") != std::u16string_view::npos)
         return uri;
-    uri.text_ =
-        folder.getBaseString() + toText(encodeUriText(text, UriCharacters::filePath));
+    uri.text_ = folder.getBaseString() + toText(encodeUriText(text, UriCharacters::filePath));
     return uri;
 }
 
@@ -304,8 +303,7 @@ void KWUri::setExtension(const UnicodeString& extension) {
     if (range.start >= range.end)
         return;
     const std::size_t dot = text.substr(0, range.end).rfind(u'.');
-    const std::size_t from =
-        dot == std::u16string::npos || dot < range.start ? range.end : dot;
+    const std::size_t from = dot == std::u16string::npos || dot < range.start ? range.end : dot;
     std::u16string tail = encodeUriText(toView(extension), UriCharacters::filePath);
     for (std::size_t i = tail.find(u'/'); i != std::u16string::npos; i = tail.find(u'/', i))
         tail.replace(i, 1, u"%2F");

@@ -38,8 +38,8 @@ std::shared_ptr<const KWUri::Fetcher> currentFetcher() {
 // would otherwise be taken for the name of a file in the current folder.
 std::optional<std::u16string> systemPath(const KWUri& uri) {
     std::u16string path = toPath(uri.getLocalPath());
-    const bool foreign = KWPlatform::preferredSeparator() == u'/' && uri.isAbsolute() &&
-                         !path.starts_with(u'/');
+    const bool foreign =
+        KWPlatform::preferredSeparator() == u'/' && uri.isAbsolute() && !path.starts_with(u'/');
     if (!uri.isFile() || path.empty() || foreign)
         return std::nullopt;
     return path;
@@ -132,8 +132,7 @@ std::unique_ptr<std::istream> openFile(const KWUri& uri, UnicodeString& errorTex
         return nullptr;
     }
     std::string reason;
-    std::unique_ptr<KWPlatform::FileReader> file =
-        KWPlatform::system().openFile(*path, reason);
+    std::unique_ptr<KWPlatform::FileReader> file = KWPlatform::system().openFile(*path, reason);
     if (file == nullptr) {
         errorText = textOfBytes(reason);
         return nullptr;

@@ -56,7 +56,6 @@ struct KWXmlParser::State {
     std::size_t waitingBytes = 0;
     bool finished = true;
     bool outOfMemory = false;
-    std::string_view refusal; // reason of our own for stopping the parser
     std::unique_ptr<KWError> failure;
 
     void begin(std::istream* stream, const UnicodeString& encoding, const UnicodeString& title);
@@ -77,18 +76,16 @@ struct KWXmlParser::State {
 // No exception may pass through expat.
 template <typename Work>
 void KWXmlParser::State::guarded(Work work) {
-    if (outOfMemory || !refusal.empty())
+    if (outOfMemory || failure != nullptr)
         return;
     try {
         work();
+        if (waiting.size() > kXmlMaxWaitingEvents || waitingBytes > kXmlMaxWaitingBytes)
+            fail("entities hold too much");
     } catch (const std::bad_alloc&) {
         outOfMemory = true;
     }
-    if (waiting.size() > kXmlMaxWaitingEvents || waitingBytes > kXmlMaxWaitingBytes)
-        refusal = "entities hold too much";
-    if (!refusal.empty())
-        fail(refusal); // here, since a stopped parser stands somewhat further on
-    if (outOfMemory || !refusal.empty())
+    if (outOfMemory || failure != nullptr)
         XML_StopParser(expat.get(), XML_FALSE);
 }
 
@@ -110,7 +107,7 @@ void XMLCALL KWXmlParser::State::onStart(void* data, const XML_Char* name,
     auto& state = *static_cast<State*>(data);
     state.guarded([&] {
         if (++state.depth > kXmlMaxDepth) {
-            state.refusal = "elements nested too deeply";
+            state.fail("elements nested too deeply");
             return;
         }
         Event& event = state.push(KWXmlEvent::startTag);
@@ -153,7 +150,6 @@ void KWXmlParser::State::begin(std::istream* stream, const UnicodeString& encodi
     waitingBytes = 0;
     finished = false;
     outOfMemory = false;
-    refusal = {};
     failure.reset();
     std::string charset;
     (encoding.isEmpty() ? info.charset : encoding).toUTF8String(charset);
@@ -233,8 +229,7 @@ UnicodeString KWXmlParser::getClassName() const {
     return UnicodeString(u"KWXmlParser");
 }
 
-bool KWXmlParser::open(const KWUri& uri, const UnicodeString& encoding,
-                       const UnicodeString& name) {
+bool KWXmlParser::open(const KWUri& uri, const UnicodeString& encoding, const UnicodeString& name) {
     std::unique_ptr<std::istream> input(uri.getIStream());
     if (input == nullptr)
         return false;

@@ -122,7 +122,7 @@ std::string numberText(double value) {
     // The exponent comes as "e+21" or "e-07".
     if (const std::size_t at = text.find('e'); at != std::string::npos) {
         const std::size_t digits = text.find_first_not_of("+-0", at + 1);
-        text.replace(at + 1, digits - at - 1, text[at + 1] == '-' ? "-" : "");
+        return text.substr(0, at + 1) + (text[at + 1] == '-' ? "-" : "") + text.substr(digits);
     }
     return text;
 }

@@ -58,8 +58,8 @@ constexpr auto kCharacterFlags = [] {
     mark(u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~",
          everywhere | kUnreservedBit);
     mark(u"!$&'()*+,;=@", everywhere);
-    mark(u"/", bitOf(UriCharacters::filePath) | bitOf(UriCharacters::path) |
-                   bitOf(UriCharacters::query));
+    mark(u"/",
+         bitOf(UriCharacters::filePath) | bitOf(UriCharacters::path) | bitOf(UriCharacters::query));
     mark(u":", bitOf(UriCharacters::path) | bitOf(UriCharacters::authority) |
                    bitOf(UriCharacters::query));
     mark(u"[]", bitOf(UriCharacters::authority));

@@ -88,8 +88,7 @@ static int decodeCharacter(void* data, const char* bytes) {
     auto& decoder = *static_cast<Decoder*>(data);
     const int length = decoder.lengths[static_cast<unsigned char>(*bytes)];
     UChar32 c = 0;
-    return decoder.decode(bytes, static_cast<std::size_t>(length), c) ==
-                   Decoder::Result::character
+    return decoder.decode(bytes, static_cast<std::size_t>(length), c) == Decoder::Result::character
                ? c
                : -1;
 }

@@ -17,7 +17,11 @@ std::size_t sequenceLength(std::string_view bytes, std::size_t index) {
     const unsigned lead = byteAt(bytes, index);
     if (lead < 0x80)
         return 1;
-    const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    const std::size_t length = lead < 0xC2   ? 0
+                               : lead < 0xE0 ? 2
+                               : lead < 0xF0 ? 3
+                               : lead < 0xF5 ? 4
+                                             : 0;
     if (length == 0 || bytes.size() - index < length)
         return 0;
     const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;

@@ -75,7 +75,8 @@ public:
     /// Entries of a directory in the order of the file system, without "." and "..". A link is
     /// judged by what it leads to; one that leads nowhere counts as system.
     /// @return nothing when the directory cannot be read
-    virtual std::optional<std::vector<DirectoryEntry>> listDirectory(const std::u16string& path) = 0;
+    virtual std::optional<std::vector<DirectoryEntry>>
+    listDirectory(const std::u16string& path) = 0;
     /// @return nothing when `path` is no directory
     virtual std::optional<DirectoryIdentity> directoryIdentity(const std::u16string& path) = 0;
     /// True when `path` leads to a regular file.

@@ -29,8 +29,7 @@ public:
         calls_.push_back({offset, count});
         if (offset >= bytes_.size())
             return 0;
-        const std::size_t got =
-            std::min(count, bytes_.size() - static_cast<std::size_t>(offset));
+        const std::size_t got = std::min(count, bytes_.size() - static_cast<std::size_t>(offset));
         std::memcpy(buffer, bytes_.data() + offset, got);
         return got;
     }

@@ -21,8 +21,7 @@ TEST(CStr, BytesThatAreNotUtf8ComeBackUnharmed) {
 }
 
 TEST(CStr, ATextWithoutAnEightBitFormHasNoBytes) {
-    for (const UnicodeString& text :
-         {UnicodeString(char16_t(0xD800)), UnicodeString(u"a\0b", 3)}) {
+    for (const UnicodeString& text : {UnicodeString(char16_t(0xD800)), UnicodeString(u"a\0b", 3)}) {
         const KWCStr narrow(text);
         EXPECT_FALSE(narrow.hasBytes());
         EXPECT_STREQ(narrow.c_str(), "");

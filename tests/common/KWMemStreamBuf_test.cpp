@@ -242,9 +242,10 @@ class SearchTest : public testing::TestWithParam<int> {
 protected:
     KWMemStream& open(const std::string& text) {
         source_ = std::make_unique<CountingStream>(text, GetParam() >= 0);
-        stream_ = GetParam() == 0 ? std::make_unique<KWMemStream>()
-                                  : std::make_unique<KWMemStream>(
-                                        source_.get(), static_cast<std::size_t>(std::abs(GetParam())));
+        stream_ = GetParam() == 0
+                      ? std::make_unique<KWMemStream>()
+                      : std::make_unique<KWMemStream>(
+                            source_.get(), static_cast<std::size_t>(std::abs(GetParam())));
         if (GetParam() == 0)
             *stream_ << text;
         return *stream_;
@@ -317,8 +318,7 @@ TEST(MemStreamBuf, ChecksumOfALongSourceGoesThroughAllOfIt) {
     const std::string bytes = patternBytes(70001);
     CountingStream source(bytes);
     KWMemStream stream(&source, 512);
-    const std::uint32_t expected =
-        KWMemStreamBuf::calcOTFTableChecksum(bytes.data(), bytes.size());
+    const std::uint32_t expected = KWMemStreamBuf::calcOTFTableChecksum(bytes.data(), bytes.size());
     EXPECT_EQ(stream.rdbuf()->calcOTFTableChecksum(), expected);
     EXPECT_TRUE(stream.rdbuf()->hasSource());
     stream.rdbuf()->setKeepMemory(true);

@@ -37,7 +37,8 @@ Fetched fetch(const KWUri& uri) {
     Fetched result;
     const std::unique_ptr<std::istream> stream(uri.getIStream(&result.info, &result.error));
     if (stream != nullptr)
-        result.bytes.emplace(std::istreambuf_iterator<char>(*stream), std::istreambuf_iterator<char>());
+        result.bytes.emplace(std::istreambuf_iterator<char>(*stream),
+                             std::istreambuf_iterator<char>());
     return result;
 }
 
@@ -115,7 +116,9 @@ TEST(DataUri, DecodesBase64AndPercentBodies) {
     EXPECT_EQ(fetch("data:;base64,QQ==").bytes, "A");
     EXPECT_EQ(fetch("data:;base64,Q%55 J\nD").bytes, "ABC");
     EXPECT_EQ(fetch("data:;base64,").bytes, "");
-    EXPECT_EQ(fetch("data:,a%20b%00%ffc").bytes, std::string("a b\0\xFF" "c", 6));
+    EXPECT_EQ(fetch("data:,a%20b%00%ffc").bytes, std::string("a b\0\xFF"
+                                                             "c",
+                                                             6));
     EXPECT_EQ(fetch("data:,%zz%4").bytes, "%zz%4");
     EXPECT_EQ(fetch("data:,\xC3\xA9").bytes, "\xC3\xA9");
     EXPECT_EQ(fetch("data:,a,b;c#fragment").bytes, "a,b;c");
@@ -123,10 +126,10 @@ TEST(DataUri, DecodesBase64AndPercentBodies) {
 }
 
 TEST(DataUri, DamagedOnesGiveNullAndAReason) {
-    for (const char* text : {"data:", "data:text/plain", "data:;base64", "data:;base64,A",
-                             "data:;base64,QUJDR", "data:;base64,Q=UI", "data:;base64,QUI==",
-                             "data:;base64,QUJD=", "data:;base64,Q!", "data:;base64,QUJ\xC3\xA9",
-                             "data:;base64,Q-_A"}) {
+    for (const char* text :
+         {"data:", "data:text/plain", "data:;base64", "data:;base64,A", "data:;base64,QUJDR",
+          "data:;base64,Q=UI", "data:;base64,QUI==", "data:;base64,QUJD=", "data:;base64,Q!",
+          "data:;base64,QUJ\xC3\xA9", "data:;base64,Q-_A"}) {
         const Fetched result = fetch(text);
         EXPECT_FALSE(result.bytes) << text;
         EXPECT_FALSE(result.error.isEmpty());
@@ -203,10 +206,10 @@ TEST_F(FetcherTest, MayFailWithAReasonOrThrow) {
         return nullptr;
     });
     EXPECT_EQ(utf8(fetch(uri).error), "offline");
-    KWUri::setFetcher([](const KWUri&, KWUri::ContentInfo&,
-                         UnicodeString&) -> std::unique_ptr<std::istream> {
-        throw std::runtime_error("broken");
-    });
+    KWUri::setFetcher(
+        [](const KWUri&, KWUri::ContentInfo&, UnicodeString&) -> std::unique_ptr<std::istream> {
+            throw std::runtime_error("broken");
+        });
     EXPECT_THROW(fetch(uri), std::runtime_error);
 }
 

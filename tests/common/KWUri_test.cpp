@@ -27,8 +27,7 @@ std::string pathOf(const UnicodeString& text, URISTRTYPE type = URISTR_DETECT) {
     return utf8(KWUri(text, type).getLocalPath());
 }
 
-std::string resolved(const char16_t* base, const char16_t* text,
-                     URISTRTYPE type = URISTR_URI) {
+std::string resolved(const char16_t* base, const char16_t* text, URISTRTYPE type = URISTR_URI) {
     return utf8(KWUri(text, KWUri(base), type).getString());
 }
 
@@ -63,9 +62,9 @@ TEST(Uri, AFullPathBecomesAFileUriAndComesBack) {
 }
 
 TEST(Uri, CharactersOfAPathMeanOnlyThemselves) {
-    for (const char* path : {"/a#b?c%41.ttf", "/a b/%zz", "/q\"<>^`{|}", "/a;b,c=d@e&f$g!h'(i)*+",
-                             "/caf\xC3\xA9/\xF0\x9F\x98\x80", "/a:b/c:d", "/C:/x", "/a\\b",
-                             "/line\nend"}) {
+    for (const char* path :
+         {"/a#b?c%41.ttf", "/a b/%zz", "/q\"<>^`{|}", "/a;b,c=d@e&f$g!h'(i)*+",
+          "/caf\xC3\xA9/\xF0\x9F\x98\x80", "/a:b/c:d", "/C:/x", "/a\\b", "/line\nend"}) {
         const UnicodeString text = UnicodeString::fromUTF8(path);
         const KWUri uri(text, URISTR_LOCAL);
         EXPECT_EQ(utf8(uri.getLocalPath()), path);
@@ -235,8 +234,7 @@ TEST(Uri, ResolvesFilesAgainstFolders) {
     EXPECT_EQ(resolved(u"C:\\a\\b.xml", u"c\\d.ttf", URISTR_LOCAL), "file:///C:/a/c/d.ttf");
     EXPECT_EQ(resolved(u"C:\\a\\b.xml", u"..\\..\\..\\d.ttf", URISTR_LOCAL), "file:///C:/d.ttf");
     EXPECT_EQ(resolved(u"C:\\a\\b.xml", u"c\\d.ttf"), "file:///C:/a/c/d.ttf");
-    EXPECT_EQ(resolved(u"\\\\server\\share\\a\\", u"..\\b", URISTR_LOCAL),
-              "file://server/share/b");
+    EXPECT_EQ(resolved(u"\\\\server\\share\\a\\", u"..\\b", URISTR_LOCAL), "file://server/share/b");
     EXPECT_EQ(resolved(u"folder/", u"a.ttf", URISTR_LOCAL), "folder/a.ttf");
     EXPECT_EQ(resolved(u"folder/", u"../../a.ttf", URISTR_LOCAL), "../a.ttf");
     EXPECT_EQ(resolved(u"", u"a.ttf"), "a.ttf");
@@ -352,9 +350,10 @@ TEST(Uri, AWindowsPathIsNoFileNameElsewhere) {
 
 TEST(Uri, HostileTextsGiveSomeUri) {
     for (const char16_t* text :
-         {u"%", u"%z", u"%zz", u"file:///%zz", u"file:///", u"file://", u"file:", u"\\\\", u"//",
-          u"///", u"C:", u":", u"::", u"a:", u"http:", u"http://", u"#", u"?", u"/..", u"./..",
-          u"file://[::1", u"file:////", u"file://C|", u"http://h:x:y@z/"}) {
+         {u"%",     u"%z",   u"%zz",         u"file:///%zz", u"file:///",  u"file://",
+          u"file:", u"\\\\", u"//",          u"///",         u"C:",        u":",
+          u"::",    u"a:",   u"http:",       u"http://",     u"#",         u"?",
+          u"/..",   u"./..", u"file://[::1", u"file:////",   u"file://C|", u"http://h:x:y@z/"}) {
         for (const URISTRTYPE type : {URISTR_DETECT, URISTR_LOCAL, URISTR_URI, URISTR_URL}) {
             KWUri uri(text, type);
             uri.getBaseString();

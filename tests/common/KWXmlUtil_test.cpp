@@ -272,16 +272,14 @@ TEST(XmlParser, OpensNothingButTheDocument) {
     dir.write("secret.txt", "secret");
     dir.write("bad.dtd", "<!ENTITY e 'from the DTD'> not a DTD");
     const std::string folder = "file://" + dir.path().string();
-    EXPECT_EQ(eventsOf("<!DOCTYPE a [<!ENTITY e SYSTEM '" + folder +
-                           "/secret.txt'>]><a>1&e;2</a>",
-                       true),
-              "<a>12</a>");
+    EXPECT_EQ(
+        eventsOf("<!DOCTYPE a [<!ENTITY e SYSTEM '" + folder + "/secret.txt'>]><a>1&e;2</a>", true),
+        "<a>12</a>");
     EXPECT_EQ(eventsOf("<!DOCTYPE a SYSTEM '" + folder + "/bad.dtd'><a>1&e;2</a>", true),
               "<a>12</a>");
-    EXPECT_EQ(eventsOf("<!DOCTYPE a [<!ENTITY % p SYSTEM '" + folder +
-                           "/bad.dtd'>%p;]><a>1</a>",
-                       true),
-              "<a>1</a>");
+    EXPECT_EQ(
+        eventsOf("<!DOCTYPE a [<!ENTITY % p SYSTEM '" + folder + "/bad.dtd'>%p;]><a>1</a>", true),
+        "<a>1</a>");
 }
 
 TEST(XmlParser, NestsUpToItsLimit) {
@@ -297,7 +295,8 @@ TEST(XmlParser, NestsUpToItsLimit) {
     EXPECT_TRUE(fails(nested(kXmlMaxDepth + 1)));
     const std::string deep = eventsOf(nested(1000000));
     EXPECT_NE(deep.find("nested too deeply"), std::string::npos);
-    EXPECT_NE(deep.find("line 1, column " + std::to_string(3 * kXmlMaxDepth + 1)), std::string::npos);
+    EXPECT_NE(deep.find("line 1, column " + std::to_string(3 * kXmlMaxDepth + 1)),
+              std::string::npos);
 }
 
 TEST(XmlParser, RefusesEndlessTokens) {
@@ -348,7 +347,9 @@ TEST(XmlParser, ReadsEncodingsThatOnlyIcuKnows) {
     };
     EXPECT_EQ(document("windows-1252", "\x80"), "<a x=\"\xE2\x82\xAC\"></a>");
     EXPECT_EQ(document("KOI8-R", "\xC1"), "<a x=\"\xD0\xB0\"></a>");
-    EXPECT_EQ(document("Shift_JIS", "\x82\xA0" "\xB1"), "<a x=\"\xE3\x81\x82\xEF\xBD\xB1\"></a>");
+    EXPECT_EQ(document("Shift_JIS", "\x82\xA0"
+                                    "\xB1"),
+              "<a x=\"\xE3\x81\x82\xEF\xBD\xB1\"></a>");
     EXPECT_EQ(document("EUC-JP", "\xA4\xA2"), "<a x=\"\xE3\x81\x82\"></a>");
     EXPECT_EQ(document("EUC-JP", "\x8F\xB0\xA1"), "<a x=\"\xE4\xB8\x82\"></a>"); // three bytes
     EXPECT_EQ(document("Big5", "\xA4\xA4"), "<a x=\"\xE4\xB8\xAD\"></a>");
@@ -374,8 +375,8 @@ TEST(XmlParser, OpensUrisAndNamesThemInItsErrors) {
     ASSERT_TRUE(xml->open(dir.uri("good.xml"), u"", u""));
     EXPECT_EQ(events(*xml), "<a></a>");
     ASSERT_TRUE(xml->open(dir.uri("bad.xml"), u"", u"")); // the same parser again
-    EXPECT_EQ(events(*xml), "<a>[" + dir.path("bad.xml").string() +
-                                ", line 1, column 4: no element found]");
+    EXPECT_EQ(events(*xml),
+              "<a>[" + dir.path("bad.xml").string() + ", line 1, column 4: no element found]");
     ASSERT_TRUE(xml->open(KWUri(u"data:,<x/>"), u"", u""));
     EXPECT_EQ(events(*xml), "<x></x>");
     EXPECT_FALSE(xml->open(dir.uri("missing.xml"), u"", u""));

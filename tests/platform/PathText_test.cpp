@@ -24,11 +24,11 @@ TEST(PathText, EveryByteThatIsNotUtf8BecomesALoneSurrogate) {
     };
     EXPECT_EQ(decodeBytes("\xFF"), escaped({0xFF}));
     EXPECT_EQ(decodeBytes("\x80"), escaped({0x80}));
-    EXPECT_EQ(decodeBytes("\xC0\xAF"), escaped({0xC0, 0xAF}));             // overlong
-    EXPECT_EQ(decodeBytes("\xE0\x9F\xBF"), escaped({0xE0, 0x9F, 0xBF}));   // overlong
-    EXPECT_EQ(decodeBytes("\xED\xA0\x80"), escaped({0xED, 0xA0, 0x80}));   // surrogate
+    EXPECT_EQ(decodeBytes("\xC0\xAF"), escaped({0xC0, 0xAF}));           // overlong
+    EXPECT_EQ(decodeBytes("\xE0\x9F\xBF"), escaped({0xE0, 0x9F, 0xBF})); // overlong
+    EXPECT_EQ(decodeBytes("\xED\xA0\x80"), escaped({0xED, 0xA0, 0x80})); // surrogate
     EXPECT_EQ(decodeBytes("\xF4\x90\x80\x80"), escaped({0xF4, 0x90, 0x80, 0x80}));
-    EXPECT_EQ(decodeBytes("\xE3\x81"), escaped({0xE3, 0x81}));             // cut off
+    EXPECT_EQ(decodeBytes("\xE3\x81"), escaped({0xE3, 0x81})); // cut off
     EXPECT_EQ(decodeBytes("\xE3\x81z"), escaped({0xE3, 0x81}) + u"z");
 }
 

@@ -78,11 +78,10 @@ TEST(DirectoryListing, TellsFilesFoldersHiddenAndSystemEntriesApart) {
         const char16_t* name;
         bool directory, hidden, system;
     };
-    for (const Row& row : {Row{u"plain.ttf", false, false, false},
-                           Row{u".hidden.ttf", false, true, false},
-                           Row{u"folder", true, false, false},
-                           Row{u".hiddenFolder", true, true, false},
-                           Row{u"pipe", false, false, true}}) {
+    for (const Row& row :
+         {Row{u"plain.ttf", false, false, false}, Row{u".hidden.ttf", false, true, false},
+          Row{u"folder", true, false, false}, Row{u".hiddenFolder", true, true, false},
+          Row{u"pipe", false, false, true}}) {
         const DirectoryEntry* entry = find(*entries, row.name);
         ASSERT_NE(entry, nullptr);
         EXPECT_EQ(entry->directory, row.directory);
@@ -119,8 +118,8 @@ TEST(DirectoryListing, NamesThatAreNotUtf8ComeThroughAndOpenAgain) {
     const auto entries = native().listDirectory(dir.path().u16string());
     ASSERT_TRUE(entries);
     ASSERT_EQ(entries->size(), 1U);
-    const std::u16string expected = {u'f', char16_t(0xDCFF), u'\u00E9', char16_t(0xDCC3),
-                                     u'.', u't', u't', u'f'};
+    const std::u16string expected = {
+        u'f', char16_t(0xDCFF), u'\u00E9', char16_t(0xDCC3), u'.', u't', u't', u'f'};
     EXPECT_EQ(entries->front().name, expected);
     const std::u16string path = dir.path().u16string() + u"/" + entries->front().name;
     EXPECT_TRUE(native().isRegularFile(path));
@@ -169,8 +168,7 @@ TEST(RegularFile, IsNeitherFolderNorPipeNorMissing) {
 TEST(FileReader, ReadsAtAnyPosition) {
     const TempDir dir;
     std::string reason;
-    const auto file =
-        native().openFile(dir.write("file", "0123456789").u16string(), reason);
+    const auto file = native().openFile(dir.write("file", "0123456789").u16string(), reason);
     ASSERT_NE(file, nullptr) << reason;
     EXPECT_EQ(file->size(), 10U);
     std::array<char, 16> buffer{};
@@ -249,16 +247,16 @@ TEST(RegisteredFontFiles, AreTheFilesOfAFontconfigConfiguration) {
     fs::copy(printer / "C059-Bold.t1", dir.path("fonts/alone.t1"));
     fs::copy(printer / "C059-Bold.t1", dir.path("fonts/old.t1"));
     dir.write("fonts/old.PFM", "x");
-    dir.write("fonts.conf", "<?xml version='1.0'?><fontconfig><dir>" +
-                                dir.path("fonts").string() + "</dir><cachedir>" +
-                                dir.path("cache").string() + "</cachedir></fontconfig>");
+    dir.write("fonts.conf", "<?xml version='1.0'?><fontconfig><dir>" + dir.path("fonts").string() +
+                                "</dir><cachedir>" + dir.path("cache").string() +
+                                "</cachedir></fontconfig>");
     const Variable config("FONTCONFIG_FILE", dir.path("fonts.conf").c_str());
     EXPECT_EQ(native().registeredFontFiles(RegisteredFonts::fonts),
               std::vector{dir.path("fonts/sans.ttf").u16string()});
     const auto metrics = native().registeredFontFiles(RegisteredFonts::type1);
-    EXPECT_EQ(std::set(metrics.begin(), metrics.end()),
-              (std::set{dir.path("fonts/bold.afm").u16string(),
-                        dir.path("fonts/old.PFM").u16string()}));
+    EXPECT_EQ(
+        std::set(metrics.begin(), metrics.end()),
+        (std::set{dir.path("fonts/bold.afm").u16string(), dir.path("fonts/old.PFM").u16string()}));
 }
 #endif
 
@@ -270,8 +268,8 @@ TEST(RegisteredFontFiles, NamesEachFileOnce) {
 }
 
 TEST(Registry, IsEmptyHere) {
-    EXPECT_FALSE(native().registryText(RegistryHive::currentUser, u"EUDC\\932",
-                                       u"SystemDefaultEUDCFont"));
+    EXPECT_FALSE(
+        native().registryText(RegistryHive::currentUser, u"EUDC\\932", u"SystemDefaultEUDCFont"));
     EXPECT_TRUE(native().registryTexts(RegistryHive::localMachine, u"software").empty());
 }
 

@@ -35,7 +35,8 @@ char lowerAscii(char ch) {
 
 bool endsWith(std::string_view text, std::string_view lowerEnd) {
     return text.size() >= lowerEnd.size() &&
-           std::equal(lowerEnd.begin(), lowerEnd.end(), text.end() - static_cast<std::ptrdiff_t>(lowerEnd.size()),
+           std::equal(lowerEnd.begin(), lowerEnd.end(),
+                      text.end() - static_cast<std::ptrdiff_t>(lowerEnd.size()),
                       [](char expected, char ch) { return expected == lowerAscii(ch); });
 }
 

@@ -215,8 +215,7 @@ public:
         return statPath(path, info) && S_ISREG(info.st_mode);
     }
 
-    std::unique_ptr<FileReader> openFile(const std::u16string& path,
-                                         std::string& reason) override {
+    std::unique_ptr<FileReader> openFile(const std::u16string& path, std::string& reason) override {
         const auto narrow = narrowPath(path);
         if (!narrow) {
             reason = "No file can have this name";
