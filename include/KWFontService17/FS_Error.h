@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+
+namespace KWFontService_NS {
+
+/// What went wrong, as the 16-bit code of a `KWCommonNS::KWError`. 0 means no error.
+///
+/// Codes up to 1035 and from 1935 to 1942 are about the configuration file and carry the file's
+/// name; the others are about one font and end with the local path of its file.
+enum FS_ERROR : std::uint16_t {
+    FS_ERROR_NONE = 0,
+
+    FS_ERROR_UNKNOWN_CODE = 1024,
+    FS_ERROR_NOT_SPECIFIED = 1025,
+    FS_ERROR_CONFIG_NOT_FOUND = 1026,
+    FS_ERROR_NO_FONT_FOLDER = 1027,
+    FS_ERROR_UNEXPECTED_START_TAG = 1028,
+    FS_ERROR_UNEXPECTED_END_TAG = 1029,
+    FS_ERROR_INVALID_EXTENSION = 1035,
+
+    FS_ERROR_FONT_READ = 1921,
+    FS_ERROR_GLYPH_LIST_OPEN = 1923,
+    FS_ERROR_GLYPH_LIST_READ = 1924,
+    FS_ERROR_PRINTER_FONT = 1925,
+    FS_ERROR_FONT_INFORMATION = 1926,
+    FS_ERROR_FONT_FILE = 1928,
+    FS_ERROR_FONT_FILE_2 = 1929,
+    FS_ERROR_FONT_FACE_REGISTERED = 1930,
+    FS_ERROR_FONT_FACE_OPEN = 1931,
+    FS_ERROR_FONT_FACE_CREATE = 1932,
+    FS_ERROR_FONT_FACE_INFORMATION = 1933,
+    FS_ERROR_GLYPH_BITMAP = 1934,
+
+    FS_ERROR_UNKNOWN_ATTRIBUTE = 1935,
+    FS_ERROR_INVALID_VALUE = 1936,
+    FS_ERROR_EMPTY_VALUE = 1937,
+    FS_ERROR_NOT_A_FILE_PATH = 1938,
+    FS_ERROR_RELATIVE_PATH = 1939,
+    FS_ERROR_ALREADY_REGISTERED = 1940,
+    FS_ERROR_NOT_A_BASE_FILE_NAME = 1941,
+    FS_ERROR_NOT_AN_INTEGER = 1942,
+
+    FS_ERROR_UNSUPPORTED_FONT = 1943,
+    FS_ERROR_UNSUPPORTED_FONT_FACE = 1944,
+};
+
+} // namespace KWFontService_NS

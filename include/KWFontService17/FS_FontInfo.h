@@ -1,0 +1,251 @@
+#pragma once
+
+#include <KWFontService17/FS_BaseFont.h>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace KWFontService_NS {
+
+class FS_ExtraFontPool;
+/// The fonts that a document brings along, as the by-name operations take them.
+using FS_ExtraFonts = FS_ExtraFontPool;
+
+class FS_GlyphBMP;
+class GlyphIDArray;
+class GlyphIDArray2;
+class GlyphIDPosition;
+struct FS_GlyphBMPSetting;
+struct FS_GlyphDrawInfo;
+
+/// One font, one face of it, and the last error: what a host works with.
+///
+/// A value to be made on the stack. It keeps a plain pointer to a font that the service keeps
+/// alive, so a copy is a second view of the same font and destroying it frees nothing of the font.
+/// Use one object from one thread at a time; any number of objects may stand for the same font.
+///
+/// No operation throws. Without a created font each answers false, 0, 0xFFFF, an empty text or
+/// null unless it says otherwise. Sizes follow one rule: 0 answers in font units, below 0 the value
+/// is multiplied by |size| / unitsPerEm, above 0 by size / (usWinAscent + usWinDescent).
+class KWFONTSERVICE_API FS_FontInfo {
+public:
+    FS_FontInfo();
+    FS_FontInfo(const FS_FontInfo& other);
+    FS_FontInfo& operator=(const FS_FontInfo& other);
+    ~FS_FontInfo();
+
+    // --- the font -------------------------------------------------------------------------------
+
+    /// Binds this object to a font file, without any search: the file's signature, not its name,
+    /// decides how it is read. The font then lives as long as the service.
+    /// @return false with `getError` set when the file is not a usable font
+    bool createFont(const KWUri& file);
+    /// Forgets the font; copies of this object stay valid. `getError` keeps the last error.
+    void deleteFont();
+    bool isCreatedFont() const { return font != nullptr; }
+    FS_BaseFont* getFont() const { return font; }
+    const KWError& getError() const { return error; }
+
+    // --- file -----------------------------------------------------------------------------------
+
+    /// URI of the font file; empty without a font.
+    KWUri getFontFileName() const;
+    FS_FontFileType getFontFileType() const;
+    FS_FontFileType getFontFileType2() const;
+    bool isFontCollection() const;
+    bool isExtraFont(int* weight, bool* italic) const;
+    bool isTrueTypeFont() const;
+    bool isTrueTypeOrCID() const;
+    bool isType1Font() const;
+    bool isType1OrNoCID() const;
+
+    // --- names: 0 for the default language, else exactly that Windows language id ----------------
+
+    UnicodeString getFamilyName(KWLang::LanguageID language) const;
+    UnicodeString getSubFamilyName(KWLang::LanguageID language) const;
+    UnicodeString getFullFontName(KWLang::LanguageID language) const;
+    UnicodeString getPostScriptName(KWLang::LanguageID language) const;
+    UnicodeString getPreferredFamily(KWLang::LanguageID language) const;
+    UnicodeString getPreferredSubFamily(KWLang::LanguageID language) const;
+    UnicodeString getPostScriptCIDFindfontName(KWLang::LanguageID language) const;
+    UnicodeString getCopyright(KWLang::LanguageID language) const;
+    UnicodeString getManufacturer(KWLang::LanguageID language) const;
+    UnicodeString getLicenseDescription(KWLang::LanguageID language) const;
+    /// True when two font names count as one: they differ at most in case, blanks, hyphens and
+    /// ideographic spaces. Needs no font; may be called from any thread.
+    static bool isSameFontName(const UnicodeString& a, const UnicodeString& b);
+
+    // --- style ----------------------------------------------------------------------------------
+
+    /// Fills what is not null: CSS weight, italic flag, width class 1 to 9. 0, false, 5 without a
+    /// font.
+    void getFontStyle(int* weight, bool* italic, int* width) const;
+    unsigned char getFamilyClass() const;
+    unsigned char getFamilySubclass() const;
+    const PANOSE* getPanose() const;
+    bool isFixedWidthFont() const;
+    bool isSerifLikeFont() const;
+    bool isScriptLikeFont() const;
+    bool isSymbolicFont() const;
+    FS_CodePageRange getCodePageRangeBitFields() const;
+
+    // --- glyphs ---------------------------------------------------------------------------------
+
+    /// Glyph of a code point, 0xFFFF when missing.
+    /// @param vertical  true asks for the vertical form where the font has one
+    unsigned short getGlyphID(int ch, bool vertical) const;
+    /// Glyphs of a text, one for each code point.
+    /// @param glyphs        room for one glyph for each code point of `text`; 0xFFFF marks a
+    ///                      missing one, 0 one that an end-user-defined character font has
+    /// @param count         number of glyphs stored
+    /// @param firstMissing  null, or set to the UTF-16 index of the first missing character, -1
+    ///                      when there is none
+    bool getGlyphIDs(const UnicodeString& text, unsigned short* glyphs, int& count, bool vertical,
+                     int* firstMissing) const;
+    /// Glyph of a CID of a CID-keyed font, 0xFFFF for any other font.
+    unsigned short getGlyphIDfromCID(unsigned short cid) const;
+    GlyphClassDef getGlyphClassDef(unsigned short gid) const;
+    unsigned short getStringID(unsigned short gid) const;
+    unsigned short variationSequence(int ch, int selector) const;
+    bool hasVariationSelector() const;
+    /// True when the font can substitute vertical forms.
+    bool hasVerticalGlyph() const;
+    /// True when this character has a vertical form of its own.
+    bool hasVerticalGlyph(int ch) const;
+    /// True for a character that stands as it is in vertical text: by its kind it has no vertical
+    /// form, and neither has it one in this font.
+    /// @param hasVertical  set to whether the font has a vertical form for such a character
+    bool isNoVerticalGlyph(int ch, bool* hasVertical) const;
+
+    // --- metrics --------------------------------------------------------------------------------
+
+    int getUnitsPerEm() const;
+    /// Advance along the writing direction; 0xFFFF answers 0. `vertical` reads `vmtx` where the
+    /// face has vertical metrics, else `hmtx`.
+    float getGlyphWidth(unsigned short gid, int size, bool vertical) const;
+    float getDefaultCharWidth(int size) const;
+    /// Sum of the advances of a text; a missing character counts as glyph 0. There is no form in
+    /// font units: size 0 answers 0.
+    /// @param firstMissing  null, or set to the UTF-16 index of the first missing character, or -1
+    float getTextWidth(const UnicodeString& text, int size, bool vertical, int* firstMissing) const;
+    float getTextWidth(int ch, int size, bool vertical, int* firstMissing) const;
+    bool hasPairKerningInfo(bool vertical) const;
+    /// Added to the advance of the left glyph. In font units, also for `size` above 0; for `size`
+    /// below 0 multiplied by |size| / unitsPerEm.
+    float getPairKerningValue(unsigned short left, unsigned short right, int size,
+                              bool vertical) const;
+    float getXHeight() const;
+    float getCapHeight() const;
+    float getTypoAscender() const;
+    float getTypoDescender() const;
+    float getDefaultVertOriginY(int size) const;
+    /// y of a glyph's vertical origin above the baseline, from `VORG` or, for a font that has only
+    /// vertical advances, from the outline; 0 when there is nothing to adjust. A positive `size`
+    /// counts as the em here when the outline answers.
+    float getGlyphVertOriginY(unsigned short gid, int size) const;
+    bool hasVerticalMetrics() const;
+    /// Baseline shift that the configuration asks of the caller, 0 when it asks none.
+    float getBaselindAdjust() const;
+    /// Size factor that the configuration asks of the caller, 1 when it asks none.
+    float getFontSizeAdjust() const;
+    bool getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size) const;
+
+    // --- mathematics ----------------------------------------------------------------------------
+
+    using MATHConstants = FS_MATHConstants;
+
+    bool hasMATHInfo() const;
+    KWLength getMATHConstant(MATHConstants constant) const;
+    KWLength getItalicsCorrection(unsigned short gid) const;
+    unsigned short getMATHVariantH(unsigned short gid, int size) const;
+    unsigned short getMATHVariantV(unsigned short gid, int size) const;
+
+    // --- layout ---------------------------------------------------------------------------------
+
+    /// Handle for a script and a language, to be freed by `deleteGSUBGPOSInfo`; null when the font
+    /// has no OpenType layout.
+    FS_GSUBGPOSInfo* getGSUBGPOSInfo(unsigned int script, unsigned int language) const;
+    /// Always false: extended Apple morphing is not applied.
+    static bool hasMorxInfo(const FS_GSUBGPOSInfo* info);
+    /// Always false: extended Apple morphing is not applied.
+    static bool processMorx(const FS_GSUBGPOSInfo* info, const GlyphIDArray& run,
+                            GlyphIDArray& out);
+
+    // --- embedding ------------------------------------------------------------------------------
+    // Glyph ids are those of this font and stay the same in the subset. False leaves partial bytes
+    // in `output`. Embedding calls on one font are serialised by the caller.
+
+    /// Subset with the tables that a document needs.
+    bool getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
+    /// Subset with the tables of a zero-terminated list of tags, `glyf` and `loca` besides.
+    bool getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                      const unsigned int* tables) const;
+    /// Subset that keeps the font's `cmap`.
+    bool getEmbedFontWithCmap(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
+    /// The font file itself; a collection member as a file of its own.
+    bool getEmbedFontStream(KWMemStream& output) const;
+    /// Subset for a PostScript Type 42 font whose glyphs are kept apart.
+    bool getPSEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                        FS_TTGlyphMap& glyphMap) const;
+    bool getType1EmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
+    bool getType1EmbedFont(unsigned char fontNumber, const char* fontName, int option,
+                           KWMemStream& output, int& length1, int& length2, int& length3) const;
+    bool getType1FontStream(KWMemStream& output, int& length1, int& length2, int& length3) const;
+    /// Subset with every table of the font.
+    bool makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
+    /// The same as WOFF 1.0.
+    bool makeWebFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
+    bool makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                    UnicodeString& fontName, FS_CIDSystemInfo& info) const;
+    /// `FS_EMBED_RESTRICTED` without a font.
+    FS_EMBEDSTATUS getEmbedStatus() const;
+    unsigned short getFontEmbeddingLicence() const;
+    unsigned int getEmbedableCharCount() const;
+    FS_EncodingScheme getEncodingScheme() const;
+    bool getCIDSystemInfo(FS_CIDSystemInfo& info) const;
+
+    // --- Type 1 data ----------------------------------------------------------------------------
+
+    unsigned short getType1CharCode(int ch) const;
+    unsigned short getType1GlyphIDCode(unsigned short gid) const;
+    const FS_BaseFont::Type1CMapArray* getType1CMapArray(unsigned char fontNumber) const;
+    bool getType1CMapPair(unsigned char fontNumber, int index, unsigned char& code,
+                          std::string& name) const;
+    bool getType1GlyphName(unsigned char fontNumber, unsigned char code, std::string& name) const;
+
+    // --- end-user-defined characters ------------------------------------------------------------
+
+    /// True for a code point that the service counts as end-user-defined.
+    static bool isEUDC(int code);
+    /// Name and style of the font that has an end-user-defined character; untouched when none has.
+    bool getEudcFontName(int code, UnicodeString& name, int& weight, bool& italic) const;
+    /// Glyph of an end-user-defined character in that font, 0xFFFF when none has it.
+    unsigned short getEudcGlyphID(int code) const;
+
+    // --- rendering ------------------------------------------------------------------------------
+
+    /// Draws one glyph in black and white. See `FS_GlyphBMP`.
+    /// @param pointSize  in points, 1 or more
+    /// @param error      set when the answer is false, which leaves `bitmap` empty
+    bool drawGlyph(unsigned short gid, float pointSize, unsigned int dpi, FS_GlyphBMP* bitmap,
+                   const FS_GlyphBMPSetting& setting, KWError& error) const;
+    /// The outline and the metrics of one glyph, in font units, y up.
+    bool getGlyphDrawInfo(unsigned short gid, FS_GlyphDrawInfo& info, bool vertical) const;
+    bool isGlyphDrawInfoAvialable() const;
+
+private:
+    using VertOriginCache = std::map<unsigned short, int>;
+
+    int vertOriginShift(unsigned short gid) const;
+    /// The font that has an end-user-defined character, and its glyph.
+    FS_FontRef findEudcFont(int code, unsigned short& gid) const;
+
+    FS_BaseFont* font = nullptr;
+    int faceIndex = 0;
+    KWError error;
+    /// Shared by the copies of one object, so that it is freed once.
+    mutable std::shared_ptr<VertOriginCache> vertOriginCache;
+};
+
+} // namespace KWFontService_NS

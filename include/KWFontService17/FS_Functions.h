@@ -1,0 +1,54 @@
+#pragma once
+
+#include <KWFontService17/FS_Error.h>
+#include <KWFontService17/FS_Export.h>
+
+#include <KWCommon15/KWError.h>
+
+namespace KWFontService_NS {
+
+/// Opens the service: the one object of the process that knows the fonts. Every operation that
+/// needs it opens it by itself, with the defaults; a host calls this to say which configuration
+/// counts and to hear what is wrong with it. May be called from any thread; a thread that comes
+/// while another opens waits for it.
+///
+/// Only the first opening of the process does anything. Every later one ignores its arguments and
+/// answers 0, even when the first one failed: the service then stands without fonts.
+/// @param configPath  UTF-8; null or empty for "font-config.xml". A relative path is taken against
+///                    the folder of the library
+/// @param homePath    UTF-8, what "@@HOME@@" in the configuration stands for; may be null
+/// @param error       receives the error, empty when there is none; may be null
+/// @return            the code of the error, 0 when there is none
+/// @throws KWCommonNS::KWError  the error, when there is one and `error` is null
+KWFONTSERVICE_API FS_ERROR FontServiceOpen(const char* configPath, const char* homePath,
+                                           KWCommonNS::KWError* error);
+/// The same without a home folder.
+KWFONTSERVICE_API FS_ERROR FontServiceOpen(const char* configPath, KWCommonNS::KWError* error);
+
+/// Does nothing and answers 0, however often it is called: the service and its fonts live until
+/// the library is unloaded.
+KWFONTSERVICE_API FS_ERROR FontServiceClose();
+
+/// Reads what went wrong while the service started up without stopping it. Opens the service on
+/// first need. Takes no lock.
+/// @param error  receives the entry; null asks for the number of entries
+/// @param index  of the entry, from 0 on; not looked at when `error` is null
+/// @return       the number of entries, or `index`; -1 when there is no such entry or no service
+KWFONTSERVICE_API int FS_GetFontError(KWCommonNS::KWError* error, int index);
+
+/// Full local path of the configuration file that `FontServiceOpen` would read. Opens nothing.
+/// @param configPath    as in `FontServiceOpen`
+/// @param mayBeMissing  false answers an empty text when there is no such file
+KWFONTSERVICE_API UnicodeString FS_GetFontConfigPath(const char* configPath, bool mayBeMissing);
+
+/// The folder of the fonts of all users, "@@WINFONTS@@" itself where the system knows none.
+KWFONTSERVICE_API UnicodeString getWinFontsPath();
+/// The folder of the user's own fonts.
+KWFONTSERVICE_API UnicodeString getUserWinFontsPath();
+
+/// A four-character tag as a number, the first character in the top byte (OpenType Tag).
+/// @param text  up to four characters from U+0020 to U+007E, padded with blanks on the right
+/// @return      0 for a longer text and for any other character
+KWFONTSERVICE_API unsigned int toTAG(const UnicodeString& text);
+
+} // namespace KWFontService_NS

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <KWFontService17/FS_Types.h>
+
+namespace KWFontService_NS {
+
+/// The logical description of a face: what a font dialog shows and a request repeats.
+class KWFONTSERVICE_API FS_LogFont {
+public:
+    FS_LogFont() = default;
+    FS_LogFont(UnicodeString faceName, int weight, bool italic);
+
+    const UnicodeString& getFaceName() const { return faceName; }
+    /// CSS weight, 100 to 900.
+    int getWeight() const { return weight; }
+    bool isItalic() const { return italic; }
+
+    /// By face name in code unit order, then weight, then italic. Nothing is normalised.
+    bool operator<(const FS_LogFont& other) const;
+
+protected:
+    int weight = 400;
+    bool italic = false;
+    UnicodeString faceName;
+};
+
+/// A logical description together with what an enumeration reports beyond it.
+class KWFONTSERVICE_API FS_EnumLogFontEx : public FS_LogFont {
+public:
+    FS_EnumLogFontEx() = default;
+    explicit FS_EnumLogFontEx(const FS_LogFont& font);
+    FS_EnumLogFontEx(UnicodeString faceName, UnicodeString fullName, int weight, bool italic);
+
+    const UnicodeString& getFullName() const { return fullName; }
+
+protected:
+    UnicodeString fullName;
+};
+
+} // namespace KWFontService_NS

@@ -1,0 +1,18 @@
+#pragma once
+
+/// @file
+/// Everything of the font service.
+
+#include <KWFontService17/FS_BaseFont.h>
+#include <KWFontService17/FS_Error.h>
+#include <KWFontService17/FS_Export.h>
+#include <KWFontService17/FS_FontInfo.h>
+#include <KWFontService17/FS_Functions.h>
+#include <KWFontService17/FS_GlyphBMP.h>
+#include <KWFontService17/FS_GlyphBMPSetting.h>
+#include <KWFontService17/FS_GlyphBMPStore.h>
+#include <KWFontService17/FS_GlyphDrawInfo.h>
+#include <KWFontService17/FS_LogFont.h>
+#include <KWFontService17/FS_MathConstants.h>
+#include <KWFontService17/FS_TTGlyphMap.h>
+#include <KWFontService17/FS_Types.h>

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "fonts/FS_OperationMacros.h"
+#include "fonts/FS_TrueTypeInfo.h"
+
+#include <KWFontService17/FS_BaseFont.h>
+
+#include <KWCommon15/KWUtil.h>
+
+namespace KWFontService_NS {
+
+/// Answers the face-wise operations of a font by the table holder of the face asked for.
+/// `Derived::face(int)` gives that holder, or null for an index out of range.
+template <class Derived>
+class FS_FaceForwarder : public FS_BaseFont {
+public:
+#define FS_FORWARD(result, name, parameters, arguments, qualifier, missing)                        \
+    result name(FS_PARAMETERS parameters int faceIndex) qualifier override {                       \
+        auto* holder = static_cast<qualifier Derived*>(this)->face(faceIndex);                     \
+        return holder ? holder->name arguments : missing;                                          \
+    }
+#define FS_FORWARD_ALL FS_FORWARD
+#define FS_FORWARD_NODFONT(...)
+#define FS_FORWARD_OWN(...)
+#define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
+#include "fonts/FS_FaceOperations.inc"
+#undef FS_FORWARD_ALL
+#undef FS_FORWARD_NODFONT
+
+protected:
+    using FS_BaseFont::FS_BaseFont;
+};
+
+/// The same with the operations that a dfont does not offer.
+template <class Derived>
+class FS_FullFaceForwarder : public FS_FaceForwarder<Derived> {
+public:
+#define FS_FORWARD_ALL(...)
+#define FS_FORWARD_NODFONT FS_FORWARD
+#define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
+#include "fonts/FS_FaceOperations.inc"
+#undef FS_FORWARD_ALL
+#undef FS_FORWARD_NODFONT
+#undef FS_FORWARD_OWN
+#undef FS_FORWARD
+
+protected:
+    using FS_FaceForwarder<Derived>::FS_FaceForwarder;
+};
+
+} // namespace KWFontService_NS

@@ -1,0 +1,126 @@
+#include "fonts/FS_TrueTypeInfo.h"
+
+#include <KWCommon15/KWLang.h>
+
+#include <array>
+#include <string>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::ByteView;
+
+namespace {
+
+constexpr std::uint32_t kVersionTrueType = 0x00010000;
+
+/// Whether a file type may have faces without `OS/2`.
+bool toleratesMissingOS2(FS_FontFileType type) {
+    return type == FS_FILETYPE_TRUETYPE || type == FS_FILETYPE_OPENTYPE ||
+           type == FS_FILETYPE_DFONT;
+}
+
+bool isVersionOf(FS_FontFileType type, std::uint32_t version) {
+    if (type == FS_FILETYPE_OPENTYPE || type == FS_FILETYPE_OPENTYPE_CID)
+        return version == sfntTag("OTTO");
+    return version == kVersionTrueType || version == sfntTag("true") || version == sfntTag("typ1");
+}
+
+KWLang::LanguageID systemLanguage() {
+    return static_cast<KWLang::LanguageID>(KWLang::getDefaultLocale().getLCID());
+}
+
+} // namespace
+
+FS_TrueTypeInfo::FS_TrueTypeInfo() = default;
+FS_TrueTypeInfo::~FS_TrueTypeInfo() = default;
+
+const FS_TrueTypeInfo::LoadedTables& FS_TrueTypeInfo::tables() const {
+    static const LoadedTables kNone;
+    return loadedTables ? *loadedTables : kNone;
+}
+
+bool FS_TrueTypeInfo::readOffsetTable(KWError& error, std::istream& stream, FS_BaseFont& font,
+                                      bool embedded) {
+    owner = &font;
+    SfntReader reader(stream, directory, error, owner);
+    const FS_FontFileType type = font.getFontFileType(0);
+
+    stream.clear();
+    const std::streamoff start = stream.tellg();
+    std::array<std::uint8_t, TTI_Directory::kHeaderSize> offsetTable;
+    if (start < 0 || !reader.read(static_cast<std::uint64_t>(start), offsetTable))
+        return reader.fail(FS_ERROR_FONT_READ, "Offset table read error");
+    const std::uint16_t numTables = ByteView::loadU16(&offsetTable[4]);
+    if (numTables == 0)
+        return reader.fail(FS_ERROR_FONT_FILE, "OffsetTable.numTables = 0");
+    std::vector<std::uint8_t> records;
+    if (!reader.read(static_cast<std::uint64_t>(start) + offsetTable.size(),
+                     numTables * TTI_Directory::kRecordSize, records))
+        return reader.fail(FS_ERROR_FONT_READ, "Table directory read error");
+    // The offsets of a dfont count from the start of the font inside the resource.
+    const auto rebase =
+        type == FS_FILETYPE_DFONT ? static_cast<std::uint32_t>(start) : std::uint32_t{0};
+    directory = TTI_Directory(ByteView::loadU32(offsetTable.data()),
+                              ByteView(records.data(), records.size()), rebase);
+
+    if (!isVersionOf(type, directory.version()))
+        return false;
+    if (directory.version() == sfntTag("true") &&
+        !(directory.has(sfntTag("head")) && directory.has(sfntTag("hhea")) &&
+          directory.has(sfntTag("hmtx"))))
+        return false;
+    if (!directory.has(sfntTag("glyf")) && !directory.has(sfntTag("CFF ")))
+        return reader.fail(FS_ERROR_FONT_FILE, "'glyf' or 'CFF' table not found");
+    if (!readRequiredTables(reader, embedded) || !readOptionalScanTables(reader))
+        return false;
+    if (!embedded)
+        nameTable.chooseDefault(systemLanguage());
+    return true;
+}
+
+bool FS_TrueTypeInfo::readRequiredTables(SfntReader& reader, bool embedded) {
+    if (!headerTables.readHead(reader) || !headerTables.readHhea(reader))
+        return false;
+
+    const FS_FontFileType type = owner->getFontFileType(0);
+    if (const TTI_TableRecord* os2 = directory.find(sfntTag("OS/2"))) {
+        macFont = macFont || type == FS_FILETYPE_DFONT;
+        if (!headerTables.readOS2(reader, *os2))
+            return false;
+    } else if (toleratesMissingOS2(type)) {
+        macFont = true;
+        headerTables.synthesizeOS2();
+    } else {
+        return reader.fail(FS_ERROR_FONT_FILE, "'OS/2' table not found");
+    }
+    headerTables.completeWinMetrics();
+
+    if (const TTI_TableRecord* name = directory.find(sfntTag("name"))) {
+        if (!nameTable.read(reader, *name, macFont))
+            return false;
+    } else if (!embedded) {
+        return reader.fail(FS_ERROR_FONT_FILE, "'name' table not found");
+    }
+
+    if (const TTI_TableRecord* post = directory.find(sfntTag("post")))
+        return headerTables.readPost(reader, *post);
+    return embedded || reader.fail(FS_ERROR_FONT_FILE, "'post' table not found");
+}
+
+bool FS_TrueTypeInfo::readOptionalScanTables(SfntReader& reader) {
+    const TTI_TableRecord* vhea = directory.find(sfntTag("vhea"));
+    if (vhea == nullptr)
+        return true;
+    if (!headerTables.readVhea(reader, *vhea))
+        return false;
+    if (headerTables.numOfLongVerMetrics == 0)
+        return true;
+    const TTI_TableRecord* vmtx = directory.find(sfntTag("vmtx"));
+    if (vmtx == nullptr) {
+        headerTables.numOfLongVerMetrics = 0;
+        return true;
+    }
+    return TTI_VerticalMetrics::checkVmtx(reader, *vmtx, headerTables.numOfLongVerMetrics);
+}
+
+} // namespace KWFontService_NS

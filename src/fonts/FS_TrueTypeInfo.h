@@ -1,0 +1,151 @@
+#pragma once
+
+#include "fonts/FS_OperationMacros.h"
+#include "fonts/TTI_Cmap.h"
+#include "fonts/TTI_Directory.h"
+#include "fonts/TTI_Header.h"
+#include "fonts/TTI_Kern.h"
+#include "fonts/TTI_Metrics.h"
+#include "fonts/TTI_Names.h"
+#include "fonts/TTI_VerticalMetrics.h"
+#include "layout/TTI_Gdef.h"
+#include "layout/TTI_LayoutTable.h"
+#include "layout/TTI_Mort.h"
+
+#include <KWFontService17/FS_BaseFont.h>
+
+#include <KWCommon15/KWLock.h>
+
+#include <atomic>
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <vector>
+
+namespace KWFontService_NS {
+
+/// The tables of one sfnt face, read in two stages: `readOffsetTable` takes what identifies the
+/// face, `loadTables` the rest on first use. It answers the face-wise operations of `FS_BaseFont`
+/// for the font that owns it.
+///
+/// After a load the queries take no lock. The writers are called by one thread at a time.
+class FS_TrueTypeInfo {
+public:
+    FS_TrueTypeInfo();
+    ~FS_TrueTypeInfo();
+    FS_TrueTypeInfo(const FS_TrueTypeInfo&) = delete;
+    FS_TrueTypeInfo& operator=(const FS_TrueTypeInfo&) = delete;
+
+    // --- reading --------------------------------------------------------------------------------
+
+    /// The scan stage, from the stream's position on. False when this is not a usable face, with
+    /// `error` set unless the version word or a missing table of an old Macintosh font says so.
+    /// @param font      the font that owns this face: its file type decides what is tolerated
+    /// @param embedded  a subset from a document: names may be missing
+    bool readOffsetTable(KWError& error, std::istream& stream, FS_BaseFont& font, bool embedded);
+
+    /// The load stage, once; later calls answer the first result. One bad table neither stops nor
+    /// undoes the others. A null stream means that the face opens its own, under `loadLock`.
+    bool loadTables(KWError& error, std::istream* stream, bool embedded);
+
+    bool isLoaded() const { return loaded.load(std::memory_order_acquire); }
+
+    /// Null when the font lacks the table.
+    const TTI_TableRecord* getTableEntry(std::uint32_t tag) const { return directory.find(tag); }
+
+    // --- the face-wise operations ---------------------------------------------------------------
+
+#define FS_DECLARE_ALL(result, name, parameters, arguments, qualifier, missing)                    \
+    result name parameters qualifier;
+#define FS_DECLARE_NODFONT FS_DECLARE_ALL
+#define FS_DECLARE_OWN(...)
+#define FS_OPERATION(faces, facade, ...) FS_DECLARE_##faces(__VA_ARGS__)
+#include "fonts/FS_FaceOperations.inc"
+#undef FS_DECLARE_ALL
+#undef FS_DECLARE_NODFONT
+#undef FS_DECLARE_OWN
+
+    /// The typographic descender itself, for the faces of collections.
+    float getOwnTypoDescender() const;
+    void setPostScriptName(const UnicodeString& name);
+    void setHasVerticalGlyph() {
+        verticalGlyphsGiven = true;
+    }
+    /// The face's file as it stands: `output` becomes a stream over `source`, which it takes over;
+    /// null opens the font's own.
+    bool getEmbedFontStream(KWMemStream& output, std::istream* source);
+    bool isCIDFont() const {
+        return cidFont;
+    }
+
+    // --- tables ---------------------------------------------------------------------------------
+
+    /// What only the load stage fills; a face that was only scanned does not have it.
+    struct LoadedTables {
+        TTI_Cmap cmap;
+        TTI_Metrics metrics;
+        TTI_VerticalMetrics vertical;
+        TTI_Kern kern;
+        TTI_Gdef gdef;
+        TTI_LayoutTable gsub;
+        TTI_LayoutTable gpos;
+        TTI_Mort mort;
+    };
+
+    const TTI_Directory& tableDirectory() const {
+        return directory;
+    }
+    const TTI_Header& header() const {
+        return headerTables;
+    }
+    const TTI_Names& names() const {
+        return nameTable;
+    }
+    /// Empty tables before the load.
+    const LoadedTables& tables() const;
+    FS_BaseFont* ownerFont() const {
+        return owner;
+    }
+
+    /// The source's whole `loca`, kept from the first subset on.
+    std::vector<std::uint8_t> locaCache;
+
+private:
+    bool readRequiredTables(SfntReader& reader, bool embedded);
+    bool readOptionalScanTables(SfntReader& reader);
+    void loadEveryTable(KWError& error, std::istream& stream, bool embedded);
+    bool loadCff(SfntReader& reader);
+    bool loadGdef(SfntReader& reader);
+    bool loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind, TTI_LayoutTable& table);
+    bool loadMaxp(SfntReader& reader);
+    bool loadHmtx(SfntReader& reader);
+    bool loadMort(SfntReader& reader);
+    bool loadVertical(SfntReader& reader);
+
+    bool hasVertLookups() const {
+        return tables().gsub.hasVertFeature();
+    }
+    unsigned short verticalForm(unsigned short gid) const;
+    /// The size rule of the metric operations.
+    float scaled(int value, int size) const;
+    /// The advance in font units that `getGlyphWidth` scales.
+    std::uint16_t unscaledAdvance(unsigned short gid, bool vertical) const;
+    /// This face's own or the service's font that has an end-user-defined character.
+    FS_FontRef findEudcGlyph(int ch, unsigned short& gid) const;
+
+    FS_BaseFont* owner = nullptr;
+    TTI_Directory directory;
+    TTI_Header headerTables;
+    TTI_Names nameTable;
+    std::unique_ptr<LoadedTables> loadedTables;
+    FS_FontRef eudcFont;
+    bool macFont = false;
+    bool allowGlyphZero = false;
+    bool verticalGlyphsGiven = false;
+    bool cidFont = false;
+    bool loadOk = true;
+    std::atomic<bool> loaded = false;
+    KWCommonNS::KWLock loadLock;
+};
+
+} // namespace KWFontService_NS

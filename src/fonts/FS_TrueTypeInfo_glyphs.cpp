@@ -1,0 +1,101 @@
+#include "fonts/FS_ServiceContext.h"
+#include "fonts/FS_TrueTypeInfo.h"
+
+#include <unicode/utf16.h>
+
+namespace KWFontService_NS {
+
+unsigned short FS_TrueTypeInfo::verticalForm(unsigned short gid) const {
+    const LoadedTables& loadedNow = tables();
+    unsigned short form = loadedNow.gsub.substituteVertical(gid);
+    if (form == FS_NO_GLYPH)
+        form = loadedNow.mort.substitute(gid);
+    return form == FS_NO_GLYPH ? gid : form;
+}
+
+unsigned short FS_TrueTypeInfo::getGlyphID(int ch, bool vertical) const {
+    const unsigned short gid = tables().cmap.lookupGlyph(ch, allowGlyphZero);
+    return vertical && gid != FS_NO_GLYPH ? verticalForm(gid) : gid;
+}
+
+bool FS_TrueTypeInfo::getGlyphIDs(const UnicodeString& text, unsigned short* glyphs, int& count,
+                                  bool vertical, int* firstMissing) const {
+    count = 0;
+    if (firstMissing != nullptr)
+        *firstMissing = -1;
+    const TTI_Cmap& cmap = tables().cmap;
+    const char16_t* units = text.getBuffer();
+    const std::int32_t length = text.length();
+    // End-user-defined fonts are asked, and the place is told, for the first miss alone.
+    bool noMissYet = true;
+    for (std::int32_t next = 0; next < length;) {
+        const std::int32_t index = next;
+        UChar32 ch = units[next++];
+        if (U16_IS_LEAD(units[index]) && next < length && U16_IS_TRAIL(units[next]))
+            ch = U16_GET_SUPPLEMENTARY(units[index], units[next++]);
+        unsigned short& glyph = glyphs[count++];
+        if (ch == 0xFFFF) {
+            glyph = FS_NO_GLYPH;
+            noMissYet = false;
+            continue;
+        }
+        glyph = cmap.lookupGlyph(ch, allowGlyphZero);
+        if (vertical && glyph != FS_NO_GLYPH)
+            glyph = verticalForm(glyph);
+        if (glyph != FS_NO_GLYPH || !noMissYet)
+            continue;
+        unsigned short eudcGlyph = FS_NO_GLYPH;
+        if (ch < 0x10000 && FS_ServiceContext::isEudcCodePoint(ch) &&
+            findEudcGlyph(ch, eudcGlyph)) {
+            glyph = 0;
+            continue;
+        }
+        noMissYet = false;
+        if (firstMissing != nullptr)
+            *firstMissing = index;
+    }
+    return true;
+}
+
+FS_FontRef FS_TrueTypeInfo::findEudcGlyph(int ch, unsigned short& gid) const {
+    const auto has = [&](const FS_FontRef& ref) {
+        gid = ref ? ref.font->getEudcGlyphID(ch, ref.face) : FS_NO_GLYPH;
+        return gid != FS_NO_GLYPH;
+    };
+    if (has(eudcFont))
+        return eudcFont;
+    const FS_FontRef shared = FS_ServiceContext::defaultEudcFont(hasVerticalGlyph());
+    return has(shared) ? shared : FS_FontRef();
+}
+
+unsigned short FS_TrueTypeInfo::getEudcGlyphID(int ch) const {
+    const LoadedTables& loadedNow = tables();
+    const unsigned short gid = loadedNow.cmap.lookupGlyph(ch, allowGlyphZero);
+    // An empty cell of such a font is no character.
+    return gid != FS_NO_GLYPH && loadedNow.metrics.advance(gid) == 0 ? FS_NO_GLYPH : gid;
+}
+
+bool FS_TrueTypeInfo::hasVerticalGlyph() const {
+    return hasVertLookups() || !tables().mort.empty() || verticalGlyphsGiven;
+}
+
+bool FS_TrueTypeInfo::hasVariationSelector() const {
+    return tables().cmap.hasVariationSelector();
+}
+
+unsigned short FS_TrueTypeInfo::variationSequence(int ch, int selector) const {
+    return tables().cmap.variationSequence(ch, selector, allowGlyphZero);
+}
+
+GlyphClassDef FS_TrueTypeInfo::getGlyphClassDef(unsigned short gid) const {
+    const auto& classes = tables().gdef.glyphClass;
+    if (gid == FS_NO_GLYPH || !classes)
+        return GlyphClassDef::Unknown;
+    return static_cast<GlyphClassDef>(classes->classOf(gid));
+}
+
+unsigned int FS_TrueTypeInfo::getEmbedableCharCount() const {
+    return tables().cmap.embedableCharCount();
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,144 @@
+#include "fonts/FS_ServiceContext.h"
+#include "fonts/FS_TrueTypeInfo.h"
+
+#include <unicode/utf16.h>
+
+#include <cmath>
+#include <cstdint>
+
+namespace KWFontService_NS {
+
+namespace {
+
+/// The absolute value as a real number, which the lowest int has too.
+double magnitude(int size) {
+    return std::fabs(static_cast<double>(size));
+}
+
+/// The code point at `i`, a lone surrogate included, and `i` moved behind it.
+UChar32 nextCodePoint(const char16_t* chars, std::int32_t& i, std::int32_t length) {
+    const char16_t unit = chars[i++];
+    if (U16_IS_LEAD(unit) && i < length && U16_IS_TRAIL(chars[i]))
+        return U16_GET_SUPPLEMENTARY(unit, chars[i++]);
+    return unit;
+}
+
+float perEm(int value, int unitsPerEm) {
+    return unitsPerEm == 0 ? 0.0F : static_cast<float>(static_cast<double>(value) / unitsPerEm);
+}
+
+} // namespace
+
+float FS_TrueTypeInfo::scaled(int value, int size) const {
+    if (size == 0)
+        return static_cast<float>(value);
+    const int divisor = size < 0 ? int{headerTables.unitsPerEm}
+                                 : headerTables.usWinAscent + headerTables.usWinDescent;
+    if (divisor == 0)
+        return 0.0F;
+    return static_cast<float>(value * magnitude(size) / divisor);
+}
+
+std::uint16_t FS_TrueTypeInfo::unscaledAdvance(unsigned short gid, bool vertical) const {
+    if (!loadedTables)
+        return 0;
+    if (vertical && loadedTables->vertical.hasAdvances())
+        return loadedTables->vertical.advance(gid);
+    return loadedTables->metrics.advance(gid);
+}
+
+float FS_TrueTypeInfo::getGlyphWidth(unsigned short gid, int size, bool vertical) const {
+    return gid == FS_NO_GLYPH ? 0.0F : scaled(unscaledAdvance(gid, vertical), size);
+}
+
+float FS_TrueTypeInfo::getDefaultCharWidth(int size) const {
+    return scaled(tables().metrics.mostCommonAdvance, size);
+}
+
+float FS_TrueTypeInfo::getTextWidth(const UnicodeString& text, int size, bool vertical,
+                                    int* firstMissing) const {
+    if (firstMissing != nullptr)
+        *firstMissing = -1;
+    std::int64_t units = 0;
+    double eudcWidth = 0;
+    const char16_t* chars = text.getBuffer();
+    const std::int32_t length = text.length();
+    for (std::int32_t i = 0; i < length;) {
+        const std::int32_t start = i;
+        const UChar32 ch = nextCodePoint(chars, i, length);
+        unsigned short gid = getGlyphID(ch, vertical);
+        if (gid == FS_NO_GLYPH) {
+            if (ch < 0x10000 && FS_ServiceContext::isEudcCodePoint(ch)) {
+                unsigned short eudcGid = FS_NO_GLYPH;
+                if (const FS_FontRef eudc = findEudcGlyph(ch, eudcGid)) {
+                    eudcWidth +=
+                        double{eudc.font->getGlyphWidth(eudcGid, size, vertical, eudc.face)};
+                    continue;
+                }
+            }
+            if (firstMissing != nullptr && *firstMissing < 0)
+                *firstMissing = start;
+            gid = 0;
+        }
+        units += unscaledAdvance(gid, vertical);
+    }
+    // Size 0 measures the end-user-defined characters alone: there is no form in font units.
+    const int divisor = size < 0 ? int{headerTables.unitsPerEm}
+                                 : headerTables.usWinAscent + headerTables.usWinDescent;
+    const double ownWidth =
+        divisor == 0 ? 0.0 : static_cast<double>(units) / divisor * magnitude(size);
+    return static_cast<float>(ownWidth + eudcWidth);
+}
+
+bool FS_TrueTypeInfo::hasVerticalMetrics() const {
+    return tables().vertical.hasAdvances();
+}
+
+float FS_TrueTypeInfo::getDefaultVertOriginY(int size) const {
+    return scaled(tables().vertical.defaultVertOriginY, size);
+}
+
+float FS_TrueTypeInfo::getGlyphVertOriginY(unsigned short gid, int size) const {
+    return scaled(tables().vertical.vertOriginY(gid), size);
+}
+
+bool FS_TrueTypeInfo::hasPairKerningInfo(bool vertical) const {
+    return tables().kern.hasPairs(vertical);
+}
+
+float FS_TrueTypeInfo::getPairKerningValue(unsigned short left, unsigned short right, int size,
+                                           bool vertical) const {
+    if (!loadedTables || !loadedTables->kern.hasPairs(vertical))
+        return 0.0F;
+    const std::int16_t value = loadedTables->kern.find(left, right).value_or(0);
+    // Only em sizes scale; callers take any other answer in font units.
+    return scaled(value, size < 0 ? size : 0);
+}
+
+float FS_TrueTypeInfo::getXHeight() const {
+    return headerTables.sxHeight > 0 ? perEm(headerTables.sxHeight, headerTables.unitsPerEm) : 0.0F;
+}
+
+float FS_TrueTypeInfo::getCapHeight() const {
+    return headerTables.sCapHeight > 0 ? perEm(headerTables.sCapHeight, headerTables.unitsPerEm)
+                                       : 0.0F;
+}
+
+float FS_TrueTypeInfo::getTypoAscender() const {
+    return perEm(headerTables.sTypoAscender, headerTables.unitsPerEm);
+}
+
+float FS_TrueTypeInfo::getTypoDescender() const {
+    // The ascender: callers of files with one face have come to rely on it.
+    return getTypoAscender();
+}
+
+float FS_TrueTypeInfo::getOwnTypoDescender() const {
+    return perEm(headerTables.sTypoDescender, headerTables.unitsPerEm);
+}
+
+int FS_TrueTypeInfo::getUnitsPerEm() const {
+    return headerTables.unitsPerEm;
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,132 @@
+// Names and style of a face.
+
+#include "fonts/FS_TrueTypeInfo.h"
+
+#include "fonts/FS_ServiceContext.h"
+
+#include <KWFontService17/FS_LogFont.h>
+
+namespace KWFontService_NS {
+
+namespace {
+
+constexpr int kFamilySymbolic = 12;
+constexpr int kPanoseLatinText = 2;
+constexpr int kPanoseLatinScript = 3;
+
+} // namespace
+
+UnicodeString FS_TrueTypeInfo::getFamilyName(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::Family);
+}
+
+UnicodeString FS_TrueTypeInfo::getSubFamilyName(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::SubFamily);
+}
+
+UnicodeString FS_TrueTypeInfo::getFullFontName(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::Full);
+}
+
+UnicodeString FS_TrueTypeInfo::getPostScriptName(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::PostScript);
+}
+
+UnicodeString FS_TrueTypeInfo::getPreferredFamily(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::PreferredFamily);
+}
+
+UnicodeString FS_TrueTypeInfo::getPreferredSubFamily(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::PreferredSubFamily);
+}
+
+UnicodeString FS_TrueTypeInfo::getPostScriptCIDFindfontName(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::CidFindfont);
+}
+
+UnicodeString FS_TrueTypeInfo::getCopyright(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::Copyright);
+}
+
+UnicodeString FS_TrueTypeInfo::getManufacturer(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::Manufacturer);
+}
+
+UnicodeString FS_TrueTypeInfo::getLicenseDescription(KWLang::LanguageID language) const {
+    return nameTable.get(language, TTI_Names::License);
+}
+
+void FS_TrueTypeInfo::setPostScriptName(const UnicodeString& name) {
+    nameTable.setDefaultPostScript(name);
+}
+
+int FS_TrueTypeInfo::getWeight() const {
+    return headerTables.usWeightClass;
+}
+
+bool FS_TrueTypeInfo::isItalic() const {
+    return (headerTables.fsSelection & 1) != 0 || headerTables.italicAngle != 0.0F;
+}
+
+int FS_TrueTypeInfo::getWidth() const {
+    return headerTables.usWidthClass;
+}
+
+bool FS_TrueTypeInfo::getLogFont(FS_EnumLogFontEx& font) const {
+    UnicodeString faceName = nameTable.getDefault(TTI_Names::Family);
+    if (faceName.isEmpty())
+        faceName = nameTable.getDefault(TTI_Names::PostScript);
+    if (FS_ServiceContext::usePreferredFamily()) {
+        const UnicodeString preferred = nameTable.getDefault(TTI_Names::PreferredFamily);
+        if (!preferred.isEmpty())
+            faceName = preferred;
+    }
+    font =
+        FS_EnumLogFontEx(faceName, nameTable.getDefault(TTI_Names::Full), getWeight(), isItalic());
+    return true;
+}
+
+FS_CodePageRange FS_TrueTypeInfo::getCodePageRangeBitFields() const {
+    return {headerTables.ulCodePageRange1, headerTables.ulCodePageRange2};
+}
+
+bool FS_TrueTypeInfo::isSymbolicFont() const {
+    const int family = headerTables.familyClass;
+    return family == kFamilySymbolic || (family == 0 && nameTable.symbolNamesOnly());
+}
+
+bool FS_TrueTypeInfo::isFixedWidthFont() const {
+    return headerTables.isFixedPitch;
+}
+
+bool FS_TrueTypeInfo::isSerifLikeFont() const {
+    const PANOSE& panose = headerTables.panose;
+    return panose.bFamilyType == kPanoseLatinText && panose.bSerifStyle >= 2 &&
+           panose.bSerifStyle <= 10;
+}
+
+bool FS_TrueTypeInfo::isScriptLikeFont() const {
+    return headerTables.panose.bFamilyType == kPanoseLatinScript;
+}
+
+unsigned char FS_TrueTypeInfo::getFamilyClass() const {
+    return headerTables.hasOS2 ? headerTables.familyClass : std::uint8_t{0};
+}
+
+unsigned char FS_TrueTypeInfo::getFamilySubclass() const {
+    return headerTables.hasOS2 ? headerTables.familySubclass : std::uint8_t{0};
+}
+
+const PANOSE* FS_TrueTypeInfo::getPanose() const {
+    return headerTables.hasOS2 ? &headerTables.panose : nullptr;
+}
+
+void FS_TrueTypeInfo::setEudcFont(const FS_FontRef& ref) {
+    eudcFont = ref;
+}
+
+FS_FontRef FS_TrueTypeInfo::getEudcFont() const {
+    return eudcFont;
+}
+
+} // namespace KWFontService_NS

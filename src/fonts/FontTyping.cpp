@@ -1,0 +1,36 @@
+#include "fonts/FontTyping.h"
+
+#include "fonts/FS_OpenType.h"
+#include "fonts/FS_TrueType.h"
+
+#include <array>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::ByteView;
+using KWCommonNS::KWPtr;
+
+FS_FontFileType sfntTypeOf(std::istream& stream) {
+    stream.clear();
+    const std::streampos start = stream.tellg();
+    std::array<char, 4> signature{};
+    stream.read(signature.data(), signature.size());
+    stream.clear();
+    stream.seekg(start);
+    const bool cff = std::string_view(signature.data(), signature.size()) == "OTTO";
+    return cff ? FS_FILETYPE_OPENTYPE : FS_FILETYPE_TRUETYPE;
+}
+
+KWPtr<FS_BaseFont> createFontObject(const KWUri& uri, FS_FontFileType type) {
+    switch (type) {
+    case FS_FILETYPE_TRUETYPE:
+        return KWPtr<FS_BaseFont>(new FS_TrueType(uri));
+    case FS_FILETYPE_OPENTYPE:
+    case FS_FILETYPE_OPENTYPE_CID:
+        return KWPtr<FS_BaseFont>(new FS_OpenType(uri));
+    default:
+        return {};
+    }
+}
+
+} // namespace KWFontService_NS

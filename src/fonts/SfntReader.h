@@ -1,0 +1,49 @@
+#pragma once
+
+#include "fonts/TTI_Directory.h"
+
+#include <KWFontService17/FS_BaseFont.h>
+
+#include <cstdint>
+#include <istream>
+#include <span>
+#include <vector>
+
+namespace KWFontService_NS {
+
+/// What a table reader needs of the face it reads: bytes by absolute offset, the directory, and a
+/// way to say what failed.
+class SfntReader {
+public:
+    /// @param owner  names the file in messages; may be null
+    SfntReader(std::istream& stream, const TTI_Directory& directory, KWError& error,
+               const FS_BaseFont* owner)
+        : stream_(stream), directory_(directory), error_(error), owner_(owner) {}
+
+    const TTI_TableRecord* table(std::uint32_t tag) const { return directory_.find(tag); }
+
+    /// Fills `out` from `offset` of the stream; false on a short read. Clears a failed stream state
+    /// first.
+    bool read(std::uint64_t offset, std::span<std::uint8_t> out);
+    /// As `read`, answering how many bytes the stream had.
+    std::size_t readUpTo(std::uint64_t offset, std::span<std::uint8_t> out);
+    /// `length` bytes from `offset`; false on a short read. Memory grows with the bytes that really
+    /// arrive, so a length that lies costs nothing.
+    bool read(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out);
+    /// As above, keeping what the stream had.
+    std::size_t readUpTo(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out);
+    /// A whole table; false when it is absent or short.
+    bool readTable(std::uint32_t tag, std::vector<std::uint8_t>& out);
+
+    /// Reports a failure and answers false.
+    bool fail(FS_ERROR code, const UnicodeString& detail);
+    bool fail(FS_ERROR code, const char* detail) { return fail(code, UnicodeString(detail)); }
+
+private:
+    std::istream& stream_;
+    const TTI_Directory& directory_;
+    KWError& error_;
+    const FS_BaseFont* owner_;
+};
+
+} // namespace KWFontService_NS

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "raster/FreeTypeLibrary.h"
+#include "registry/FS_FontPool.h"
+#include "registry/FS_ServiceLock.h"
+
+#include <KWCommon15/KWError.h>
+#include <KWCommon15/KWUri.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace KWFontService_NS {
+
+/// The one object behind the library: the fonts there are, and the settings that they follow.
+///
+/// It is written during start-up, under `g_fontServiceLock`, and read without a lock afterwards;
+/// the pools, `keptFonts` and `freeTypeLibrary` go on growing under their locks.
+class FS_FontService {
+public:
+    FS_FontService();
+    ~FS_FontService();
+    FS_FontService(const FS_FontService&) = delete;
+    FS_FontService& operator=(const FS_FontService&) = delete;
+
+    /// Counts the code points from `first` to `last` as end-user-defined; those outside the Basic
+    /// Multilingual Plane are left out.
+    void addEudcRange(int first, int last);
+    bool isEudcCodePoint(int ch) const;
+
+    FS_TextMap<FS_FontFileType> fileTypeByExtension; ///< by lower-case extension with its dot
+    KWUri configUri;                                 ///< empty when no file was used
+    bool useWindowsRegistry = true;
+    bool eudcProcessing = true;
+    KWUri eudcSystemDefault;
+    std::map<UnicodeString, KWUri> eudcMap;      ///< by family name
+    std::array<std::uint8_t, 8192> eudcBitmap{}; ///< bit `c & 7` of byte `c >> 3`
+    bool eudcRangeGiven = false;
+    bool otfMetricsWindows = false;
+    bool usePreferredFamily = true;
+    FS_FontPool fontPool;
+    FS_FontPool aliasPool;       ///< alias names of fonts that `fontPool` holds
+    std::vector<KWError> errors; ///< what went wrong in start-up without stopping it
+    FS_FontRef defaultEudcFont;
+    FS_FontRef defaultEudcFontVertical;
+    FreeTypeLibrary freeTypeLibrary;
+    KWCommonNS::KWLock freeTypeLock;
+
+    /// Fonts that belong to no pool and live as long as the service.
+    std::vector<KWPtr<FS_BaseFont>> keptFonts;
+};
+
+/// Null before the first call and after the unload. Start-up may still be at work on it.
+extern std::atomic<FS_FontService*> g_fontService;
+
+/// The object to work on.
+///
+/// The first call without `scratch` makes the service and starts it up, and passes on the KWError
+/// of a failing configuration; every other one answers what that call left, and waits for it
+/// where it is still going on. With `scratch` only the configuration is read, into that object.
+/// @param configPath  null or empty for the default one
+/// @param homePath    what "@@HOME@@" stands for; may be null
+/// @return  null when there is no memory for the service, after the unload, and for a `scratch`
+///          whose configuration fails, which is then recorded in its `errors`
+FS_FontService* getFontService(const char* configPath, const char* homePath,
+                               FS_FontService* scratch);
+
+/// What happens when the library is unloaded: the service goes, for good.
+void unloadFontService();
+
+} // namespace KWFontService_NS

@@ -1,0 +1,81 @@
+#include "service/FS_Startup.h"
+
+#include "service/FS_FontService.h"
+
+namespace KWFontService_NS {
+
+namespace {
+
+using Kind = FS_StartupStep::Kind;
+
+struct ExtensionRow {
+    const char* extension;
+    FS_FontFileType type;
+};
+
+/// No printer fonts (".pfa", ".pfb"): those are found through their metrics files only.
+constexpr ExtensionRow kExtensions[] = {
+    {".afm", FS_FILETYPE_AFM},      {".pfm", FS_FILETYPE_PFM},
+    {".ttf", FS_FILETYPE_TRUETYPE}, {".ttc", FS_FILETYPE_COLLECTION},
+    {".otf", FS_FILETYPE_OPENTYPE}, {".dfont", FS_FILETYPE_DFONT},
+    {".woff", FS_FILETYPE_WOFF},
+};
+
+constexpr int kFirstPrivateUse = 0xE000;
+constexpr int kLastPrivateUse = 0xF8FF;
+
+void setDefaultEudcRange(FS_FontService& service, const FS_OpenArguments&) {
+    if (service.eudcProcessing && !service.eudcRangeGiven)
+        service.addEudcRange(kFirstPrivateUse, kLastPrivateUse);
+}
+
+constexpr FS_StartupStep kSteps[] = {
+    {Kind::fonts, setDefaultEudcRange},
+};
+
+std::span<const FS_StartupStep> g_steps = kSteps;
+
+} // namespace
+
+std::span<const FS_StartupStep> startupSteps() {
+    return g_steps;
+}
+
+void startUp(FS_FontService& service, const FS_OpenArguments& arguments) {
+    for (const ExtensionRow& row : kExtensions)
+        service.fileTypeByExtension.emplace(UnicodeString(row.extension), row.type);
+    for (const FS_StartupStep& step : g_steps) {
+        try {
+            step.run(service, arguments);
+        } catch (const KWError& error) {
+            if (step.kind == Kind::configuration)
+                throw;
+            service.errors.push_back(error);
+            return;
+        }
+    }
+}
+
+bool readConfiguration(FS_FontService& scratch, const FS_OpenArguments& arguments) {
+    try {
+        for (const FS_StartupStep& step : g_steps) {
+            if (step.kind == Kind::configuration)
+                step.run(scratch, arguments);
+        }
+    } catch (const KWError& error) {
+        scratch.errors.push_back(error);
+        return false;
+    }
+    return true;
+}
+
+FS_StartupOverride::FS_StartupOverride(std::span<const FS_StartupStep> replacement)
+    : previous_(g_steps) {
+    g_steps = replacement;
+}
+
+FS_StartupOverride::~FS_StartupOverride() {
+    g_steps = previous_;
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,269 @@
+#include "fonts/FS_FontFileOptions.h"
+#include "fonts/OperationSamples.h"
+#include "fonts/SfntFixture.h"
+#include "support/FontPackages.h"
+#include "support/TempDir.h"
+
+#include <KWFontService17/FS_FontInfo.h>
+#include <KWFontService17/FS_GlyphBMP.h>
+#include <KWFontService17/FS_GlyphDrawInfo.h>
+
+#include <gtest/gtest.h>
+
+namespace KWFontService_NS {
+
+// Layout runs are opaque here: extended morphing never looks at them.
+class GlyphIDArray {};
+
+namespace {
+
+using namespace KWTest;
+using KWCommonNS::KWUtil;
+
+/// Calls a facade operation with samples of its parameter types.
+template <class Result, class... Parameters>
+Result callFacade(const FS_FontInfo& info, Result (FS_FontInfo::*operation)(Parameters...) const) {
+    return (info.*operation)(Sample<std::remove_cvref_t<Parameters>>::get()...);
+}
+
+TEST(FontInfo, WithoutAFontEveryForwardedOperationAnswersMissing) {
+    const FS_FontInfo info;
+    int operations = 0;
+#define FS_FACADE_APART(...)
+#define FS_FACADE_FORWARD(result, name, parameters, arguments, qualifier, missing)                 \
+    {                                                                                              \
+        ++operations;                                                                              \
+        using Operation = result(FS_FontInfo::*) parameters const;                                 \
+        const Operation operation = &FS_FontInfo::name;                                            \
+        EXPECT_TRUE(answersAs([&] { return callFacade(info, operation); },                         \
+                              []() -> result { return missing; }))                                 \
+            << #name;                                                                              \
+    }
+#define FS_OPERATION(faces, facade, ...) FS_FACADE_##facade(__VA_ARGS__)
+#include "fonts/FS_FaceOperations.inc"
+#undef FS_FACADE_APART
+#undef FS_FACADE_FORWARD
+    EXPECT_EQ(operations, 55);
+}
+
+TEST(FontInfo, WithoutAFontTheOtherOperationsAnswerMissing) {
+    const FS_FontInfo info;
+    EXPECT_FALSE(info.isCreatedFont());
+    EXPECT_EQ(info.getFont(), nullptr);
+    EXPECT_EQ(info.getError().getCode(), 0);
+    EXPECT_EQ(info.getFontFileName(), KWUri());
+    EXPECT_EQ(info.getFontFileType(), 0);
+    EXPECT_EQ(info.getFontFileType2(), 0);
+    EXPECT_FALSE(info.isFontCollection());
+    EXPECT_FALSE(info.isExtraFont(nullptr, nullptr));
+    EXPECT_FALSE(info.isTrueTypeFont());
+    EXPECT_FALSE(info.isTrueTypeOrCID());
+    EXPECT_FALSE(info.isType1Font());
+    EXPECT_FALSE(info.isType1OrNoCID());
+    EXPECT_EQ(info.getGlyphIDfromCID(1), 0xFFFF);
+    EXPECT_FALSE(info.hasVerticalGlyph('A'));
+    EXPECT_EQ(info.getTextWidth("A", -1000, false, nullptr), 0.0F);
+    EXPECT_EQ(info.getTextWidth('A', -1000, false, nullptr), 0.0F);
+    EXPECT_EQ(info.getGlyphVertOriginY(1, 0), 0.0F);
+    EXPECT_EQ(info.getBaselindAdjust(), 0.0F);
+    EXPECT_EQ(info.getFontSizeAdjust(), 1.0F);
+    EXPECT_FALSE(info.isGlyphDrawInfoAvialable());
+    FS_GlyphDrawInfo drawInfo;
+    EXPECT_FALSE(info.getGlyphDrawInfo(1, drawInfo, false));
+    EXPECT_EQ(info.getEudcGlyphID(0xE000), 0xFFFF);
+    UnicodeString name = "untouched";
+    int weight = 7;
+    bool italic = true;
+    EXPECT_FALSE(info.getEudcFontName(0xE000, name, weight, italic));
+    EXPECT_EQ(name, UnicodeString("untouched"));
+}
+
+TEST(FontInfo, WithoutAFontNothingIsEmbedded) {
+    const FS_FontInfo info;
+    KWMemStream output;
+    int length = 0;
+    UnicodeString name;
+    FS_CIDSystemInfo cid;
+    Sample<FS_TTGlyphMap>::Sink glyphMap;
+    const unsigned int tags[] = {0};
+    EXPECT_FALSE(info.getEmbedFont({1}, output));
+    EXPECT_FALSE(info.getEmbedFont({1}, output, tags));
+    EXPECT_FALSE(info.getEmbedFontWithCmap({1}, output));
+    EXPECT_FALSE(info.getEmbedFontStream(output));
+    EXPECT_FALSE(info.getPSEmbedFont({1}, output, glyphMap));
+    EXPECT_FALSE(info.getType1EmbedFont({1}, output));
+    EXPECT_FALSE(info.getType1EmbedFont(0, "F", 0, output, length, length, length));
+    EXPECT_FALSE(info.getType1FontStream(output, length, length, length));
+    EXPECT_FALSE(info.makeSubsetFont({1}, output));
+    EXPECT_FALSE(info.makeWebFont({1}, output));
+    EXPECT_FALSE(info.makePostScriptCIDFontType0({1}, output, name, cid));
+    EXPECT_EQ(output.length(), 0U);
+}
+
+TEST(FontInfo, EmbeddingIsRestrictedWithoutAFont) {
+    EXPECT_EQ(FS_FontInfo().getEmbedStatus(), 2);
+}
+
+TEST(FontInfo, StyleWithoutAFontIsZeroUprightNormal) {
+    int weight = 1;
+    bool italic = true;
+    int width = 1;
+    FS_FontInfo().getFontStyle(&weight, &italic, &width);
+    EXPECT_EQ(weight, 0);
+    EXPECT_FALSE(italic);
+    EXPECT_EQ(width, 5);
+}
+
+TEST(FontInfo, StyleSkipsWhatIsNotAskedFor) {
+    FS_FontInfo().getFontStyle(nullptr, nullptr, nullptr);
+    int width = 1;
+    FS_FontInfo().getFontStyle(nullptr, nullptr, &width);
+    EXPECT_EQ(width, 5);
+}
+
+TEST(FontInfo, ExtendedMorphingIsNeverApplied) {
+    GlyphIDArray run;
+    GlyphIDArray out;
+    EXPECT_FALSE(FS_FontInfo::hasMorxInfo(nullptr));
+    EXPECT_FALSE(FS_FontInfo::processMorx(nullptr, run, out));
+}
+
+TEST(FontInfo, AFileIsBoundByItsSignatureWhateverItsName) {
+    const TempDir dir;
+    dir.write("a.pfb", TestFont::latin().build());
+    dir.write("b.ttf", TestFont::openType().build());
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(dir.uri("a.pfb"))) << complaintOf(info.getError());
+    EXPECT_EQ(info.getFontFileType(), FS_FILETYPE_TRUETYPE);
+    EXPECT_EQ(info.getFontFileType2(), FS_FILETYPE_TRUETYPE);
+    EXPECT_EQ(info.getFontFileName(), dir.uri("a.pfb"));
+    ASSERT_TRUE(info.createFont(dir.uri("b.ttf"))) << complaintOf(info.getError());
+    EXPECT_EQ(info.getFontFileType(), FS_FILETYPE_OPENTYPE);
+    EXPECT_TRUE(info.getFont()->isOpenType());
+}
+
+TEST(FontInfo, ACreatedFontAnswersThroughTheFacade) {
+    const TempDir dir;
+    dir.write("a.ttf", TestFont::latin().build());
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(dir.uri("a.ttf")));
+    EXPECT_TRUE(info.isCreatedFont());
+    EXPECT_TRUE(info.isTrueTypeFont());
+    EXPECT_TRUE(info.isTrueTypeOrCID());
+    EXPECT_FALSE(info.isType1Font());
+    EXPECT_FALSE(info.isType1OrNoCID());
+    EXPECT_FALSE(info.isFontCollection());
+    EXPECT_EQ(info.getFamilyName(0), UnicodeString("KWTest Latin"));
+    EXPECT_EQ(info.getUnitsPerEm(), 1000);
+    EXPECT_EQ(info.getGlyphID('A', false), TestFont::kA);
+    EXPECT_EQ(info.getGlyphWidth(TestFont::kA, 0, false), 600.0F);
+    EXPECT_EQ(info.getTextWidth('A', -1000, false, nullptr), 600.0F);
+    int missing = 7;
+    EXPECT_EQ(info.getTextWidth(UnicodeString(), -1000, false, &missing), 0.0F);
+    EXPECT_EQ(missing, -1);
+}
+
+TEST(FontInfo, AMissingFileIsAReadErrorWithItsPath) {
+    const TempDir dir;
+    FS_FontInfo info;
+    EXPECT_FALSE(info.createFont(dir.uri("none.ttf")));
+    EXPECT_FALSE(info.isCreatedFont());
+    EXPECT_EQ(info.getError().getCode(), 1921);
+    EXPECT_GE(info.getError().getMessage().indexOf(dir.text("none.ttf")), 0);
+}
+
+TEST(FontInfo, ADirectoryIsNotAFont) {
+    const TempDir dir;
+    FS_FontInfo info;
+    EXPECT_FALSE(info.createFont(KWUri(dir.text(""))));
+    EXPECT_EQ(info.getError().getCode(), 1921);
+}
+
+TEST(FontInfo, AFailedCreateKeepsTheFontThatWasBound) {
+    const TempDir dir;
+    dir.write("a.ttf", TestFont::latin().build());
+    dir.write("bad.ttf", "not a font at all");
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(dir.uri("a.ttf")));
+    EXPECT_FALSE(info.createFont(dir.uri("bad.ttf")));
+    EXPECT_EQ(info.getError().getCode(), 1921);
+    EXPECT_EQ(info.getFamilyName(0), UnicodeString("KWTest Latin"));
+}
+
+TEST(FontInfo, AFontThatDoesNotLoadIsRefused) {
+    const TempDir dir;
+    dir.write("a.ttf", TestFont::latin().without("cmap").build());
+    FS_FontInfo info;
+    EXPECT_FALSE(info.createFont(dir.uri("a.ttf")));
+    EXPECT_EQ(complaintOf(info.getError()), fileError("'cmap' table not found"));
+}
+
+TEST(FontInfo, DeletingForgetsTheFontAndKeepsTheError) {
+    const TempDir dir;
+    dir.write("a.ttf", TestFont::latin().build());
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(dir.uri("a.ttf")));
+    EXPECT_FALSE(info.createFont(dir.uri("none.ttf")));
+    info.deleteFont();
+    EXPECT_FALSE(info.isCreatedFont());
+    EXPECT_EQ(info.getError().getCode(), 1921);
+}
+
+TEST(FontInfo, ACopyStaysValidWhenTheOriginalIsDeleted) {
+    const TempDir dir;
+    dir.write("a.ttf", TestFont::latin().build());
+    FS_FontInfo copy;
+    {
+        FS_FontInfo info;
+        ASSERT_TRUE(info.createFont(dir.uri("a.ttf")));
+        copy = info;
+        info.deleteFont();
+    }
+    EXPECT_EQ(copy.getFamilyName(0), UnicodeString("KWTest Latin"));
+}
+
+TEST(FontInfo, TheSettingsOfAFileReachTheAdjustments) {
+    const TempDir dir;
+    dir.write("a.ttf", TestFont::latin().build());
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(dir.uri("a.ttf")));
+    FS_FontFileOptions options;
+    options.baselineAdjust = -0.25F;
+    options.fontSizeAdjust = 1.5F;
+    info.getFont()->setFontEntrySettings(&options);
+    EXPECT_EQ(info.getBaselindAdjust(), -0.25F);
+    EXPECT_EQ(info.getFontSizeAdjust(), 1.5F);
+    info.getFont()->setFontEntrySettings(nullptr);
+}
+
+TEST(FontInfo, ACharacterThatIsSetUprightNeedsNoVerticalForm) {
+    const TempDir dir;
+    dir.write("v.ttf", TestFont::vertical().build());
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(dir.uri("v.ttf"))) << complaintOf(info.getError());
+    EXPECT_TRUE(info.hasVerticalGlyph());
+    EXPECT_TRUE(info.hasVerticalGlyph(0x300C));
+    EXPECT_FALSE(info.hasVerticalGlyph(0x3042));
+    EXPECT_FALSE(info.hasVerticalGlyph(0x4E00)) << "a missing glyph has no vertical form";
+    bool hasVertical = true;
+    EXPECT_FALSE(info.isNoVerticalGlyph(0x300C, &hasVertical));
+    EXPECT_FALSE(hasVertical);
+    EXPECT_TRUE(info.isNoVerticalGlyph('A', &hasVertical));
+    EXPECT_FALSE(hasVertical);
+}
+
+TEST(FontInfo, PackagedFontsOpen) {
+    for (const PackagedFont& packaged : packagedFonts()) {
+        const std::string_view path = packaged.path;
+        if (!path.ends_with(".ttf") && !path.ends_with(".otf"))
+            continue;
+        FS_FontInfo info;
+        EXPECT_TRUE(info.createFont(fileUri(packagedFont(packaged.name))))
+            << path << ' ' << complaintOf(info.getError());
+        EXPECT_FALSE(info.getFamilyName(0).isEmpty()) << path;
+        EXPECT_GT(info.getUnitsPerEm(), 0) << path;
+    }
+}
+
+} // namespace
+} // namespace KWFontService_NS

@@ -1,0 +1,398 @@
+#include "layout/TTI_LayoutTable.h"
+
+#include "layout/LayoutFixture.h"
+#include "support/SfntBuilder.h"
+
+#include <gtest/gtest.h>
+
+namespace KWFontService_NS {
+namespace {
+
+using namespace KWTest;
+using Kind = TTI_LayoutTable::Kind;
+using Result = TTI_LayoutTable::Result;
+
+struct Reading {
+    TTI_LayoutTable table;
+    Result result;
+
+    explicit Reading(const Bytes& bytes, Kind kind = Kind::Gsub)
+        : result(table.read(viewOf(bytes), kind)) {}
+    explicit Reading(const LayoutBytes& bytes, Kind kind = Kind::Gsub)
+        : Reading(bytes.build(), kind) {}
+
+    const TTI_LangSys* langSys(std::string_view script, std::uint32_t language = 0) const {
+        const TTI_Script* found = table.script(tagValue(script));
+        if (found == nullptr)
+            return nullptr;
+        const auto it = found->find(language);
+        return it == found->end() ? nullptr : &it->second;
+    }
+};
+
+Bytes single(std::uint16_t from, std::uint16_t to) {
+    return SingleSubst{.pairs = {{from, to}}}.build();
+}
+
+std::vector<std::pair<std::uint32_t, std::uint32_t>> orderOf(const TTI_LangSys& langSys) {
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> order;
+    for (const auto& entry : langSys.lookupOrder)
+        order.emplace_back(entry.tag, entry.lookupIndex);
+    return order;
+}
+
+// --- the header ---------------------------------------------------------------------------------
+
+TEST(LayoutTable, ListsOfOffsetZeroAreAbsent) {
+    const Reading reading(LayoutBytes{});
+    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_TRUE(reading.table.features().empty());
+    EXPECT_TRUE(reading.table.lookups().empty());
+    EXPECT_EQ(reading.table.script(tagValue("latn")), nullptr);
+    EXPECT_FALSE(reading.table.hasVertFeature());
+}
+
+TEST(LayoutTable, TheVersionDoesNotMatter) {
+    Bytes bytes = SingleSubstGsub::vert({{3, 30}}).build();
+    bytes.patchU32At(0, 0xDEADBEEF);
+    const Reading reading(bytes);
+    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.table.substituteVertical(3), 30);
+}
+
+TEST(LayoutTable, AScriptListWithoutAFeatureListHasEmptyLanguageSystems) {
+    const Reading reading(
+        LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({0, 1}))}})});
+    EXPECT_EQ(reading.result, Result::Ok);
+    const TTI_LangSys* langSys = reading.langSys("latn");
+    ASSERT_NE(langSys, nullptr);
+    EXPECT_TRUE(langSys->features.empty());
+    EXPECT_TRUE(langSys->lookupOrder.empty());
+    EXPECT_EQ(langSys->featureCount, 2) << "as in the file";
+}
+
+TEST(LayoutTable, AListOutsideItsTableIsTheErrorOfThatList) {
+    const LayoutBytes sound{.scripts = scriptList({{"latn", scriptTable(langSysTable({0}))}}),
+                            .features = featureList({{"vert", featureTable({0})}}),
+                            .lookups = lookupList({lookupTable(1, {single(3, 30)})})};
+    ASSERT_EQ(Reading(sound).result, Result::Ok);
+    const std::pair<const char*, Result> lists[] = {{"features", Result::FeatureListError},
+                                                    {"lookups", Result::LookupListError},
+                                                    {"scripts", Result::ScriptListError}};
+    for (const auto& [field, result] : lists) {
+        for (const bool gsub : {true, false}) {
+            Bytes outside = sound.build();
+            outside.patchU16At(field, 0xFFFF);
+            EXPECT_EQ(Reading(outside, gsub ? Kind::Gsub : Kind::Gpos).result, result) << field;
+            Bytes atTheEnd = sound.build();
+            atTheEnd.patchU16At(field, atTheEnd.size() - 1);
+            EXPECT_EQ(Reading(atTheEnd).result, result) << field << ": no room for its count";
+            Bytes longList = sound.build();
+            longList.patchU16At(longList.u16At(longList.offsetOf(field)), 0xFFFF);
+            EXPECT_EQ(Reading(longList).result, result) << field << ": no room for its records";
+        }
+    }
+}
+
+TEST(LayoutTable, WhatWasReadBeforeABadListStays) {
+    Bytes bytes = LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({0}))}}),
+                              .features = featureList({{"vert", featureTable({0})}}),
+                              .lookups = lookupList({lookupTable(1, {single(3, 30)})})}
+                      .build();
+    bytes.patchU16At("lookups", 0xFFFF);
+    const Reading reading(bytes);
+    EXPECT_TRUE(reading.table.hasVertFeature());
+    EXPECT_EQ(reading.table.script(tagValue("latn")), nullptr);
+    EXPECT_EQ(reading.table.substituteVertical(3), kNoGlyph);
+}
+
+TEST(LayoutTable, EveryLengthAndEveryDamagedWordCanBeRead) {
+    const Bytes whole =
+        LayoutBytes{
+            .scripts = scriptList(
+                {{"latn", scriptTable(langSysTable({0, 1}), {{"DEU ", langSysTable({1})}})}}),
+            .features = featureList({{"vert", featureTable({0, 1})}, {"smcp", featureTable({1})}}),
+            .lookups = lookupList(
+                {lookupTable(1, {single(3, 30)}), lookupTable(7, {extension(1, single(4, 40))})})}
+            .build();
+    for (std::size_t size = 0; size <= whole.size(); ++size)
+        (void)Reading(whole.slice(0, size)).table.substituteVertical(3);
+    for (std::size_t at = 0; at + 2 <= whole.size(); at += 2) {
+        for (const int value : {0, 1, 0x7FFF, 0xFFFF}) {
+            Bytes damaged = whole;
+            damaged.patchU16At(at, value);
+            for (const Kind kind : {Kind::Gsub, Kind::Gpos})
+                (void)Reading(damaged, kind).table.substituteVertical(3);
+        }
+    }
+}
+
+// --- features -----------------------------------------------------------------------------------
+
+TEST(LayoutTable, FeaturesStayInTheOrderOfTheFileWithTheirLookups) {
+    const Reading reading(LayoutBytes{.features = featureList({{"smcp", featureTable({4, 2, 4})},
+                                                               {"aalt", featureTable({})},
+                                                               {"smcp", featureTable({9})}})});
+    ASSERT_EQ(reading.table.features().size(), 3U);
+    EXPECT_EQ(reading.table.features()[0].tag, tagValue("smcp"));
+    EXPECT_EQ(reading.table.features()[0].lookupIndices, (std::vector<std::uint16_t>{4, 2, 4}));
+    EXPECT_EQ(reading.table.features()[1].tag, tagValue("aalt"));
+    EXPECT_TRUE(reading.table.features()[1].lookupIndices.empty());
+    EXPECT_EQ(reading.table.vertFeature(), nullptr);
+}
+
+TEST(LayoutTable, TheFirstOfTwoVertFeaturesIsTheVerticalOne) {
+    const Reading reading(LayoutBytes{
+        .features = featureList({{"aalt", featureTable({5})},
+                                 {"vert", featureTable({1})},
+                                 {"vert", featureTable({0})}}),
+        .lookups = lookupList({lookupTable(1, {single(3, 30)}), lookupTable(1, {single(3, 33)})})});
+    EXPECT_EQ(reading.table.vertFeature(), &reading.table.features()[1]);
+    EXPECT_EQ(reading.table.substituteVertical(3), 33);
+}
+
+TEST(LayoutTable, AVertFeatureCountsByItsRecordAlone) {
+    Bytes bytes = LayoutBytes{.features = featureList({{"vert", featureTable({0})}})}.build();
+    bytes.patchU16At(bytes.offsetOf("features") + 4 + 2 + 4, 0xFFFF); // the record's offset
+    const Reading reading(bytes);
+    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_TRUE(reading.table.hasVertFeature());
+    EXPECT_TRUE(reading.table.vertFeature()->lookupIndices.empty());
+}
+
+TEST(LayoutTable, AFeatureTableThatIsCutOffHasTheLookupsItHolds) {
+    const Bytes list = featureList({{"smcp", Bytes().u16(0).u16(0xFFFF).u16(7).u16(8)}});
+    const Reading reading(LayoutBytes{.features = list});
+    EXPECT_EQ(reading.table.features()[0].lookupIndices, (std::vector<std::uint16_t>{7, 8}));
+}
+
+// --- lookups ------------------------------------------------------------------------------------
+
+TEST(LayoutTable, ALookupHasTypeFlagAndSubtablesInOrder) {
+    const Reading reading(
+        LayoutBytes{.lookups = lookupList({lookupTable(1, {single(3, 30), single(4, 40)}, 0x0109),
+                                           lookupTable(99, {single(3, 30)}, 0x0010)})});
+    ASSERT_EQ(reading.table.lookups().size(), 2U);
+    const TTI_Lookup& first = *reading.table.lookup(0);
+    EXPECT_EQ(first.type, 1U);
+    EXPECT_EQ(first.flag, 0x0109U);
+    ASSERT_EQ(first.subtables.size(), 2U);
+    EXPECT_EQ(first.subtables[0]->substituteSingle(3), 30);
+    EXPECT_EQ(first.subtables[1]->substituteSingle(4), 40);
+    const TTI_Lookup& unknown = *reading.table.lookup(1);
+    EXPECT_EQ(unknown.type, 99U);
+    ASSERT_EQ(unknown.subtables.size(), 1U) << "its place is kept";
+    EXPECT_EQ(unknown.subtables[0], nullptr);
+    EXPECT_EQ(reading.table.lookup(2), nullptr);
+}
+
+TEST(LayoutTable, ABadSubtableOrLookupKeepsItsPlaceEmpty) {
+    Bytes lookup = lookupTable(1, {single(3, 30), single(4, 40)});
+    lookup.patchU16At(6, 0xFFFF); // the first subtable's offset
+    Bytes list = lookupList({lookupTable(1, {single(5, 50)}), lookup});
+    list.patchU16At(2, 0xFFF0); // the first lookup's offset
+    const Reading reading(LayoutBytes{.lookups = list});
+    EXPECT_EQ(reading.result, Result::Ok);
+    ASSERT_EQ(reading.table.lookups().size(), 2U);
+    EXPECT_EQ(reading.table.lookup(0)->type, 0U);
+    EXPECT_TRUE(reading.table.lookup(0)->subtables.empty());
+    ASSERT_EQ(reading.table.lookup(1)->subtables.size(), 2U);
+    EXPECT_EQ(reading.table.lookup(1)->subtables[0], nullptr);
+    EXPECT_EQ(reading.table.lookup(1)->subtables[1]->substituteSingle(4), 40);
+}
+
+TEST(LayoutTable, AGsubExtensionLookupTakesTheTypeOfTheLastSubtableItWraps) {
+    const Bytes unknown = Bytes().u16(9).u16(0);
+    const Reading reading(LayoutBytes{
+        .lookups = lookupList(
+            {lookupTable(7, {extension(1, single(3, 30))}),
+             lookupTable(7, {extension(1, single(3, 30)), extension(99, unknown)}),
+             lookupTable(7, {extension(99, unknown), extension(7, extension(1, single(3, 30)))}),
+             lookupTable(7, {})})});
+    EXPECT_EQ(reading.table.lookup(0)->type, 1U);
+    EXPECT_EQ(reading.table.lookup(1)->type, 99U);
+    EXPECT_NE(reading.table.lookup(1)->subtables[0], nullptr);
+    EXPECT_EQ(reading.table.lookup(1)->subtables[1], nullptr);
+    EXPECT_EQ(reading.table.lookup(2)->type, 1U);
+    EXPECT_EQ(reading.table.lookup(3)->type, 7U) << "nothing was wrapped";
+}
+
+TEST(LayoutTable, AGposExtensionLookupKeepsTypeNine) {
+    const Reading reading(
+        LayoutBytes{.lookups = lookupList({lookupTable(9, {extension(1, Bytes().u16(1))})})},
+        Kind::Gpos);
+    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.table.lookup(0)->type, 9U);
+    EXPECT_EQ(reading.table.lookup(0)->subtables.size(), 1U);
+}
+
+TEST(LayoutTable, TypeOneOfGposIsNoSubstitution) {
+    const Reading reading(LayoutBytes{.lookups = lookupList({lookupTable(1, {single(3, 30)})})},
+                          Kind::Gpos);
+    EXPECT_EQ(reading.table.lookup(0)->subtables[0], nullptr);
+}
+
+// --- scripts ------------------------------------------------------------------------------------
+
+TEST(LayoutTable, ALanguageSystemHoldsItsFeaturesAndItsLookupsByIndex) {
+    const Reading reading(
+        LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({2, 0, 1}, 5))}}),
+                    .features = featureList({{"smcp", featureTable({3, 1})},
+                                             {"liga", featureTable({2})},
+                                             {"smcp", featureTable({0})}})});
+    const TTI_LangSys* langSys = reading.langSys("latn");
+    ASSERT_NE(langSys, nullptr);
+    EXPECT_EQ(langSys->requiredFeatureIndex, 5);
+    EXPECT_EQ(langSys->featureCount, 3);
+    const std::uint32_t smcp = tagValue("smcp");
+    const std::uint32_t liga = tagValue("liga");
+    EXPECT_EQ(orderOf(*langSys), (std::vector<std::pair<std::uint32_t, std::uint32_t>>{
+                                     {smcp, 0}, {smcp, 1}, {liga, 2}, {smcp, 3}}));
+    const auto [first, last] = langSys->features.equal_range(smcp);
+    ASSERT_EQ(std::distance(first, last), 2);
+    EXPECT_EQ(first->second, &reading.table.features()[2]) << "in the order of the language system";
+    EXPECT_EQ(std::next(first)->second, &reading.table.features()[0]);
+}
+
+TEST(LayoutTable, ALookupOfTwoFeaturesIsInTheOrderTwice) {
+    const Reading reading(LayoutBytes{
+        .scripts = scriptList({{"latn", scriptTable(langSysTable({0, 1}))}}),
+        .features = featureList({{"smcp", featureTable({1, 0})}, {"liga", featureTable({1})}})});
+    const auto order = orderOf(*reading.langSys("latn"));
+    ASSERT_EQ(order.size(), 3U);
+    EXPECT_EQ(order[0].second, 0U);
+    EXPECT_EQ(order[1].second, 1U);
+    EXPECT_EQ(order[2].second, 1U);
+}
+
+TEST(LayoutTable, TheDefaultLanguageSystemIsUnderTagZero) {
+    const Reading reading(LayoutBytes{
+        .scripts =
+            scriptList({{"latn", scriptTable(langSysTable({0}), {{"DEU ", langSysTable({})}})},
+                        {"grek", scriptTable({}, {{"DEU ", langSysTable({0})}})}}),
+        .features = featureList({{"smcp", featureTable({0})}})});
+    EXPECT_EQ(reading.langSys("latn")->features.size(), 1U);
+    ASSERT_NE(reading.langSys("latn", tagValue("DEU ")), nullptr);
+    EXPECT_EQ(reading.langSys("latn", tagValue("DEU "))->features.size(), 0U);
+    EXPECT_EQ(reading.langSys("grek"), nullptr);
+    EXPECT_EQ(reading.langSys("grek", tagValue("DEU "))->features.size(), 1U);
+    EXPECT_EQ(reading.table.script(tagValue("cyrl")), nullptr);
+}
+
+TEST(LayoutTable, TwoScriptRecordsOfOneTagAreMerged) {
+    const Reading reading(LayoutBytes{
+        .scripts =
+            scriptList({{"latn", scriptTable(langSysTable({0}))},
+                        {"latn", scriptTable(langSysTable({1}), {{"DEU ", langSysTable({1})}})}}),
+        .features = featureList({{"smcp", featureTable({4})}, {"liga", featureTable({2})}})});
+    const TTI_LangSys* langSys = reading.langSys("latn");
+    EXPECT_EQ(langSys->features.size(), 2U);
+    EXPECT_EQ(orderOf(*langSys), (std::vector<std::pair<std::uint32_t, std::uint32_t>>{
+                                     {tagValue("liga"), 2}, {tagValue("smcp"), 4}}));
+    EXPECT_NE(reading.langSys("latn", tagValue("DEU ")), nullptr);
+}
+
+TEST(LayoutTable, AFeatureIndexPastTheFeaturesIsLeftOut) {
+    const Reading reading(
+        LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({7, 0, 0xFFFF}))}}),
+                    .features = featureList({{"smcp", featureTable({0})}})});
+    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.langSys("latn")->features.size(), 1U);
+}
+
+TEST(LayoutTable, AScriptOrLanguageSystemOutsideTheTableIsLeftOut) {
+    Bytes script = scriptTable(langSysTable({}), {{"DEU ", langSysTable({})}});
+    script.patchU16At(8, 0xFFFF); // the language system's offset
+    Bytes scripts = scriptList({{"cyrl", script}, {"latn", script}});
+    scripts.patchU16At(6, 0xFFFF); // the first script's offset
+    const Reading reading(LayoutBytes{.scripts = scripts});
+    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.table.script(tagValue("cyrl")), nullptr);
+    EXPECT_NE(reading.langSys("latn"), nullptr);
+    EXPECT_EQ(reading.langSys("latn", tagValue("DEU ")), nullptr);
+}
+
+// --- vertical forms -----------------------------------------------------------------------------
+
+TEST(LayoutTable, TheVerticalFormIsTheFirstAnswerOfTheVertLookups) {
+    const Reading reading(
+        LayoutBytes{.features = featureList({{"vert", featureTable({2, 9, 1, 2})}}),
+                    .lookups = lookupList({lookupTable(1, {single(3, 1)}),
+                                           lookupTable(1, {single(3, 2), single(5, 50)}),
+                                           lookupTable(1, {single(4, 40), single(3, 30)})})});
+    EXPECT_EQ(reading.table.substituteVertical(3), 30);
+    EXPECT_EQ(reading.table.substituteVertical(4), 40);
+    EXPECT_EQ(reading.table.substituteVertical(5), 50);
+    EXPECT_EQ(reading.table.substituteVertical(6), kNoGlyph);
+}
+
+TEST(LayoutTable, AnExtensionServesVerticalFormsToo) {
+    const Reading reading(
+        LayoutBytes{.features = featureList({{"vert", featureTable({0})}}),
+                    .lookups = lookupList({lookupTable(7, {extension(1, single(3, 30))})})});
+    EXPECT_EQ(reading.table.substituteVertical(3), 30);
+}
+
+// --- tables that share too much -----------------------------------------------------------------
+
+TEST(LayoutTable, FeaturesThatShareAHugeLookupListAreAnError) {
+    // 2000 records of one feature table with 20000 lookups: 80 MB out of 52 KB.
+    constexpr std::size_t kRecords = 2000;
+    Bytes list;
+    list.u16(kRecords);
+    for (std::size_t i = 0; i < kRecords; ++i)
+        list.tag("liga").u16(2 + 6 * kRecords);
+    list.u16(0).u16(20000).zero(40000);
+    EXPECT_EQ(Reading(LayoutBytes{.features = list}).result, Result::FeatureListError);
+}
+
+TEST(LayoutTable, LookupsThatShareSubtablesWithoutEndAreAnError) {
+    // 10000 lookups that are one, with 15000 subtables that are one.
+    constexpr std::size_t kLookups = 10000;
+    Bytes list;
+    list.u16(kLookups);
+    for (std::size_t i = 0; i < kLookups; ++i)
+        list.u16(2 + 2 * kLookups);
+    list.u16(1).u16(0).u16(15000);
+    for (int i = 0; i < 15000; ++i)
+        list.u16(6 + 2 * 15000);
+    list.bytes(single(3, 30));
+    EXPECT_EQ(Reading(LayoutBytes{.lookups = list}).result, Result::LookupListError);
+}
+
+TEST(LayoutTable, LanguageSystemsThatShareFeaturesWithoutEndAreAnError) {
+    constexpr std::size_t kScripts = 2000;
+    constexpr std::size_t kFeatures = 5000;
+    Bytes list;
+    list.u16(kScripts);
+    for (std::size_t i = 0; i < kScripts; ++i)
+        list.u32(i).u16(2 + 6 * kScripts);
+    list.u16(4).u16(0).u16(0).u16(0xFFFF).u16(kFeatures).zero(2 * kFeatures);
+    EXPECT_EQ(Reading(LayoutBytes{.scripts = list,
+                                  .features = featureList({{"liga", featureTable({0, 1, 2})}})})
+                  .result,
+              Result::ScriptListError);
+}
+
+TEST(LayoutTable, OnlySoManySubtablesAreAskedForAVerticalForm) {
+    std::vector<std::uint16_t> indices(20);
+    std::vector<Bytes> lookups;
+    Bytes many = Bytes().u16(1).u16(0).u16(200);
+    for (int i = 0; i < 200; ++i)
+        many.u16(6 + 2 * 200);
+    many.bytes(single(3, 30));
+    for (std::uint16_t i = 0; i < 20; ++i) {
+        indices[i] = i;
+        lookups.push_back(many);
+    }
+    lookups.push_back(lookupTable(1, {single(4, 40)}));
+    indices.push_back(20);
+    const Reading reading(LayoutBytes{.features = featureList({{"vert", featureTable(indices)}}),
+                                      .lookups = lookupList(lookups)});
+    ASSERT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.table.substituteVertical(3), 30);
+    EXPECT_EQ(reading.table.substituteVertical(4), kNoGlyph) << "behind the limit";
+}
+
+} // namespace
+} // namespace KWFontService_NS
