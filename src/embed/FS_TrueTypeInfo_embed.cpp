@@ -1,0 +1,155 @@
+#include "embed/EmbedSource.h"
+#include "embed/GlyphClosure.h"
+#include "embed/GlyphSubset.h"
+#include "embed/SfntWriter.h"
+#include "embed/TableSet.h"
+#include "fonts/FS_TrueTypeInfo.h"
+
+#include <KWFontService17/FS_TTGlyphMap.h>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::ByteView;
+
+namespace {
+
+/// The stream of the caller, or one of the font's own for the length of a call.
+class SourceStream {
+public:
+    SourceStream(std::istream* given, const FS_BaseFont* owner) : stream_(given) {
+        if (given == nullptr && owner != nullptr) {
+            own_.reset(owner->getUri().getIStream());
+            stream_ = own_.get();
+        }
+    }
+    explicit operator bool() const { return stream_ != nullptr; }
+    std::istream& operator*() const { return *stream_; }
+
+private:
+    std::unique_ptr<std::istream> own_;
+    std::istream* stream_;
+};
+
+constexpr unsigned kRestricted = 0x0002;
+constexpr unsigned kPreviewAndPrint = 0x0004;
+constexpr unsigned kEditable = 0x0008;
+constexpr unsigned kBitmapOnly = 0x0200;
+
+bool hasCff(const FS_TrueTypeInfo& face) {
+    return face.getTableEntry(sfntTag("CFF ")) != nullptr;
+}
+
+/// What the glyph writers work on: the tables asked for, and where the glyphs are.
+struct SubsetJob {
+    TableSet tables;
+    const TTI_TableRecord* glyf = nullptr;
+
+    /// False when the face has no `glyf` outlines, or its `loca` is not all there.
+    bool prepare(FS_TrueTypeInfo& face, EmbedSource& source, const unsigned int* tags) {
+        glyf = face.getTableEntry(sfntTag("glyf"));
+        const TTI_TableRecord* loca = face.getTableEntry(sfntTag("loca"));
+        if (glyf == nullptr || loca == nullptr ||
+            !selectTables(face.tableDirectory(), tags, tables))
+            return false;
+        if (!face.locaCache.empty() || loca->length == 0)
+            return true;
+        if (!source.contains(loca->offset, loca->length) || !source.charge(loca->length))
+            return false;
+        std::vector<std::uint8_t> bytes(loca->length);
+        if (!source.read(loca->offset, bytes))
+            return false;
+        face.locaCache = std::move(bytes);
+        return true;
+    }
+
+    GlyphLocator locator(const FS_TrueTypeInfo& face) const {
+        return GlyphLocator(ByteView(face.locaCache.data(), face.locaCache.size()),
+                            face.header().indexToLocFormat, glyf->length,
+                            face.header().maxp.numGlyphs);
+    }
+};
+
+bool writeSubset(FS_TrueTypeInfo& face, const std::vector<unsigned short>& glyphs,
+                 KWMemStream& output, const unsigned int* tags, std::istream* given) {
+    const SourceStream stream(given, face.ownerFont());
+    if (!stream)
+        return false;
+    EmbedSource source(*stream);
+    SubsetJob job;
+    if (!job.prepare(face, source, tags))
+        return false;
+    const GlyphLocator locator = job.locator(face);
+    GlyphReader reader(source, job.glyf->offset, locator);
+    return subsetGlyphTables(source, reader, glyphs, output, job.tables);
+}
+
+} // namespace
+
+// Subsets of `CFF ` outlines are another writer's work: fonts that have them are turned away here.
+
+bool FS_TrueTypeInfo::getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                   const unsigned int* tables, std::istream* stream) {
+    return !hasCff(*this) && writeSubset(*this, glyphs, output, tables, stream);
+}
+
+bool FS_TrueTypeInfo::getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                   std::istream* stream) {
+    return getEmbedFont(glyphs, output, kDocumentTables.data(), stream);
+}
+
+bool FS_TrueTypeInfo::makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                     std::istream* stream) {
+    return getEmbedFont(glyphs, output, nullptr, stream);
+}
+
+bool FS_TrueTypeInfo::getEmbedFontWithCmap(const std::vector<unsigned short>& glyphs,
+                                           KWMemStream& output, std::istream* stream) {
+    return writeSubset(*this, glyphs, output, kDocumentTablesWithCmap.data(), stream);
+}
+
+bool FS_TrueTypeInfo::getPSEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                     FS_TTGlyphMap& glyphMap, std::istream* given) {
+    const SourceStream stream(given, owner);
+    if (!stream)
+        return false;
+    EmbedSource source(*stream);
+    SubsetJob job;
+    if (!job.prepare(*this, source, kPostScriptTables.data()))
+        return false;
+    const GlyphLocator locator = job.locator(*this);
+    GlyphReader reader(source, job.glyf->offset, locator);
+    const auto closure = collectGlyphClosure(reader, glyphs);
+    return closure && writePSSfnt(source, reader, *closure, output, glyphMap, job.tables);
+}
+
+bool FS_TrueTypeInfo::getEmbedFontStream(KWMemStream& output, std::istream* source) {
+    if (hasCff(*this))
+        return false;
+    std::istream* const own = source == nullptr ? owner->getUri().getIStream() : nullptr;
+    if (source == nullptr && own == nullptr)
+        return false;
+    output.rdbuf()->setSource(own != nullptr ? own : source, own == nullptr);
+    output.clear();
+    output.seekg(0);
+    return output.length() > 0;
+}
+
+unsigned short FS_TrueTypeInfo::getFontEmbeddingLicence() const {
+    return headerTables.fsType;
+}
+
+FS_EMBEDSTATUS FS_TrueTypeInfo::getEmbedStatus() const {
+    const unsigned rights =
+        headerTables.fsType & (kRestricted | kPreviewAndPrint | kEditable | kBitmapOnly);
+    if (rights == kRestricted)
+        return FS_EMBED_RESTRICTED;
+    if (rights == 0 || (rights & (kPreviewAndPrint | kEditable)) != 0)
+        return FS_EMBED_OUTLINES;
+    return FS_EMBED_BITMAP_ONLY;
+}
+
+bool FS_TrueTypeInfo::isEmbeddable() const {
+    return getEmbedStatus() == FS_EMBED_OUTLINES;
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,110 @@
+#include "fonts/FS_ServiceContext.h"
+#include "raster/FTFace.h"
+
+#include <KWCommon15/KWCStr.h>
+#include <KWCommon15/KWLock.h>
+#include <KWCommon15/KWMemStream.h>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <exception>
+#include <istream>
+#include <limits>
+#include <new>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::KWCStr;
+using KWCommonNS::KWMutex;
+
+namespace {
+
+constexpr std::size_t kWindowSize = 8192;
+/// FreeType takes a face index of 16 bits; the bits above name instances of variable fonts.
+constexpr int kMaxFaceIndex = 0xFFFF;
+
+bool readAll(KWMemStream& stream, FTFaceBytes held) {
+    const std::streamsize length = stream.length();
+    if (length <= 0 || length > std::numeric_limits<FT_Long>::max())
+        return false;
+    held.bytes.reset(new (std::nothrow) std::uint8_t[static_cast<std::size_t>(length)]);
+    if (!held.bytes)
+        return false;
+    stream.seekg(0);
+    stream.read(reinterpret_cast<char*>(held.bytes.get()), length);
+    held.count = static_cast<std::uint64_t>(stream.gcount());
+    if (held.count == 0)
+        held.bytes.reset();
+    return held.count != 0;
+}
+
+bool readFile(FS_BaseFont& font, FTFaceBytes held) {
+    if (KWMemStream* unpacked = font.getFontStream()) {
+        KWMemStream window(unpacked, kWindowSize, true);
+        return readAll(window, held);
+    }
+    std::istream* file = font.getUri().getIStream(nullptr, nullptr);
+    if (file == nullptr)
+        return false;
+    KWMemStream window(file, kWindowSize, false);
+    return readAll(window, held);
+}
+
+/// By its path. FreeType's failure to open the file at all is left to the other way.
+FT_Error openPath(FT_Library library, const KWUri& uri, int faceIndex, FT_Face& face) {
+    const KWCStr path(uri.getLocalPath());
+    // The test keeps FreeType from waiting for a pipe that has taken the file's place.
+    if (!path.hasBytes() || !uri.isFileExists())
+        return FT_Err_Cannot_Open_Resource;
+    return FT_New_Face(library, path.c_str(), faceIndex, &face);
+}
+
+} // namespace
+
+void FS_FTFaceCloser::operator()(FT_FaceRec_* face) const {
+    KWMutex mutex(FS_ServiceContext::freeTypeLock());
+    mutex.lock();
+    // A font that outlives the service has lost its face with the library already.
+    if (FS_ServiceContext::freeTypeLibrary() != nullptr)
+        FT_Done_Face(face);
+}
+
+FS_FTFacePtr openFTFace(FS_BaseFont& font, FTFaceBytes held, int faceIndex) {
+    FT_Library library = FS_ServiceContext::freeTypeLibrary();
+    if (library == nullptr || faceIndex < 0 || faceIndex > kMaxFaceIndex)
+        return nullptr;
+    FT_Face face = nullptr;
+    if (!held.bytes && font.getFontStream() == nullptr && font.getUri().isFile()) {
+        const FT_Error error = openPath(library, font.getUri(), faceIndex, face);
+        if (error == FT_Err_Ok)
+            return FS_FTFacePtr(face);
+        if (error != FT_Err_Cannot_Open_Resource)
+            return nullptr;
+    }
+    try {
+        if (!held.bytes && !readFile(font, held))
+            return nullptr;
+    } catch (const std::exception&) {
+        // The host's fetcher may throw; drawing only fails.
+        return nullptr;
+    }
+    if (FT_New_Memory_Face(library, held.bytes.get(), static_cast<FT_Long>(held.count), faceIndex,
+                           &face) != FT_Err_Ok)
+        return nullptr;
+    return FS_FTFacePtr(face);
+}
+
+FT_FaceRec_* FS_BaseFont::getFTFace(int faceIndex) {
+    if (faceIndex < 0 || faceIndex >= getFontCount())
+        return nullptr;
+    KWMutex mutex(FS_ServiceContext::freeTypeLock());
+    mutex.lock();
+    if (!ftFaceTried) {
+        ftFaceTried = true;
+        ftFace = openFTFace(*this, {fontBytes, fontByteCount}, faceIndex);
+    }
+    return ftFace.get();
+}
+
+} // namespace KWFontService_NS

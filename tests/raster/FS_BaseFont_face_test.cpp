@@ -1,0 +1,161 @@
+#include "fonts/FS_TrueType.h"
+#include "raster/DrawFixture.h"
+
+#include <KWCommon15/KWCStr.h>
+#include <KWCommon15/KWMemStream.h>
+#include <KWCommon15/KWPtr.h>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+namespace KWFontService_NS {
+namespace {
+
+using namespace KWTest;
+using KWCommonNS::KWPtr;
+
+/// A font that counts how often its file is asked for and tells what it keeps of it.
+class ProbeFont : public FS_TrueType {
+public:
+    explicit ProbeFont(const KWUri& fontUri) : FS_TrueType(fontUri) {}
+
+    KWMemStream* getFontStream() override {
+        ++asked;
+        return unpacked.get();
+    }
+    std::uint64_t bytesHeld() const { return fontByteCount; }
+
+    std::unique_ptr<KWMemStream> unpacked;
+    int asked = 0;
+};
+
+KWPtr<ProbeFont> probe(const KWUri& uri) {
+    return KWPtr<ProbeFont>(new ProbeFont(uri));
+}
+
+KWUri dataUri(const Bytes& file) {
+    std::ostringstream text;
+    text << "data:font/ttf," << std::hex << std::uppercase;
+    for (const std::uint8_t byte : file)
+        text << '%' << (byte < 16 ? "0" : "") << int{byte};
+    return KWUri(UnicodeString::fromUTF8(text.str()));
+}
+
+TEST(FTFace, AFileIsOpenedByItsPath) {
+    const TempDir folder;
+    folder.write("font.ttf", squares().build());
+    const auto font = probe(folder.uri("font.ttf"));
+    FT_Face face = font->getFTFace(0);
+    ASSERT_NE(face, nullptr);
+    EXPECT_EQ(face->num_glyphs, 7);
+    EXPECT_EQ(font->bytesHeld(), 0U);
+}
+
+TEST(FTFace, TheSameFaceIsAnsweredEveryTime) {
+    const TempDir folder;
+    folder.write("font.ttf", squares().build());
+    const auto font = probe(folder.uri("font.ttf"));
+    FT_Face face = font->getFTFace(0);
+    const int asked = font->asked;
+    EXPECT_EQ(font->getFTFace(0), face);
+    EXPECT_EQ(font->asked, asked);
+}
+
+TEST(FTFace, PathsOfAnyBytesAreOpened) {
+    const TempDir folder;
+    const std::string name = "\xE5\xAD\x97 \xFF.ttf"; // not all UTF-8
+    const std::string path = folder.write(name, squares().build()).string();
+    const auto font = probe(KWUri(KWCommonNS::KWCStr(path.c_str()), KWCommonNS::URISTR_LOCAL));
+    EXPECT_NE(font->getFTFace(0), nullptr);
+}
+
+TEST(FTFace, AFontWithoutAPathIsReadIntoMemory) {
+    const Bytes file = squares().build();
+    const auto font = probe(dataUri(file));
+    FT_Face face = font->getFTFace(0);
+    ASSERT_NE(face, nullptr);
+    EXPECT_EQ(face->num_glyphs, 7);
+    EXPECT_EQ(font->bytesHeld(), file.size());
+    EXPECT_EQ(FT_Load_Glyph(face, 1, FT_LOAD_NO_SCALE), 0);
+}
+
+TEST(FTFace, AnUnpackedFontIsReadFromItsStream) {
+    const TempDir folder;
+    folder.write("font.woff", Bytes::ofText("something packed"));
+    const Bytes file = squares().build();
+    const auto font = probe(folder.uri("font.woff"));
+    font->unpacked = std::make_unique<KWMemStream>();
+    font->unpacked->append(file.data(), file.size());
+    font->unpacked->seekg(5);
+    FT_Face face = font->getFTFace(0);
+    ASSERT_NE(face, nullptr);
+    EXPECT_EQ(face->num_glyphs, 7);
+    EXPECT_EQ(font->bytesHeld(), file.size());
+    font->unpacked.reset();
+    EXPECT_EQ(FT_Load_Glyph(face, 1, FT_LOAD_NO_SCALE), 0); // the bytes are the font's own
+}
+
+TEST(FTFace, AFailureIsNotTriedAgain) {
+    const TempDir folder;
+    const auto font = probe(folder.uri("font.ttf"));
+    EXPECT_EQ(font->getFTFace(0), nullptr);
+    folder.write("font.ttf", squares().build());
+    EXPECT_EQ(font->getFTFace(0), nullptr);
+}
+
+TEST(FTFace, AFileThatFreeTypeRefusesIsNoFace) {
+    const TempDir folder;
+    folder.write("font.ttf", Bytes::ofText("no font at all"));
+    folder.write("empty.ttf", Bytes());
+    const auto font = probe(folder.uri("font.ttf"));
+    EXPECT_EQ(font->getFTFace(0), nullptr);
+    EXPECT_EQ(font->bytesHeld(), 0U); // an answer of FreeType's own ends it
+    EXPECT_EQ(probe(folder.uri("empty.ttf"))->getFTFace(0), nullptr);
+    EXPECT_EQ(probe(dataUri(Bytes()))->getFTFace(0), nullptr);
+    EXPECT_EQ(probe(dataUri(Bytes::ofText("none")))->getFTFace(0), nullptr);
+}
+
+TEST(FTFace, AFolderIsNoFace) {
+    const TempDir folder;
+    folder.makeFolder("font.ttf");
+    EXPECT_EQ(probe(folder.uri("font.ttf"))->getFTFace(0), nullptr);
+}
+
+TEST(FTFace, AnIndexThatTheFileDoesNotHaveIsNoFaceAndSpoilsNothing) {
+    const TempDir folder;
+    folder.write("font.ttf", squares().build());
+    const auto font = probe(folder.uri("font.ttf"));
+    EXPECT_EQ(font->getFTFace(-1), nullptr);
+    EXPECT_EQ(font->getFTFace(1), nullptr);
+    EXPECT_NE(font->getFTFace(0), nullptr);
+}
+
+TEST(FTFace, AFetcherThatThrowsIsNoFace) {
+    KWUri::setFetcher(
+        [](const KWUri&, KWUri::ContentInfo&, UnicodeString&) -> std::unique_ptr<std::istream> {
+            throw std::runtime_error("no net");
+        });
+    const auto font = probe(KWUri("http://example.org/font.ttf"));
+    EXPECT_EQ(font->getFTFace(0), nullptr);
+    KWUri::setFetcher({});
+}
+
+TEST(FTFace, AFetchedFontIsReadIntoMemory) {
+    const Bytes file = squares().build();
+    KWUri::setFetcher(
+        [&](const KWUri&, KWUri::ContentInfo&, UnicodeString&) -> std::unique_ptr<std::istream> {
+            return std::make_unique<std::istringstream>(file.str());
+        });
+    const auto font = probe(KWUri("http://example.org/font.ttf"));
+    EXPECT_NE(font->getFTFace(0), nullptr);
+    EXPECT_EQ(font->bytesHeld(), file.size());
+    KWUri::setFetcher({});
+}
+
+} // namespace
+} // namespace KWFontService_NS
