@@ -71,8 +71,8 @@ using FS_FTFacePtr = std::unique_ptr<FT_FaceRec_, FS_FTFaceCloser>;
 /// reference; `loadFont` and `getFTFace` lock for themselves, queries after the load take no lock,
 /// and the writers of one font are called by one thread at a time.
 ///
-/// Most operations end in `faceIndex`, the face in a collection, 0 for a file with one face. An
-/// index out of range answers what a font without the data answers.
+/// Most operations end in `faceIndex`, the face in a collection; a file with one face answers for
+/// every index. In a collection an index out of range answers what a font without the data does.
 ///
 /// Sizes: `size` 0 answers in font units; below 0 the value is multiplied by |size| / unitsPerEm;
 /// above 0 by size / (usWinAscent + usWinDescent). Advances point along the writing direction.

@@ -6,8 +6,9 @@ namespace KWFontService_NS {
 
 /// What went wrong, as the 16-bit code of a `KWCommonNS::KWError`. 0 means no error.
 ///
-/// Codes up to 1035 and from 1935 to 1942 are about the configuration file and carry the file's
-/// name; the others are about one font and end with the local path of its file.
+/// Codes up to 1035 and from 1935 to 1942 are about the configuration, and name its file where
+/// there is one; the others are about one font, and but for 1934 end with the local path of its
+/// file.
 enum FS_ERROR : std::uint16_t {
     FS_ERROR_NONE = 0,
 

@@ -2,7 +2,6 @@
 
 #include <KWFontService17/FS_BaseFont.h>
 
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -39,7 +38,8 @@ public:
 
     /// Binds this object to a font file, without any search: the file's signature, not its name,
     /// decides how it is read. The font then lives as long as the service.
-    /// @return false with `getError` set when the file is not a usable font
+    /// @return false when the file is not a usable font, with `getError` set unless the file is of
+    ///         another kind altogether (its version word is that of no single sfnt)
     bool createFont(const KWUri& file);
     /// Forgets the font; copies of this object stay valid. `getError` keeps the last error.
     void deleteFont();
@@ -163,9 +163,36 @@ public:
 
     // --- layout ---------------------------------------------------------------------------------
 
-    /// Handle for a script and a language, to be freed by `deleteGSUBGPOSInfo`; null when the font
-    /// has no OpenType layout.
+    // The queries of a handle may run on any number of threads. They answer false or 0 for a null
+    // handle. Tags are OpenType tags, the first letter in the high byte.
+
+    /// Handle for a script and a language, to be freed by `deleteGSUBGPOSInfo` and valid as long as
+    /// the font; null for a font that is no sfnt font. `GSUB` and `GPOS` are looked up apart. Only
+    /// the script of exactly that tag counts: ask again for `DFLT` where that may stand in.
+    /// @param language  0, and a language that the script does not list, take the script's default
+    ///                  language system
     FS_GSUBGPOSInfo* getGSUBGPOSInfo(unsigned int script, unsigned int language) const;
+    /// Frees a handle, or does nothing for null.
+    static void deleteGSUBGPOSInfo(FS_GSUBGPOSInfo* info);
+    /// True when `GSUB` has a language system for what the handle was asked for.
+    static bool hasGSUBInfo(const FS_GSUBGPOSInfo* info);
+    /// The same for `GPOS`.
+    static bool hasGPOSInfo(const FS_GSUBGPOSInfo* info);
+    /// True when `GSUB` has the script and the language was 0 or not among the script's, even if
+    /// the script has no default language system.
+    static bool isGSUBDefaultLangSys(const FS_GSUBGPOSInfo* info);
+    /// The same for `GPOS`.
+    static bool isGPOSDefaultLangSys(const FS_GSUBGPOSInfo* info);
+    /// True when the language system of `GSUB` has a feature of this tag.
+    static bool hasGSUBFeature(const FS_GSUBGPOSInfo* info, unsigned int tag);
+    /// The same for `GPOS`.
+    static bool hasGPOSFeature(const FS_GSUBGPOSInfo* info, unsigned int tag);
+    /// Feature tag of an entry of the lookup order: each lookup of each feature of the `GSUB`
+    /// language system, by ascending index in the font's lookup list.
+    /// @param index  from 0; the answer 0 is the end of the order
+    static unsigned int getGSUBFeatureTag(const FS_GSUBGPOSInfo* info, int index);
+    /// The same for `GPOS`.
+    static unsigned int getGPOSFeatureTag(const FS_GSUBGPOSInfo* info, int index);
     /// Always false: extended Apple morphing is not applied.
     static bool hasMorxInfo(const FS_GSUBGPOSInfo* info);
     /// Always false: extended Apple morphing is not applied.
@@ -235,16 +262,17 @@ public:
     bool isGlyphDrawInfoAvialable() const;
 
 private:
-    using VertOriginCache = std::map<unsigned short, int>;
+    struct VertOriginCache;
 
     int vertOriginShift(unsigned short gid) const;
+    int computeVertOriginShift(unsigned short gid) const;
     /// The font that has an end-user-defined character, and its glyph.
     FS_FontRef findEudcFont(int code, unsigned short& gid) const;
 
     FS_BaseFont* font = nullptr;
     int faceIndex = 0;
     KWError error;
-    /// Shared by the copies of one object, so that it is freed once.
+    /// Shared by the copies of one object, which may work in other threads: it has its own lock.
     mutable std::shared_ptr<VertOriginCache> vertOriginCache;
 };
 

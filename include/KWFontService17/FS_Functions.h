@@ -30,7 +30,7 @@ KWFONTSERVICE_API FS_ERROR FontServiceOpen(const char* configPath, KWCommonNS::K
 KWFONTSERVICE_API FS_ERROR FontServiceClose();
 
 /// Reads what went wrong while the service started up without stopping it. Opens the service on
-/// first need. Takes no lock.
+/// first need; a service that is open is read without a lock.
 /// @param error  receives the entry; null asks for the number of entries
 /// @param index  of the entry, from 0 on; not looked at when `error` is null
 /// @return       the number of entries, or `index`; -1 when there is no such entry or no service
@@ -43,7 +43,8 @@ KWFONTSERVICE_API UnicodeString FS_GetFontConfigPath(const char* configPath, boo
 
 /// The folder of the fonts of all users, "@@WINFONTS@@" itself where the system knows none.
 KWFONTSERVICE_API UnicodeString getWinFontsPath();
-/// The folder of the user's own fonts.
+/// The folder of the user's own fonts; it begins with "@@LOCALAPPDATA@@" where the system knows no
+/// such folder.
 KWFONTSERVICE_API UnicodeString getUserWinFontsPath();
 
 /// A four-character tag as a number, the first character in the top byte (OpenType Tag).

@@ -4,6 +4,7 @@
 #include "embed/SfntWriter.h"
 #include "embed/TableSet.h"
 #include "fonts/FS_TrueTypeInfo.h"
+#include "fonts/FontStream.h"
 
 #include <KWFontService17/FS_TTGlyphMap.h>
 
@@ -18,7 +19,7 @@ class SourceStream {
 public:
     SourceStream(std::istream* given, const FS_BaseFont* owner) : stream_(given) {
         if (given == nullptr && owner != nullptr) {
-            own_.reset(owner->getUri().getIStream());
+            own_ = openFontStream(owner->getUri());
             stream_ = own_.get();
         }
     }
@@ -49,7 +50,7 @@ struct SubsetJob {
         glyf = face.getTableEntry(sfntTag("glyf"));
         const TTI_TableRecord* loca = face.getTableEntry(sfntTag("loca"));
         if (glyf == nullptr || loca == nullptr ||
-            !selectTables(face.tableDirectory(), tags, tables))
+            !selectTables(face.getTableDirectory(), tags, tables))
             return false;
         if (!face.locaCache.empty() || loca->length == 0)
             return true;
@@ -125,22 +126,26 @@ bool FS_TrueTypeInfo::getPSEmbedFont(const std::vector<unsigned short>& glyphs, 
 bool FS_TrueTypeInfo::getEmbedFontStream(KWMemStream& output, std::istream* source) {
     if (hasCff(*this))
         return false;
-    std::istream* const own = source == nullptr ? owner->getUri().getIStream() : nullptr;
-    if (source == nullptr && own == nullptr)
-        return false;
-    output.rdbuf()->setSource(own != nullptr ? own : source, own == nullptr);
+    if (source != nullptr) {
+        output.rdbuf()->setSource(source, true);
+    } else {
+        std::unique_ptr<std::istream> own = openFontStream(owner->getUri());
+        if (!own)
+            return false;
+        output.rdbuf()->setSource(own.release(), false);
+    }
     output.clear();
     output.seekg(0);
     return output.length() > 0;
 }
 
 unsigned short FS_TrueTypeInfo::getFontEmbeddingLicence() const {
-    return headerTables.fsType;
+    return headerTables_.fsType;
 }
 
 FS_EMBEDSTATUS FS_TrueTypeInfo::getEmbedStatus() const {
     const unsigned rights =
-        headerTables.fsType & (kRestricted | kPreviewAndPrint | kEditable | kBitmapOnly);
+        headerTables_.fsType & (kRestricted | kPreviewAndPrint | kEditable | kBitmapOnly);
     if (rights == kRestricted)
         return FS_EMBED_RESTRICTED;
     if (rights == 0 || (rights & (kPreviewAndPrint | kEditable)) != 0)

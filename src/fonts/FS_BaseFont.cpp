@@ -58,8 +58,7 @@ KWMemStream* FS_BaseFont::getFontStream() {
 }
 
 bool FS_BaseFont::fontError(KWError& error, FS_ERROR code, const UnicodeString& detail) const {
-    error = KWError(code, fontErrorText(code, detail, getUri().getLocalPath()), UnicodeString(), -1,
-                    -1, UnicodeString());
+    error = makeFontError(code, detail, getUri().getLocalPath());
     return false;
 }
 

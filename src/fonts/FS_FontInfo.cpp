@@ -2,6 +2,7 @@
 #include "fonts/FS_OperationMacros.h"
 #include "fonts/FS_ServiceContext.h"
 #include "fonts/FontErrors.h"
+#include "fonts/FontStream.h"
 #include "fonts/FontTyping.h"
 
 #include <KWFontService17/FS_FontInfo.h>
@@ -20,13 +21,9 @@ FS_FontInfo::~FS_FontInfo() = default;
 
 bool FS_FontInfo::createFont(const KWUri& file) {
     error = KWError();
-    const std::unique_ptr<std::istream> stream(file.getIStream(nullptr, nullptr));
+    const std::unique_ptr<std::istream> stream = openFontStream(file);
     if (!stream) {
-        UnicodeString detail("Cannot read font: ");
-        detail.append(file.getLocalPath()).append(u'\n');
-        error = KWError(FS_ERROR_FONT_READ,
-                        fontErrorText(FS_ERROR_FONT_READ, detail, file.getLocalPath()),
-                        UnicodeString(), -1, -1, UnicodeString());
+        error = cannotReadFontError(file);
         return false;
     }
     const KWPtr<FS_BaseFont> created = createFontObject(file, sfntTypeOf(*stream));
@@ -144,16 +141,6 @@ float FS_FontInfo::getBaselindAdjust() const {
 float FS_FontInfo::getFontSizeAdjust() const {
     const FS_FontFileOptions* settings = font ? font->getFontEntrySettings() : nullptr;
     return settings != nullptr ? settings->fontSizeAdjust : 1.0F;
-}
-
-// --- layout -------------------------------------------------------------------------------------
-
-bool FS_FontInfo::hasMorxInfo(const FS_GSUBGPOSInfo*) {
-    return false;
-}
-
-bool FS_FontInfo::processMorx(const FS_GSUBGPOSInfo*, const GlyphIDArray&, GlyphIDArray&) {
-    return false;
 }
 
 // --- embedding: the font opens its own stream ---------------------------------------------------

@@ -1,8 +1,20 @@
+#include "fonts/EudcSearch.h"
 #include "fonts/FS_ServiceContext.h"
 
 #include <KWFontService17/FS_FontInfo.h>
 
 namespace KWFontService_NS {
+
+FS_FontRef searchEudcFonts(const FS_FontRef& link, bool vertical, int ch, unsigned short& gid) {
+    const auto hasGlyph = [&](const FS_FontRef& candidate) {
+        gid = candidate ? candidate.font->getEudcGlyphID(ch, candidate.face) : FS_NO_GLYPH;
+        return gid != FS_NO_GLYPH;
+    };
+    if (hasGlyph(link))
+        return link;
+    const FS_FontRef shared = FS_ServiceContext::defaultEudcFont(vertical);
+    return hasGlyph(shared) ? shared : FS_FontRef();
+}
 
 bool FS_FontInfo::isEUDC(int code) {
     return code >= 0 && code < 0x10000 && FS_ServiceContext::isEudcCodePoint(code);
@@ -12,16 +24,8 @@ FS_FontRef FS_FontInfo::findEudcFont(int code, unsigned short& gid) const {
     gid = FS_NO_GLYPH;
     if (font == nullptr || !isEUDC(code))
         return {};
-    const auto hasGlyph = [&](const FS_FontRef& candidate) {
-        if (candidate)
-            gid = candidate.font->getEudcGlyphID(code, candidate.face);
-        return gid != FS_NO_GLYPH;
-    };
-    if (const FS_FontRef linked = font->getEudcFont(faceIndex); hasGlyph(linked))
-        return linked;
-    const FS_FontRef service =
-        FS_ServiceContext::defaultEudcFont(font->hasVerticalGlyph(faceIndex));
-    return hasGlyph(service) ? service : FS_FontRef();
+    return searchEudcFonts(font->getEudcFont(faceIndex), font->hasVerticalGlyph(faceIndex), code,
+                           gid);
 }
 
 bool FS_FontInfo::getEudcFontName(int code, UnicodeString& name, int& weight, bool& italic) const {

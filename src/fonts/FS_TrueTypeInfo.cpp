@@ -36,13 +36,13 @@ FS_TrueTypeInfo::~FS_TrueTypeInfo() = default;
 
 const FS_TrueTypeInfo::LoadedTables& FS_TrueTypeInfo::tables() const {
     static const LoadedTables kNone;
-    return loadedTables ? *loadedTables : kNone;
+    return isLoaded() && loadedTables_ ? *loadedTables_ : kNone;
 }
 
 bool FS_TrueTypeInfo::readOffsetTable(KWError& error, std::istream& stream, FS_BaseFont& font,
                                       bool embedded) {
     owner = &font;
-    SfntReader reader(stream, directory, error, owner);
+    SfntReader reader(stream, tableDirectory, error, owner);
     const FS_FontFileType type = font.getFontFileType(0);
 
     stream.clear();
@@ -60,67 +60,67 @@ bool FS_TrueTypeInfo::readOffsetTable(KWError& error, std::istream& stream, FS_B
     // The offsets of a dfont count from the start of the font inside the resource.
     const auto rebase =
         type == FS_FILETYPE_DFONT ? static_cast<std::uint32_t>(start) : std::uint32_t{0};
-    directory = TTI_Directory(ByteView::loadU32(offsetTable.data()),
-                              ByteView(records.data(), records.size()), rebase);
+    tableDirectory = TTI_Directory(ByteView::loadU32(offsetTable.data()),
+                                   ByteView(records.data(), records.size()), rebase);
 
-    if (!isVersionOf(type, directory.version()))
+    if (!isVersionOf(type, tableDirectory.version()))
         return false;
-    if (directory.version() == sfntTag("true") &&
-        !(directory.has(sfntTag("head")) && directory.has(sfntTag("hhea")) &&
-          directory.has(sfntTag("hmtx"))))
+    if (tableDirectory.version() == sfntTag("true") &&
+        !(tableDirectory.has(sfntTag("head")) && tableDirectory.has(sfntTag("hhea")) &&
+          tableDirectory.has(sfntTag("hmtx"))))
         return false;
-    if (!directory.has(sfntTag("glyf")) && !directory.has(sfntTag("CFF ")))
+    if (!tableDirectory.has(sfntTag("glyf")) && !tableDirectory.has(sfntTag("CFF ")))
         return reader.fail(FS_ERROR_FONT_FILE, "'glyf' or 'CFF' table not found");
     if (!readRequiredTables(reader, embedded) || !readOptionalScanTables(reader))
         return false;
     if (!embedded)
-        nameTable.chooseDefault(systemLanguage());
+        nameTable_.chooseDefault(systemLanguage());
     return true;
 }
 
 bool FS_TrueTypeInfo::readRequiredTables(SfntReader& reader, bool embedded) {
-    if (!headerTables.readHead(reader) || !headerTables.readHhea(reader))
+    if (!headerTables_.readHead(reader) || !headerTables_.readHhea(reader))
         return false;
 
     const FS_FontFileType type = owner->getFontFileType(0);
-    if (const TTI_TableRecord* os2 = directory.find(sfntTag("OS/2"))) {
+    if (const TTI_TableRecord* os2 = tableDirectory.find(sfntTag("OS/2"))) {
         macFont = macFont || type == FS_FILETYPE_DFONT;
-        if (!headerTables.readOS2(reader, *os2))
+        if (!headerTables_.readOS2(reader, *os2))
             return false;
     } else if (toleratesMissingOS2(type)) {
         macFont = true;
-        headerTables.synthesizeOS2();
+        headerTables_.synthesizeOS2();
     } else {
         return reader.fail(FS_ERROR_FONT_FILE, "'OS/2' table not found");
     }
-    headerTables.completeWinMetrics();
+    headerTables_.completeWinMetrics();
 
-    if (const TTI_TableRecord* name = directory.find(sfntTag("name"))) {
-        if (!nameTable.read(reader, *name, macFont))
+    if (const TTI_TableRecord* name = tableDirectory.find(sfntTag("name"))) {
+        if (!nameTable_.read(reader, *name, macFont))
             return false;
     } else if (!embedded) {
         return reader.fail(FS_ERROR_FONT_FILE, "'name' table not found");
     }
 
-    if (const TTI_TableRecord* post = directory.find(sfntTag("post")))
-        return headerTables.readPost(reader, *post);
+    if (const TTI_TableRecord* post = tableDirectory.find(sfntTag("post")))
+        return headerTables_.readPost(reader, *post);
     return embedded || reader.fail(FS_ERROR_FONT_FILE, "'post' table not found");
 }
 
 bool FS_TrueTypeInfo::readOptionalScanTables(SfntReader& reader) {
-    const TTI_TableRecord* vhea = directory.find(sfntTag("vhea"));
+    const TTI_TableRecord* vhea = tableDirectory.find(sfntTag("vhea"));
     if (vhea == nullptr)
         return true;
-    if (!headerTables.readVhea(reader, *vhea))
+    if (!headerTables_.readVhea(reader, *vhea))
         return false;
-    if (headerTables.numOfLongVerMetrics == 0)
+    if (headerTables_.numOfLongVerMetrics == 0)
         return true;
-    const TTI_TableRecord* vmtx = directory.find(sfntTag("vmtx"));
+    const TTI_TableRecord* vmtx = tableDirectory.find(sfntTag("vmtx"));
     if (vmtx == nullptr) {
-        headerTables.numOfLongVerMetrics = 0;
+        headerTables_.numOfLongVerMetrics = 0;
         return true;
     }
-    return TTI_VerticalMetrics::checkVmtx(reader, *vmtx, headerTables.numOfLongVerMetrics);
+    return TTI_VerticalMetrics::checkVmtx(reader, *vmtx, headerTables_.numOfLongVerMetrics);
 }
 
 } // namespace KWFontService_NS

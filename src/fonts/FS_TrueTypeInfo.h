@@ -51,7 +51,9 @@ public:
     bool isLoaded() const { return loaded.load(std::memory_order_acquire); }
 
     /// Null when the font lacks the table.
-    const TTI_TableRecord* getTableEntry(std::uint32_t tag) const { return directory.find(tag); }
+    const TTI_TableRecord* getTableEntry(std::uint32_t tag) const {
+        return tableDirectory.find(tag);
+    }
 
     // --- the face-wise operations ---------------------------------------------------------------
 
@@ -69,13 +71,13 @@ public:
     float getOwnTypoDescender() const;
     void setPostScriptName(const UnicodeString& name);
     void setHasVerticalGlyph() {
-        verticalGlyphsGiven = true;
+        verticalGlyphsGiven_ = true;
     }
     /// The face's file as it stands: `output` becomes a stream over `source`, which it takes over;
     /// null opens the font's own.
     bool getEmbedFontStream(KWMemStream& output, std::istream* source);
     bool isCIDFont() const {
-        return cidFont;
+        return cidFont_.load(std::memory_order_relaxed);
     }
 
     // --- tables ---------------------------------------------------------------------------------
@@ -92,14 +94,14 @@ public:
         TTI_Mort mort;
     };
 
-    const TTI_Directory& tableDirectory() const {
-        return directory;
+    const TTI_Directory& getTableDirectory() const {
+        return tableDirectory;
     }
     const TTI_Header& header() const {
-        return headerTables;
+        return headerTables_;
     }
     const TTI_Names& names() const {
-        return nameTable;
+        return nameTable_;
     }
     /// Empty tables before the load.
     const LoadedTables& tables() const;
@@ -113,7 +115,7 @@ public:
 private:
     bool readRequiredTables(SfntReader& reader, bool embedded);
     bool readOptionalScanTables(SfntReader& reader);
-    void loadEveryTable(KWError& error, std::istream& stream, bool embedded);
+    bool loadEveryTable(KWError& error, std::istream& stream, bool embedded);
     bool loadCff(SfntReader& reader);
     bool loadGdef(SfntReader& reader);
     bool loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind, TTI_LayoutTable& table);
@@ -134,16 +136,16 @@ private:
     FS_FontRef findEudcGlyph(int ch, unsigned short& gid) const;
 
     FS_BaseFont* owner = nullptr;
-    TTI_Directory directory;
-    TTI_Header headerTables;
-    TTI_Names nameTable;
-    std::unique_ptr<LoadedTables> loadedTables;
+    TTI_Directory tableDirectory;
+    TTI_Header headerTables_;
+    TTI_Names nameTable_;
+    std::unique_ptr<LoadedTables> loadedTables_;
     FS_FontRef eudcFont;
     bool macFont = false;
     bool allowGlyphZero = false;
-    bool verticalGlyphsGiven = false;
-    bool cidFont = false;
-    bool loadOk = true;
+    bool verticalGlyphsGiven_ = false;
+    std::atomic<bool> cidFont_ = false; ///< asked by fonts that are being loaded
+    bool loadOk = false;
     std::atomic<bool> loaded = false;
     KWCommonNS::KWLock loadLock;
 };

@@ -1,3 +1,4 @@
+#include "fonts/EudcSearch.h"
 #include "fonts/FS_ServiceContext.h"
 #include "fonts/FS_TrueTypeInfo.h"
 
@@ -58,14 +59,7 @@ bool FS_TrueTypeInfo::getGlyphIDs(const UnicodeString& text, unsigned short* gly
 }
 
 FS_FontRef FS_TrueTypeInfo::findEudcGlyph(int ch, unsigned short& gid) const {
-    const auto has = [&](const FS_FontRef& ref) {
-        gid = ref ? ref.font->getEudcGlyphID(ch, ref.face) : FS_NO_GLYPH;
-        return gid != FS_NO_GLYPH;
-    };
-    if (has(eudcFont))
-        return eudcFont;
-    const FS_FontRef shared = FS_ServiceContext::defaultEudcFont(hasVerticalGlyph());
-    return has(shared) ? shared : FS_FontRef();
+    return searchEudcFonts(eudcFont, hasVerticalGlyph(), ch, gid);
 }
 
 unsigned short FS_TrueTypeInfo::getEudcGlyphID(int ch) const {
@@ -76,7 +70,7 @@ unsigned short FS_TrueTypeInfo::getEudcGlyphID(int ch) const {
 }
 
 bool FS_TrueTypeInfo::hasVerticalGlyph() const {
-    return hasVertLookups() || !tables().mort.empty() || verticalGlyphsGiven;
+    return hasVertLookups() || !tables().mort.empty() || verticalGlyphsGiven_;
 }
 
 bool FS_TrueTypeInfo::hasVariationSelector() const {

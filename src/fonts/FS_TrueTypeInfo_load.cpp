@@ -2,6 +2,8 @@
 
 #include "cff/CFFKind.h"
 #include "fonts/FS_FontFileOptions.h"
+#include "fonts/FontErrors.h"
+#include "fonts/FontStream.h"
 
 #include <KWCommon15/KWLock.h>
 
@@ -12,6 +14,23 @@ namespace KWFontService_NS {
 using KWCommonNS::ByteView;
 using KWCommonNS::KWMutex;
 
+namespace {
+
+/// Ends the load stage however it is left: a reader that throws leaves a failed load behind, and a
+/// failed load is not tried again.
+class LoadEnd {
+public:
+    explicit LoadEnd(std::atomic<bool>& loaded) : loaded_(loaded) {}
+    ~LoadEnd() { loaded_.store(true, std::memory_order_release); }
+    LoadEnd(const LoadEnd&) = delete;
+    LoadEnd& operator=(const LoadEnd&) = delete;
+
+private:
+    std::atomic<bool>& loaded_;
+};
+
+} // namespace
+
 bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embedded) {
     if (isLoaded())
         return loadOk;
@@ -20,67 +39,67 @@ bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embe
     if (isLoaded())
         return loadOk;
 
+    const LoadEnd end(loaded);
+    loadOk = false;
     if (const FS_FontFileOptions* settings = owner->getFontEntrySettings())
         allowGlyphZero = settings->useZeroGlyphId;
     std::unique_ptr<std::istream> own;
     if (stream == nullptr) {
-        own.reset(owner->getUri().getIStream(nullptr, nullptr));
+        own = openFontStream(owner->getUri());
         stream = own.get();
     }
-    if (stream != nullptr) {
-        loadEveryTable(error, *stream, embedded);
-    } else {
-        UnicodeString detail("Cannot read font: ");
-        detail.append(owner->getUri().getLocalPath()).append(u'\n');
-        loadOk = owner->fontError(error, FS_ERROR_FONT_READ, detail);
-    }
-    loaded.store(true, std::memory_order_release);
+    if (stream != nullptr)
+        loadOk = loadEveryTable(error, *stream, embedded);
+    else
+        error = cannotReadFontError(owner->getUri());
     return loadOk;
 }
 
-void FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool embedded) {
-    loadedTables = std::make_unique<LoadedTables>();
-    SfntReader reader(stream, directory, error, owner);
+bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool embedded) {
+    loadedTables_ = std::make_unique<LoadedTables>();
+    SfntReader reader(stream, tableDirectory, error, owner);
     // One bad table neither stops the others nor undoes them.
-    const auto step = [this](bool ok) { loadOk = ok && loadOk; };
+    bool allOk = true;
+    const auto step = [&allOk](bool ok) { allOk = ok && allOk; };
 
     step(loadCff(reader));
     step(loadGdef(reader));
-    step(loadLayout(reader, TTI_LayoutTable::Kind::Gpos, loadedTables->gpos));
-    step(loadLayout(reader, TTI_LayoutTable::Kind::Gsub, loadedTables->gsub));
-    step(loadedTables->cmap.read(reader, embedded, macFont));
-    step(loadedTables->kern.read(reader));
+    step(loadLayout(reader, TTI_LayoutTable::Kind::Gpos, loadedTables_->gpos));
+    step(loadLayout(reader, TTI_LayoutTable::Kind::Gsub, loadedTables_->gsub));
+    step(loadedTables_->cmap.read(reader, embedded, macFont));
+    step(loadedTables_->kern.read(reader));
     step(loadMaxp(reader));
     step(loadHmtx(reader));
     step(loadMort(reader));
     step(loadVertical(reader));
+    return allOk;
 }
 
 bool FS_TrueTypeInfo::loadCff(SfntReader& reader) {
-    const TTI_TableRecord* cff = directory.find(sfntTag("CFF "));
+    const TTI_TableRecord* cff = tableDirectory.find(sfntTag("CFF "));
     if (cff == nullptr) {
         if (!owner->isOpenType())
             return true;
-        return reader.fail(FS_ERROR_FONT_FILE, directory.has(sfntTag("CFF2"))
+        return reader.fail(FS_ERROR_FONT_FILE, tableDirectory.has(sfntTag("CFF2"))
                                                    ? "'CFF2' table not supported"
                                                    : "'CFF' table not found");
     }
-    if (cidFont)
+    if (cidFont_)
         return true;
     std::vector<std::uint8_t> start;
     reader.readUpTo(cff->offset, std::min<std::size_t>(cff->length, kCFFKindBytes), start);
     const CFFKind kind = readCFFKind(ByteView(start.data(), start.size()));
-    cidFont = kind == CFFKind::CIDKeyed;
+    cidFont_ = kind == CFFKind::CIDKeyed;
     return kind != CFFKind::Unreadable || reader.fail(FS_ERROR_FONT_READ, "'CFF' table read error");
 }
 
 bool FS_TrueTypeInfo::loadGdef(SfntReader& reader) {
-    if (!directory.has(sfntTag("GDEF")))
+    if (!tableDirectory.has(sfntTag("GDEF")))
         return true;
     std::vector<std::uint8_t> bytes;
     if (!reader.readTable(sfntTag("GDEF"), bytes))
         return reader.fail(FS_ERROR_FONT_READ, "'GDEF' table read error");
-    switch (loadedTables->gdef.read(ByteView(bytes.data(), bytes.size()))) {
+    switch (loadedTables_->gdef.read(ByteView(bytes.data(), bytes.size()))) {
     case TTI_Gdef::Result::Ok:
         return true;
     case TTI_Gdef::Result::GlyphClassError:
@@ -97,7 +116,7 @@ bool FS_TrueTypeInfo::loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind,
                                  TTI_LayoutTable& table) {
     const bool gsub = kind == TTI_LayoutTable::Kind::Gsub;
     const std::uint32_t tag = gsub ? sfntTag("GSUB") : sfntTag("GPOS");
-    if (!directory.has(tag))
+    if (!tableDirectory.has(tag))
         return true;
     const auto fail = [&](FS_ERROR code, const char* what) {
         return reader.fail(code,
@@ -120,44 +139,44 @@ bool FS_TrueTypeInfo::loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind,
 }
 
 bool FS_TrueTypeInfo::loadMaxp(SfntReader& reader) {
-    const TTI_TableRecord* maxp = directory.find(sfntTag("maxp"));
-    return maxp == nullptr || headerTables.readMaxp(reader, *maxp);
+    const TTI_TableRecord* maxp = tableDirectory.find(sfntTag("maxp"));
+    return maxp == nullptr || headerTables_.readMaxp(reader, *maxp);
 }
 
 bool FS_TrueTypeInfo::loadHmtx(SfntReader& reader) {
-    if (headerTables.numberOfHMetrics == 0)
+    if (headerTables_.numberOfHMetrics == 0)
         return true;
-    const TTI_TableRecord* hmtx = directory.find(sfntTag("hmtx"));
+    const TTI_TableRecord* hmtx = tableDirectory.find(sfntTag("hmtx"));
     if (hmtx == nullptr)
         return reader.fail(FS_ERROR_FONT_FILE, "'hmtx' table not found");
-    return loadedTables->metrics.read(reader, *hmtx, headerTables.numberOfHMetrics,
-                                      headerTables.maxp.numGlyphs);
+    return loadedTables_->metrics.read(reader, *hmtx, headerTables_.numberOfHMetrics,
+                                       headerTables_.maxp.numGlyphs);
 }
 
 bool FS_TrueTypeInfo::loadMort(SfntReader& reader) {
-    if (hasVertLookups() || !directory.has(sfntTag("mort")))
+    if (loadedTables_->gsub.hasVertFeature() || !tableDirectory.has(sfntTag("mort")))
         return true;
     std::vector<std::uint8_t> bytes;
     if (!reader.readTable(sfntTag("mort"), bytes))
         return reader.fail(FS_ERROR_FONT_READ, "'mort' table read error");
-    loadedTables->mort.read(ByteView(bytes.data(), bytes.size()));
+    loadedTables_->mort.read(ByteView(bytes.data(), bytes.size()));
     return true;
 }
 
 bool FS_TrueTypeInfo::loadVertical(SfntReader& reader) {
-    TTI_VerticalMetrics& vertical = loadedTables->vertical;
+    TTI_VerticalMetrics& vertical = loadedTables_->vertical;
     bool ok = true;
-    if (const TTI_TableRecord* vorg = directory.find(sfntTag("VORG")))
+    if (const TTI_TableRecord* vorg = tableDirectory.find(sfntTag("VORG")))
         ok = vertical.readVorg(reader, *vorg);
     // Vertical advances count only for a font that can also substitute vertical forms.
-    if (!hasVertLookups() && loadedTables->mort.empty())
-        headerTables.numOfLongVerMetrics = 0;
-    if (headerTables.numOfLongVerMetrics == 0)
+    if (!loadedTables_->gsub.hasVertFeature() && loadedTables_->mort.empty())
+        headerTables_.numOfLongVerMetrics = 0;
+    if (headerTables_.numOfLongVerMetrics == 0)
         return ok;
-    const TTI_TableRecord* vmtx = directory.find(sfntTag("vmtx"));
-    if (vmtx != nullptr && vertical.readVmtx(reader, *vmtx, headerTables.numOfLongVerMetrics))
+    const TTI_TableRecord* vmtx = tableDirectory.find(sfntTag("vmtx"));
+    if (vmtx != nullptr && vertical.readVmtx(reader, *vmtx, headerTables_.numOfLongVerMetrics))
         return ok;
-    headerTables.numOfLongVerMetrics = 0;
+    headerTables_.numOfLongVerMetrics = 0;
     return false;
 }
 

@@ -32,19 +32,17 @@ float perEm(int value, int unitsPerEm) {
 float FS_TrueTypeInfo::scaled(int value, int size) const {
     if (size == 0)
         return static_cast<float>(value);
-    const int divisor = size < 0 ? int{headerTables.unitsPerEm}
-                                 : headerTables.usWinAscent + headerTables.usWinDescent;
+    const int divisor = size < 0 ? int{headerTables_.unitsPerEm}
+                                 : headerTables_.usWinAscent + headerTables_.usWinDescent;
     if (divisor == 0)
         return 0.0F;
     return static_cast<float>(value * magnitude(size) / divisor);
 }
 
 std::uint16_t FS_TrueTypeInfo::unscaledAdvance(unsigned short gid, bool vertical) const {
-    if (!loadedTables)
-        return 0;
-    if (vertical && loadedTables->vertical.hasAdvances())
-        return loadedTables->vertical.advance(gid);
-    return loadedTables->metrics.advance(gid);
+    const LoadedTables& present = tables();
+    return vertical && present.vertical.hasAdvances() ? present.vertical.advance(gid)
+                                                      : present.metrics.advance(gid);
 }
 
 float FS_TrueTypeInfo::getGlyphWidth(unsigned short gid, int size, bool vertical) const {
@@ -83,8 +81,8 @@ float FS_TrueTypeInfo::getTextWidth(const UnicodeString& text, int size, bool ve
         units += unscaledAdvance(gid, vertical);
     }
     // Size 0 measures the end-user-defined characters alone: there is no form in font units.
-    const int divisor = size < 0 ? int{headerTables.unitsPerEm}
-                                 : headerTables.usWinAscent + headerTables.usWinDescent;
+    const int divisor = size < 0 ? int{headerTables_.unitsPerEm}
+                                 : headerTables_.usWinAscent + headerTables_.usWinDescent;
     const double ownWidth =
         divisor == 0 ? 0.0 : static_cast<double>(units) / divisor * magnitude(size);
     return static_cast<float>(ownWidth + eudcWidth);
@@ -108,24 +106,26 @@ bool FS_TrueTypeInfo::hasPairKerningInfo(bool vertical) const {
 
 float FS_TrueTypeInfo::getPairKerningValue(unsigned short left, unsigned short right, int size,
                                            bool vertical) const {
-    if (!loadedTables || !loadedTables->kern.hasPairs(vertical))
+    const TTI_Kern& kern = tables().kern;
+    if (!kern.hasPairs(vertical))
         return 0.0F;
-    const std::int16_t value = loadedTables->kern.find(left, right).value_or(0);
+    const std::int16_t value = kern.find(left, right).value_or(0);
     // Only em sizes scale; callers take any other answer in font units.
     return scaled(value, size < 0 ? size : 0);
 }
 
 float FS_TrueTypeInfo::getXHeight() const {
-    return headerTables.sxHeight > 0 ? perEm(headerTables.sxHeight, headerTables.unitsPerEm) : 0.0F;
+    return headerTables_.sxHeight > 0 ? perEm(headerTables_.sxHeight, headerTables_.unitsPerEm)
+                                      : 0.0F;
 }
 
 float FS_TrueTypeInfo::getCapHeight() const {
-    return headerTables.sCapHeight > 0 ? perEm(headerTables.sCapHeight, headerTables.unitsPerEm)
-                                       : 0.0F;
+    return headerTables_.sCapHeight > 0 ? perEm(headerTables_.sCapHeight, headerTables_.unitsPerEm)
+                                        : 0.0F;
 }
 
 float FS_TrueTypeInfo::getTypoAscender() const {
-    return perEm(headerTables.sTypoAscender, headerTables.unitsPerEm);
+    return perEm(headerTables_.sTypoAscender, headerTables_.unitsPerEm);
 }
 
 float FS_TrueTypeInfo::getTypoDescender() const {
@@ -134,11 +134,11 @@ float FS_TrueTypeInfo::getTypoDescender() const {
 }
 
 float FS_TrueTypeInfo::getOwnTypoDescender() const {
-    return perEm(headerTables.sTypoDescender, headerTables.unitsPerEm);
+    return perEm(headerTables_.sTypoDescender, headerTables_.unitsPerEm);
 }
 
 int FS_TrueTypeInfo::getUnitsPerEm() const {
-    return headerTables.unitsPerEm;
+    return headerTables_.unitsPerEm;
 }
 
 } // namespace KWFontService_NS

@@ -17,108 +17,108 @@ constexpr int kPanoseLatinScript = 3;
 } // namespace
 
 UnicodeString FS_TrueTypeInfo::getFamilyName(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::Family);
+    return nameTable_.get(language, TTI_Names::Family);
 }
 
 UnicodeString FS_TrueTypeInfo::getSubFamilyName(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::SubFamily);
+    return nameTable_.get(language, TTI_Names::SubFamily);
 }
 
 UnicodeString FS_TrueTypeInfo::getFullFontName(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::Full);
+    return nameTable_.get(language, TTI_Names::Full);
 }
 
 UnicodeString FS_TrueTypeInfo::getPostScriptName(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::PostScript);
+    return nameTable_.get(language, TTI_Names::PostScript);
 }
 
 UnicodeString FS_TrueTypeInfo::getPreferredFamily(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::PreferredFamily);
+    return nameTable_.get(language, TTI_Names::PreferredFamily);
 }
 
 UnicodeString FS_TrueTypeInfo::getPreferredSubFamily(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::PreferredSubFamily);
+    return nameTable_.get(language, TTI_Names::PreferredSubFamily);
 }
 
 UnicodeString FS_TrueTypeInfo::getPostScriptCIDFindfontName(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::CidFindfont);
+    return nameTable_.get(language, TTI_Names::CidFindfont);
 }
 
 UnicodeString FS_TrueTypeInfo::getCopyright(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::Copyright);
+    return nameTable_.get(language, TTI_Names::Copyright);
 }
 
 UnicodeString FS_TrueTypeInfo::getManufacturer(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::Manufacturer);
+    return nameTable_.get(language, TTI_Names::Manufacturer);
 }
 
 UnicodeString FS_TrueTypeInfo::getLicenseDescription(KWLang::LanguageID language) const {
-    return nameTable.get(language, TTI_Names::License);
+    return nameTable_.get(language, TTI_Names::License);
 }
 
 void FS_TrueTypeInfo::setPostScriptName(const UnicodeString& name) {
-    nameTable.setDefaultPostScript(name);
+    nameTable_.setDefaultPostScript(name);
 }
 
 int FS_TrueTypeInfo::getWeight() const {
-    return headerTables.usWeightClass;
+    return headerTables_.usWeightClass;
 }
 
 bool FS_TrueTypeInfo::isItalic() const {
-    return (headerTables.fsSelection & 1) != 0 || headerTables.italicAngle != 0.0F;
+    return (headerTables_.fsSelection & 1) != 0 || headerTables_.italicAngle != 0.0F;
 }
 
 int FS_TrueTypeInfo::getWidth() const {
-    return headerTables.usWidthClass;
+    return headerTables_.usWidthClass;
 }
 
 bool FS_TrueTypeInfo::getLogFont(FS_EnumLogFontEx& font) const {
-    UnicodeString faceName = nameTable.getDefault(TTI_Names::Family);
+    UnicodeString faceName = nameTable_.getDefault(TTI_Names::Family);
     if (faceName.isEmpty())
-        faceName = nameTable.getDefault(TTI_Names::PostScript);
+        faceName = nameTable_.getDefault(TTI_Names::PostScript);
     if (FS_ServiceContext::usePreferredFamily()) {
-        const UnicodeString preferred = nameTable.getDefault(TTI_Names::PreferredFamily);
+        const UnicodeString preferred = nameTable_.getDefault(TTI_Names::PreferredFamily);
         if (!preferred.isEmpty())
             faceName = preferred;
     }
     font =
-        FS_EnumLogFontEx(faceName, nameTable.getDefault(TTI_Names::Full), getWeight(), isItalic());
+        FS_EnumLogFontEx(faceName, nameTable_.getDefault(TTI_Names::Full), getWeight(), isItalic());
     return true;
 }
 
 FS_CodePageRange FS_TrueTypeInfo::getCodePageRangeBitFields() const {
-    return {headerTables.ulCodePageRange1, headerTables.ulCodePageRange2};
+    return {headerTables_.ulCodePageRange1, headerTables_.ulCodePageRange2};
 }
 
 bool FS_TrueTypeInfo::isSymbolicFont() const {
-    const int family = headerTables.familyClass;
-    return family == kFamilySymbolic || (family == 0 && nameTable.symbolNamesOnly());
+    const int family = headerTables_.familyClass;
+    return family == kFamilySymbolic || (family == 0 && nameTable_.symbolNamesOnly());
 }
 
 bool FS_TrueTypeInfo::isFixedWidthFont() const {
-    return headerTables.isFixedPitch;
+    return headerTables_.isFixedPitch;
 }
 
 bool FS_TrueTypeInfo::isSerifLikeFont() const {
-    const PANOSE& panose = headerTables.panose;
+    const PANOSE& panose = headerTables_.panose;
     return panose.bFamilyType == kPanoseLatinText && panose.bSerifStyle >= 2 &&
            panose.bSerifStyle <= 10;
 }
 
 bool FS_TrueTypeInfo::isScriptLikeFont() const {
-    return headerTables.panose.bFamilyType == kPanoseLatinScript;
+    return headerTables_.panose.bFamilyType == kPanoseLatinScript;
 }
 
 unsigned char FS_TrueTypeInfo::getFamilyClass() const {
-    return headerTables.hasOS2 ? headerTables.familyClass : std::uint8_t{0};
+    return headerTables_.hasOS2 ? headerTables_.familyClass : std::uint8_t{0};
 }
 
 unsigned char FS_TrueTypeInfo::getFamilySubclass() const {
-    return headerTables.hasOS2 ? headerTables.familySubclass : std::uint8_t{0};
+    return headerTables_.hasOS2 ? headerTables_.familySubclass : std::uint8_t{0};
 }
 
 const PANOSE* FS_TrueTypeInfo::getPanose() const {
-    return headerTables.hasOS2 ? &headerTables.panose : nullptr;
+    return headerTables_.hasOS2 ? &headerTables_.panose : nullptr;
 }
 
 void FS_TrueTypeInfo::setEudcFont(const FS_FontRef& ref) {

@@ -46,4 +46,15 @@ UnicodeString fontErrorText(FS_ERROR code, const UnicodeString& detail,
     return text.append(u'\n').append(localPath);
 }
 
+KWCommonNS::KWError makeFontError(FS_ERROR code, const UnicodeString& detail,
+                                  const UnicodeString& localPath) {
+    return KWCommonNS::KWError(code, fontErrorText(code, detail, localPath));
+}
+
+KWCommonNS::KWError cannotReadFontError(const KWCommonNS::KWUri& uri) {
+    const UnicodeString path = uri.getLocalPath();
+    UnicodeString detail("Cannot read font: ");
+    return makeFontError(FS_ERROR_FONT_READ, detail.append(path).append(u'\n'), path);
+}
+
 } // namespace KWFontService_NS

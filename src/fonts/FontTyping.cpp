@@ -7,7 +7,6 @@
 
 namespace KWFontService_NS {
 
-using KWCommonNS::ByteView;
 using KWCommonNS::KWPtr;
 
 FS_FontFileType sfntTypeOf(std::istream& stream) {

@@ -57,8 +57,7 @@ bool SfntReader::readTable(std::uint32_t tag, std::vector<std::uint8_t>& out) {
 bool SfntReader::fail(FS_ERROR code, const UnicodeString& detail) {
     if (owner_ != nullptr)
         return owner_->fontError(error_, code, detail);
-    error_ = KWError(code, fontErrorText(code, detail, UnicodeString()), UnicodeString(), -1, -1,
-                     UnicodeString());
+    error_ = makeFontError(code, detail, UnicodeString());
     return false;
 }
 

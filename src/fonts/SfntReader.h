@@ -28,7 +28,7 @@ public:
     /// As `read`, answering how many bytes the stream had.
     std::size_t readUpTo(std::uint64_t offset, std::span<std::uint8_t> out);
     /// `length` bytes from `offset`; false on a short read. Memory grows with the bytes that really
-    /// arrive, so a length that lies costs nothing.
+    /// arrive, so a length that lies costs little.
     bool read(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out);
     /// As above, keeping what the stream had.
     std::size_t readUpTo(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out);

@@ -130,7 +130,10 @@ private:
         const std::optional<Which> which = whichOfNameId(nameId);
         if (!which || names_.contains({language, *which}))
             return;
-        if (!readString(ByteView::loadU16(record + 8), ByteView::loadU16(record + 10)))
+        std::size_t length = ByteView::loadU16(record + 8);
+        if (platform == kWindows)
+            length &= ~std::size_t{1};
+        if (!readString(length, ByteView::loadU16(record + 10)))
             return;
         UnicodeString text = platform == kMacintosh ? decode(macConverter(encoding), string_)
                                                     : decodeWindows(encoding);
@@ -167,7 +170,7 @@ private:
     }
 
     UnicodeString decodeWindows(std::uint16_t encoding) {
-        const ByteView bytes(string_.data(), string_.size() & ~std::size_t{1});
+        const ByteView bytes(string_.data(), string_.size());
         const char* converter = windowsConverter(encoding);
         if (converter == nullptr)
             return fromUtf16(bytes);
@@ -243,7 +246,8 @@ void TTI_Names::chooseDefault(LanguageID systemLanguage) {
     hasDefault_ = !entries_.empty();
     if (!hasDefault_)
         return;
-    if (hasLanguage(systemLanguage))
+    // 0 is a system language that Windows does not number, and Macintosh English in the table.
+    if (systemLanguage != 0 && hasLanguage(systemLanguage))
         defaultLanguage_ = systemLanguage;
     else if (hasLanguage(kUSEnglish))
         defaultLanguage_ = kUSEnglish;

@@ -4,6 +4,8 @@
 #include <KWFontService17/FS_FontInfo.h>
 #include <KWFontService17/FS_GlyphDrawInfo.h>
 
+#include <KWCommon15/KWLock.h>
+
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_OUTLINE_H
@@ -11,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <new>
 
 namespace KWFontService_NS {
@@ -167,12 +170,28 @@ float FS_FontInfo::getGlyphVertOriginY(unsigned short gid, int size) const {
     return static_cast<float>(std::fabs(static_cast<double>(size)) * shift / unitsPerEm);
 }
 
+struct FS_FontInfo::VertOriginCache {
+    KWCommonNS::KWLock lock;
+    std::map<unsigned short, int> shifts;
+};
+
 int FS_FontInfo::vertOriginShift(unsigned short gid) const {
     if (!vertOriginCache)
         vertOriginCache = std::make_shared<VertOriginCache>();
-    const auto [entry, isNew] = vertOriginCache->try_emplace(gid, 0);
-    if (!isNew)
-        return entry->second;
+    VertOriginCache& cache = *vertOriginCache;
+    {
+        KWMutex mutex(cache.lock);
+        mutex.lock();
+        if (const auto known = cache.shifts.find(gid); known != cache.shifts.end())
+            return known->second;
+    }
+    const int shift = computeVertOriginShift(gid);
+    KWMutex mutex(cache.lock);
+    mutex.lock();
+    return cache.shifts.emplace(gid, shift).first->second;
+}
+
+int FS_FontInfo::computeVertOriginShift(unsigned short gid) const {
     FS_GlyphDrawInfo info;
     if (!getGlyphDrawInfo(gid, info, true) ||
         static_cast<float>(info.yMax - info.vertAdvance) <= info.outlineYMin)
@@ -180,9 +199,7 @@ int FS_FontInfo::vertOriginShift(unsigned short gid) const {
     const FT_FaceRec_* face = font->getFTFace(faceIndex);
     const int ascender = face != nullptr ? face->ascender : 0;
     const int below = ascender - static_cast<int>(info.outlineYMax) - info.vertBearingY;
-    if (below > 0)
-        entry->second = ascender - below;
-    return entry->second;
+    return below > 0 ? ascender - below : 0;
 }
 
 } // namespace KWFontService_NS

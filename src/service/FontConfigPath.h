@@ -10,8 +10,8 @@ namespace KWFontService_NS {
 /// relative path is taken against the folder of the library.
 KWCommonNS::KWUri fontConfigUri(const char* configPath);
 
-/// `text` with each macro word of a known folder replaced by that folder; a word whose folder is
-/// not known stays.
+/// `text` with "@@WINFONTS@@", "@@USERWINFONTS@@" and "@@LOCALAPPDATA@@" replaced by their folders;
+/// a word whose folder is not known stays.
 UnicodeString expandFontPath(const UnicodeString& text);
 
 } // namespace KWFontService_NS

@@ -100,6 +100,19 @@ TEST(CmapEncoding, AConverterThatWritesAQuestionMarkInsteadHasNoCode) {
     }
 }
 
+TEST(CmapEncoding, AnyOtherSubstituteOfAConverterIsACodeLikeAnother) {
+    // Only the question mark is told apart; a font may have a glyph at the code of the others.
+    for (const Row& row : std::initializer_list<Row>{{3, 2, 0x0E01, 0xFCFC},
+                                                     {3, 3, 0x0E01, 0xA1A1},
+                                                     {3, 3, 0x00A5, 0x1A},
+                                                     {3, 5, 0x0E01, 0xAFFE},
+                                                     {3, 5, 0x00E9, 0x7F},
+                                                     {1, 2, 0x0E01, 0xC8FE},
+                                                     {3, 4, 0x0E01, -1},
+                                                     {1, 25, 0x0E01, -1}})
+        EXPECT_EQ(convert(row), row.code) << row.platformID << ' ' << row.encodingID;
+}
+
 TEST(CmapEncoding, ALegacyFontIsReadThroughItsConverter) {
     const Bytes format2 = CmapFormat2::of({{'A', 5}, {0x82A0, 7}}).build();
     const CmapReading japanese = CmapReading::of(format2, 3, 2);

@@ -65,6 +65,11 @@ TEST(CmapFormat12, AGroupUpToTheHighestSignedCodeAnswers) {
     EXPECT_EQ(reading(0xF), kMissing);
 }
 
+TEST(CmapFormat12, AGlyphThatCountsPastTheHighestIntIsTakenModulo65536) {
+    const CmapReading reading = read(CmapFormat12{.groups = {{0x10, 0x7FFFFFFF, 0x20}}});
+    EXPECT_EQ(reading(0x7FFFFFFF), 0xF);
+}
+
 TEST(CmapFormat12, UnsortedAndOverlappingGroupsAnswerOrMiss) {
     const CmapReading reading = read(CmapFormat12{
         .groups = {{0x300, 0x400, 1}, {0x100, 0x200, 2}, {0x180, 0x350, 3}, {0x90, 0x80, 4}}});

@@ -10,10 +10,11 @@
 
 #include <gtest/gtest.h>
 
-namespace KWFontService_NS {
+#include <array>
+#include <cstddef>
+#include <stdexcept>
 
-// Layout runs are opaque here: extended morphing never looks at them.
-class GlyphIDArray {};
+namespace KWFontService_NS {
 
 namespace {
 
@@ -122,10 +123,11 @@ TEST(FontInfo, StyleSkipsWhatIsNotAskedFor) {
 }
 
 TEST(FontInfo, ExtendedMorphingIsNeverApplied) {
-    GlyphIDArray run;
-    GlyphIDArray out;
+    // Runs are opaque here: extended morphing never looks at them.
+    alignas(std::max_align_t) std::array<std::byte, 64> storage{};
+    auto& run = *reinterpret_cast<GlyphIDArray*>(storage.data());
     EXPECT_FALSE(FS_FontInfo::hasMorxInfo(nullptr));
-    EXPECT_FALSE(FS_FontInfo::processMorx(nullptr, run, out));
+    EXPECT_FALSE(FS_FontInfo::processMorx(nullptr, run, run));
 }
 
 TEST(FontInfo, AFileIsBoundByItsSignatureWhateverItsName) {
@@ -177,6 +179,89 @@ TEST(FontInfo, ADirectoryIsNotAFont) {
     FS_FontInfo info;
     EXPECT_FALSE(info.createFont(KWUri(dir.text(""))));
     EXPECT_EQ(info.getError().getCode(), 1921);
+}
+
+TEST(FontInfo, AFileOfAnotherKindIsRefusedWithoutAMessage) {
+    const TempDir dir;
+    TestFont file = TestFont::latin();
+    file.version = 0x00020000;
+    dir.write("a.ttf", file.build());
+    FS_FontInfo info;
+    EXPECT_FALSE(info.createFont(dir.uri("a.ttf")));
+    EXPECT_EQ(info.getError().getCode(), 0);
+}
+
+TEST(FontInfo, AFontMayComeAsADataUri) {
+    std::string uri = "data:font/ttf,";
+    for (const char c : TestFont::latin().build().str()) {
+        constexpr const char* kDigits = "0123456789ABCDEF";
+        const auto byte = static_cast<unsigned char>(c);
+        uri += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(KWUri(UnicodeString(uri.c_str())))) << complaintOf(info.getError());
+    EXPECT_EQ(info.getFamilyName(0), UnicodeString("KWTest Latin"));
+    KWMemStream output;
+    EXPECT_TRUE(info.getEmbedFont({TestFont::kA}, output));
+}
+
+/// Puts a fetcher in place for the length of a test.
+class FetcherScope {
+public:
+    explicit FetcherScope(KWUri::Fetcher fetcher) { KWUri::setFetcher(std::move(fetcher)); }
+    ~FetcherScope() { KWUri::setFetcher(nullptr); }
+    FetcherScope(const FetcherScope&) = delete;
+    FetcherScope& operator=(const FetcherScope&) = delete;
+};
+
+/// A stream that only goes forward, as one from a network does.
+class ForwardOnly : public std::istream {
+public:
+    explicit ForwardOnly(std::string bytes) : std::istream(nullptr), buffer_(std::move(bytes)) {
+        rdbuf(&buffer_);
+    }
+
+private:
+    class Buffer : public std::streambuf {
+    public:
+        explicit Buffer(std::string bytes) : bytes_(std::move(bytes)) {
+            setg(bytes_.data(), bytes_.data(), bytes_.data() + bytes_.size());
+        }
+
+    private:
+        std::string bytes_;
+    };
+    Buffer buffer_;
+};
+
+TEST(FontInfo, AFetchedFontNeedNotSeek) {
+    const FetcherScope fetcher([](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        return std::make_unique<ForwardOnly>(TestFont::latin().build().str());
+    });
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(KWUri("app:font"))) << complaintOf(info.getError());
+    EXPECT_EQ(info.getGlyphID('A', false), TestFont::kA);
+}
+
+TEST(FontInfo, AFetcherThatThrowsIsAFileThatDoesNotOpen) {
+    const FetcherScope fetcher(
+        [](const KWUri&, KWUri::ContentInfo&, UnicodeString&) -> std::unique_ptr<std::istream> {
+            throw std::runtime_error("no network");
+        });
+    FS_FontInfo info;
+    EXPECT_FALSE(info.createFont(KWUri("app:font")));
+    EXPECT_EQ(info.getError().getCode(), 1921);
+}
+
+TEST(FontInfo, AFetchedStreamThatThrowsIsAShortRead) {
+    const FetcherScope fetcher([](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        auto stream = std::make_unique<std::istringstream>("\0\1");
+        stream->exceptions(std::ios::failbit | std::ios::eofbit);
+        return stream;
+    });
+    FS_FontInfo info;
+    EXPECT_FALSE(info.createFont(KWUri("app:font")));
+    EXPECT_EQ(complaintOf(info.getError()), readError("Offset table read error"));
 }
 
 TEST(FontInfo, AFailedCreateKeepsTheFontThatWasBound) {

@@ -147,6 +147,15 @@ TEST_F(MetricsTest, OriginsComeFromVorgAndScale) {
     EXPECT_FLOAT_EQ(font.getDefaultVertOriginY(-100, 0), 88.0F);
 }
 
+TEST_F(MetricsTest, OriginsOfPositiveSizesCountByTheWinMetrics) {
+    TestFont file = TestFont::vertical();
+    file.os2.usWinAscent = 1500;
+    file.os2.usWinDescent = 500;
+    FS_TrueType& font = load(file);
+    EXPECT_FLOAT_EQ(font.getGlyphVertOriginY(TestFont::kBracketVertical, 500, 0), 225.0F);
+    EXPECT_FLOAT_EQ(font.getDefaultVertOriginY(500, 0), 220.0F);
+}
+
 TEST_F(MetricsTest, WithoutVorgEveryOriginIsZero) {
     FS_TrueType& font = load(TestFont::latin());
     for (const int size : {0, -1000, 1000}) {
@@ -280,6 +289,18 @@ TEST_F(MetricsTest, TextWidthAsksTheEudcFontForPrivateCharacters) {
     EXPECT_FLOAT_EQ(font.getTextWidth(u"\uF900\uE000", -2048, false, &missing, 0),
                     500 + 600 * 2.048F);
     EXPECT_EQ(missing, 0);
+}
+
+TEST_F(MetricsTest, VerticalTextTakesTheVerticalAdvanceOfAnEudcFont) {
+    TestFont source = TestFont::vertical();
+    source.cmap = Cmap::unicode({{0xE000, TestFont::kHiraganaA}});
+    source.with("vmtx", Vmtx{.metrics = {{1000, 0}, {500, 0}, {900, 0}, {800, 0}, {700, 0}}});
+    MemoryFont<> eudc(source.build());
+    ASSERT_TRUE(eudc.scanAndLoad());
+    FS_TrueType& font = load(TestFont::latin());
+    font.setEudcFont({&*eudc, 0}, 0);
+    EXPECT_FLOAT_EQ(font.getTextWidth(u"\uE000", -1000, true, nullptr, 0), 900);
+    EXPECT_FLOAT_EQ(font.getTextWidth(u"\uE000", -1000, false, nullptr, 0), 1000);
 }
 
 // --- extents ------------------------------------------------------------------------------------

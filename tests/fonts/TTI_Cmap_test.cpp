@@ -290,5 +290,12 @@ TEST(Cmap, ADefaultSequenceOfAMissingCharacterIsMissing) {
     EXPECT_EQ(reading.cmap.variationSequence('A', 0xFE00, false), kMissing);
 }
 
+TEST(Cmap, AMissingDefaultIsNotSoughtAmongTheGlyphsOfTheirOwn) {
+    const CmapFormat14 both{.selectors = {{.defaults = {{'A', 0}}, .mappings = {{'A', 77}}}}};
+    const CmapReading reading(
+        Cmap{.records = {{0, 5, both.build()}, {3, 1, CmapFormat4::of({{'Q', 1}}).build()}}});
+    EXPECT_EQ(reading.cmap.variationSequence('A', 0xFE00, false), kMissing);
+}
+
 } // namespace
 } // namespace KWFontService_NS

@@ -107,6 +107,13 @@ TEST_F(NamesTest, AnOddLengthIsReducedByOne) {
     EXPECT_EQ(family(kEnglish), UnicodeString("Ab"));
 }
 
+TEST_F(NamesTest, AnOddByteBehindTheEndOfTheFileIsNotMissed) {
+    NameRecord record = windowsName(1, u"Abc");
+    record.length = 7;
+    read({record});
+    EXPECT_EQ(family(kEnglish), UnicodeString("Abc"));
+}
+
 TEST_F(NamesTest, WindowsRecordsWithoutALanguageAreSkipped) {
     read({windowsName(1, u"No", 0), windowsName(1, u"Yes")});
     EXPECT_EQ(names.languages(), std::vector<KWLang::LanguageID>{kEnglish});
@@ -236,6 +243,12 @@ TEST_F(NamesTest, TheDefaultIsTheSystemLanguageThenEnglishThenTheLowest) {
     read({windowsName(1, u"Nihongo", kJapanese), windowsName(1, u"Deutsch", kGerman)});
     names.chooseDefault(kEnglish);
     EXPECT_EQ(family(0), UnicodeString("Deutsch"));
+}
+
+TEST_F(NamesTest, ASystemLanguageWithoutANumberIsNotMacintoshEnglish) {
+    read({windowsName(1, u"Windows"), macName(1, "Macintosh")});
+    names.chooseDefault(0);
+    EXPECT_EQ(family(0), UnicodeString("Windows"));
 }
 
 TEST_F(NamesTest, AnEnglishPostScriptNameGoesBeforeTheChosenLanguage) {

@@ -11,7 +11,7 @@ using KWCommonNS::ByteView;
 namespace {
 constexpr std::size_t kLengthOffset = 2;
 constexpr std::size_t kKeysOffset = 6;
-constexpr std::size_t kKeysEnd = kKeysOffset + 2 * 256;
+constexpr std::size_t kKeysEnd = kKeysOffset + std::size_t{2} * 256;
 constexpr std::size_t kSubHeaderSize = 8;
 } // namespace
 

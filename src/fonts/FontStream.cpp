@@ -1,0 +1,27 @@
+#include "fonts/FontStream.h"
+
+#include <KWCommon15/KWMemStream.h>
+
+#include <exception>
+
+namespace KWFontService_NS {
+
+namespace {
+constexpr std::size_t kWindowSize = 8192;
+}
+
+std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri) {
+    try {
+        std::unique_ptr<std::istream> stream(uri.getIStream(nullptr, nullptr));
+        if (!stream)
+            return nullptr;
+        stream->exceptions(std::ios::goodbit);
+        if (uri.isFile())
+            return stream;
+        return std::make_unique<KWCommonNS::KWMemStream>(stream.release(), kWindowSize, false);
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <KWCommon15/KWUri.h>
+
+#include <istream>
+#include <memory>
+
+namespace KWFontService_NS {
+
+/// Opens a font file for reading by absolute offsets: a local file as it is, anything else through
+/// a window, since the stream of a host may not seek. Null when it does not open; a fetcher of the
+/// host that throws does not open. Reading it throws nothing.
+std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri);
+
+} // namespace KWFontService_NS
