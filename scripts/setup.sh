@@ -1,0 +1,101 @@
+#!/usr/bin/env bash
+# Installs what the named groups need and the system lacks, by Debian package name.
+#
+#   scripts/setup.sh [--list] build|test|ci ...
+#
+# build: to build the libraries and the example, and to show it; test: to run all tests;
+# ci: what the further checks use. A group brings the ones before it. With --list the names are
+# printed and nothing is installed.
+set -euo pipefail
+
+build_packages=(
+  cmake ninja-build g++ pkg-config
+  libicu-dev libfreetype-dev zlib1g-dev libexpat1-dev libfontconfig-dev
+  libqpdf-dev libpng-dev
+  fonts-dejavu-core
+)
+test_packages=(
+  libgtest-dev libgmock-dev
+  python3 python3-fonttools opentype-sanitizer poppler-utils
+  fonts-dejavu-extra fonts-dejavu-web fonts-liberation2
+  fonts-noto-cjk fonts-ipafont-gothic fonts-ipafont-mincho
+  fonts-arphic-gbsn00lp fonts-arphic-uming fonts-wqy-zenhei
+  fonts-lmodern lmodern fonts-texgyre-math fonts-urw-base35
+  fonts-linuxlibertine fonts-hosny-amiri fonts-lohit-deva fonts-wine
+)
+ci_packages=(
+  clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev
+  doxygen
+  libbenchmark-dev libharfbuzz-dev
+)
+
+list_only=false
+wanted=()
+for argument in "$@"; do
+  case "$argument" in
+    --list) list_only=true ;;
+    build) wanted+=("${build_packages[@]}") ;;
+    test) wanted+=("${build_packages[@]}" "${test_packages[@]}") ;;
+    ci) wanted+=("${build_packages[@]}" "${test_packages[@]}" "${ci_packages[@]}") ;;
+    *)
+      echo "setup.sh: unknown group '$argument' (build, test or ci)" >&2
+      exit 2
+      ;;
+  esac
+done
+if [ ${#wanted[@]} -eq 0 ]; then
+  echo "usage: scripts/setup.sh [--list] build|test|ci ..." >&2
+  exit 2
+fi
+if $list_only; then
+  printf '%s\n' "${wanted[@]}" | sort -u
+  exit 0
+fi
+
+if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+  echo "setup.sh: not a Debian system; the packages below, or their like, must be present:" >&2
+  echo "  $(printf '%s\n' "${wanted[@]}" | sort -u | tr '\n' ' ')" >&2
+  exit 0
+fi
+
+missing=()
+for package in $(printf '%s\n' "${wanted[@]}" | sort -u); do
+  status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null || ! sudo -n true 2>/dev/null; then
+    if [ -t 0 ] && command -v sudo >/dev/null; then
+      echo "setup.sh: sudo will ask for a password to install packages" >&2
+    else
+      echo "setup.sh: these packages are missing and there is no right to install them:" >&2
+      echo "  ${missing[*]}" >&2
+      echo "Install them as root:  apt-get install ${missing[*]}" >&2
+      exit 1
+    fi
+  fi
+  as_root=(sudo)
+fi
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+
+# Another package run may hold a lock, or a mirror may stumble: a few tries before it is an error.
+attempt() {
+  local try
+  for try in 1 2 3; do
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get \
+      -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3 "$@" >>"$log" 2>&1 </dev/null && return 0
+    [ "$try" -eq 3 ] || sleep 10
+  done
+  echo "setup.sh: 'apt-get $*' failed:" >&2
+  tail -n 30 "$log" >&2
+  return 1
+}
+
+echo "Installing: ${missing[*]}"
+attempt -q update
+attempt -q -y --no-install-recommends install "${missing[@]}"

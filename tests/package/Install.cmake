@@ -1,0 +1,20 @@
+include("${CMAKE_CURRENT_LIST_DIR}/Run.cmake")
+
+file(REMOVE_RECURSE "${SCRATCH}" "${PREFIX}")
+run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --config "${CONFIG}" --prefix "${SCRATCH}")
+file(RENAME "${SCRATCH}" "${PREFIX}")
+
+# What a consumer's build reads must name no place, neither of the build nor of the first install.
+file(GLOB_RECURSE files "${PREFIX}/*.cmake" "${PREFIX}/*.pc")
+if(NOT files)
+  message(FATAL_ERROR "no package files under ${PREFIX}")
+endif()
+foreach(file IN LISTS files)
+  file(READ "${file}" text)
+  foreach(place IN ITEMS "${SCRATCH}" "${BUILD_DIR}")
+    string(FIND "${text}" "${place}" at)
+    if(NOT at EQUAL -1)
+      message(FATAL_ERROR "${file} names ${place}")
+    endif()
+  endforeach()
+endforeach()
