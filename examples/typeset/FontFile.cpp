@@ -1,0 +1,75 @@
+#include "FontFile.h"
+
+#include "Failure.h"
+
+#include <KWCommon15/KWCommon.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+namespace typeset {
+
+using namespace KWFontService_NS;
+
+namespace {
+
+constexpr const char* kDefaultFont = "DejaVuSans.ttf";
+constexpr unsigned short kNoSubsetting = 0x0100; // OpenType OS/2 fsType
+
+std::string findDefaultFont() {
+    std::vector<std::filesystem::path> folders{
+        "/usr/share/fonts/truetype/dejavu", "/usr/share/fonts/dejavu",
+        "/usr/share/fonts/dejavu-sans-fonts", "/usr/share/fonts/TTF", "/usr/local/share/fonts"};
+    if (const char* home = std::getenv("HOME"))
+        folders.push_back(std::filesystem::path(home) / ".local/share/fonts");
+    if (const char* windows = std::getenv("WINDIR"))
+        folders.push_back(std::filesystem::path(windows) / "Fonts");
+    std::string searched;
+    for (const std::filesystem::path& folder : folders) {
+        std::error_code ignored;
+        if (std::filesystem::is_regular_file(folder / kDefaultFont, ignored))
+            return (folder / kDefaultFont).string();
+        searched += "\n  " + folder.string();
+    }
+    throw Failure(ExitCode::font, std::string("there is no ") + kDefaultFont + " in" + searched +
+                                      "\nInstall it (Debian: fonts-dejavu-core) or name a TrueType "
+                                      "font with --font.");
+}
+
+} // namespace
+
+std::string toUtf8(const icu::UnicodeString& text) {
+    std::string out;
+    text.toUTF8String(out);
+    return out;
+}
+
+FontFile openFont(const std::string& path) {
+    FontFile font;
+    font.path = path.empty() ? findDefaultFont() : path;
+
+    // KWCStr takes a file name of any bytes; URISTR_LOCAL takes it as a path, whatever is in it.
+    const KWCommonNS::KWUri uri(KWCommonNS::KWCStr(font.path.c_str()), KWCommonNS::URISTR_LOCAL);
+    if (!font.info.createFont(uri))
+        throw Failure(ExitCode::font, toUtf8(font.info.getError().getMessage()));
+
+    if (font.info.getFontFileType() != FS_FILETYPE_TRUETYPE || !font.info.isTrueTypeFont()) {
+        throw Failure(ExitCode::font, font.path + " is a font, but not one with TrueType outlines");
+    }
+    switch (font.info.getEmbedStatus()) {
+    case FS_EMBED_OUTLINES:
+        break;
+    case FS_EMBED_BITMAP_ONLY:
+        throw Failure(ExitCode::font,
+                      font.path + ": its licence allows to embed bitmaps only, not outlines");
+    case FS_EMBED_RESTRICTED:
+        throw Failure(ExitCode::font, font.path + ": its licence does not allow to embed it");
+    }
+    font.maySubset = (font.info.getFontEmbeddingLicence() & kNoSubsetting) == 0;
+    font.bytes = std::filesystem::file_size(font.path);
+    return font;
+}
+
+} // namespace typeset

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace typeset {
+
+struct Options {
+    std::string fontPath; // empty: the default font
+    std::string textPath; // "-": standard input
+    std::string pdfPath;
+    std::string pngPath; // empty: no picture
+    double size = 10.5;  // of the body text, in points
+    unsigned dpi = 150;  // of the picture
+    bool justified = true;
+    bool wholeFont = false;
+    bool help = false;
+};
+
+/// Throws `Failure` (usage) when the arguments make no sense.
+Options parseOptions(const std::vector<std::string>& arguments);
+
+extern const char* const kUsage;
+
+} // namespace typeset

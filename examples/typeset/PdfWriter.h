@@ -1,0 +1,18 @@
+#pragma once
+
+#include "PdfFont.h"
+#include "TextLayout.h"
+
+#include <cstddef>
+#include <string>
+
+namespace typeset {
+
+/// Writes the pages, with the font embedded. The same input gives the same bytes. Throws `Failure`.
+/// @param title  document title in UTF-8, empty for none
+/// @return       size of the PDF in bytes
+std::size_t writePdf(const std::string& path, const Layout& layout, const FontFile& font,
+                     const UsedGlyphs& glyphs, const FontProgram& program,
+                     const std::string& title);
+
+} // namespace typeset

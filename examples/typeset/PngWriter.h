@@ -1,0 +1,14 @@
+#pragma once
+
+#include "FontFile.h"
+#include "TextLayout.h"
+
+#include <string>
+
+namespace typeset {
+
+/// Draws the lines of the upper half of the first page, glyph by glyph where the PDF has them, as a
+/// greyscale PNG. Throws `Failure`.
+void writePng(const std::string& path, const Layout& layout, FontFile& font, unsigned dpi);
+
+} // namespace typeset

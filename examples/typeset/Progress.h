@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+
+namespace typeset {
+
+/// A line on standard error that says how far a longer work has come. It shows up only on a
+/// terminal and only when the work takes a while, and leaves nothing behind.
+class Progress {
+public:
+    explicit Progress(std::string label);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void update(std::size_t done, std::size_t total);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    std::string label_;
+    bool terminal_;
+    bool shown_ = false;
+    Clock::time_point next_;
+};
+
+} // namespace typeset

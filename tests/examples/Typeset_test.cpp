@@ -1,0 +1,239 @@
+// The program as its user meets it: arguments, messages, exit codes, files.
+
+#include "support/FontPackages.h"
+#include "support/ProcessRunner.h"
+#include "support/TempDir.h"
+#include "support/TestFont.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using namespace KWTest;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+class Typeset : public testing::Test {
+protected:
+    ProcessResult run(std::vector<std::string> arguments) const {
+        return runProgram(KW_TYPESET, arguments);
+    }
+    /// Sets `text` in the font `with`.
+    ProcessResult set(const std::string& text, const std::filesystem::path& with,
+                      std::vector<std::string> more = {}) const {
+        std::vector<std::string> arguments{"--font", with.string(), "-o", pdf.string(),
+                                           folder.write("text.txt", text).string()};
+        arguments.insert(arguments.begin(), more.begin(), more.end());
+        return run(arguments);
+    }
+    std::filesystem::path fontWithLicence(std::uint16_t fsType) const {
+        TestFont built = TestFont::latin();
+        built.os2.fsType = fsType;
+        return folder.write("licence.ttf", built.build());
+    }
+
+    TempDir folder;
+    std::filesystem::path pdf = folder.path("out.pdf");
+    std::filesystem::path font = packagedFont("DejaVuSans");
+};
+
+} // namespace
+
+TEST_F(Typeset, SetsATextAndTellsWhatItDid) {
+    const ProcessResult result = set("# One\n\nTwo words", font, {"--png", folder.path("a.png")});
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output,
+                AllOf(HasSubstr("DejaVu Sans"), HasSubstr("2 blocks, 2 lines, 1 page"),
+                      HasSubstr("Glyphs used      11\n"), HasSubstr(" bytes"),
+                      HasSubstr("Embedded subset"), HasSubstr("Time")));
+    EXPECT_THAT(readFile(pdf).str(), StartsWith("%PDF-1.5"));
+    EXPECT_THAT(readFile(folder.path("a.png")).str(), StartsWith("\x89PNG\r\n"));
+}
+
+TEST_F(Typeset, TheSameInputGivesTheSameBytes) {
+    ASSERT_TRUE(set("Twice the same", font, {"--png", folder.path("a.png")}).ok());
+    const std::string first = readFile(pdf).str();
+    const std::string firstPicture = readFile(folder.path("a.png")).str();
+    ASSERT_TRUE(set("Twice the same", font, {"--png", folder.path("a.png")}).ok());
+    EXPECT_EQ(readFile(pdf).str(), first);
+    EXPECT_EQ(readFile(folder.path("a.png")).str(), firstPicture);
+}
+
+TEST_F(Typeset, FindsADefaultFont) {
+    const ProcessResult result = run({"-o", pdf, folder.write("text.txt", "text")});
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_THAT(result.output, HasSubstr("DejaVuSans.ttf"));
+}
+
+TEST_F(Typeset, ReadsStandardInput) {
+    const std::string command = std::string("printf 'piped text' | '") + KW_TYPESET + "' -o '" +
+                                pdf.string() + "' --font '" + font.string() + "' -";
+    const ProcessResult result = runProgram("/bin/sh", {"-c", command});
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_THAT(result.output, HasSubstr("1 block, 1 line, 1 page"));
+}
+
+TEST_F(Typeset, HelpGoesToStandardOutput) {
+    const ProcessResult result = run({"--help"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, StartsWith("usage: typeset "));
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(Typeset, WrongUsageIsExitCodeOneAndSaysWhatIsWrong) {
+    const std::string text = folder.write("text.txt", "text").string();
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{}, "no text to set"},
+        {{text}, "no PDF to write; give one with -o"},
+        {{"-o", pdf}, "no text to set"},
+        {{"-o"}, "-o wants a value"},
+        {{"-o", pdf, text, "more"}, "one text at a time, not also 'more'"},
+        {{"-o", pdf, "--bold", text}, "unknown option '--bold'"},
+        {{"-o", pdf, "--size", "tall", text}, "--size wants a number from 4 to 72, not 'tall'"},
+        {{"-o", pdf, "--size", "nan", text}, "--size wants a number from 4 to 72, not 'nan'"},
+        {{"-o", pdf, "--size", "3.9", text}, "--size wants a number from 4 to 72, not '3.9'"},
+        {{"-o", pdf, "--size", "12pt", text}, "--size wants a number from 4 to 72, not '12pt'"},
+        {{"-o", pdf, "--dpi", "-1", text}, "--dpi wants a number from 36 to 1200, not '-1'"},
+        {{"-o", pdf, "--dpi", "99999999999", text}, "--dpi wants a number from 36 to 1200"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const ProcessResult result = run(arguments);
+        EXPECT_EQ(result.exitCode, 1) << message;
+        EXPECT_THAT(result.errors, HasSubstr("typeset: " + message));
+        EXPECT_THAT(result.errors, HasSubstr("Try 'typeset --help'."));
+    }
+    EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
+TEST_F(Typeset, AFileNameMayLookLikeAnOptionBehindTwoDashes) {
+    const ProcessResult result = run({"--font", font, "-o", pdf, "--", "--help"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("cannot read the text --help"));
+}
+
+TEST_F(Typeset, AFontThatIsNoneIsExitCodeTwoAndNamed) {
+    const std::string missing = folder.path("missing.ttf").string();
+    const std::string text = folder.write("not a font.ttf", "just a text, and not short").string();
+    const std::string empty = folder.write("empty.ttf", "").string();
+    for (const std::string& path : {missing, text, empty, folder.path().string()}) {
+        const ProcessResult result = set("text", path);
+        EXPECT_EQ(result.exitCode, 2) << path;
+        EXPECT_THAT(result.errors, AllOf(StartsWith("typeset: "), HasSubstr(path)));
+    }
+    EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
+TEST_F(Typeset, AFontWithOtherOutlinesIsExitCodeTwo) {
+    const auto path = folder.write("outlines.otf", TestFont::openType().build());
+    const ProcessResult result = set("AB", path);
+    EXPECT_EQ(result.exitCode, 2) << result.describe();
+    EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
+TEST_F(Typeset, AFontNameMayHoldAnything) {
+    const auto path = folder.write("100% #1? \xC3\xA9 \xFF.ttf", TestFont::latin().build());
+    const ProcessResult result = set("AB C", path);
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+}
+
+TEST_F(Typeset, ALicenceThatForbidsEmbeddingIsObeyed) {
+    ProcessResult result = set("AB", fontWithLicence(0x0002));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.errors, HasSubstr("its licence does not allow to embed it"));
+    result = set("AB", fontWithLicence(0x0200));
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_THAT(result.errors, HasSubstr("bitmaps only"));
+    EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
+TEST_F(Typeset, ALicenceThatForbidsSubsettingGetsTheWholeFontEmbedded) {
+    const std::filesystem::path whole = fontWithLicence(0x0100 | 0x0008);
+    const ProcessResult result = set("AB", whole);
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_THAT(result.errors, HasSubstr("the font's licence wants it embedded whole"));
+    EXPECT_THAT(result.output,
+                AllOf(HasSubstr("Embedded whole"), HasSubstr("100.0 %"), Not(HasSubstr("subset"))));
+}
+
+TEST_F(Typeset, ATextThatCannotBeSetIsExitCodeThree) {
+    ProcessResult result = run({"--font", font, "-o", pdf, folder.path("missing.txt")});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("cannot read the text"));
+
+    result = run({"--font", font, "-o", pdf, folder.path()});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("is a folder, not a text"));
+
+    result = set("line one\nline \xFF", font);
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("is not UTF-8: line 2, byte 0xFF"));
+
+    result = set("", font);
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("holds no text"));
+    EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
+TEST_F(Typeset, AnOutputThatCannotBeWrittenIsExitCodeFour) {
+    const std::string text = folder.write("text.txt", "text").string();
+    const std::string nowhere = folder.path("missing/out.pdf").string();
+    ProcessResult result = run({"--font", font, "-o", nowhere, text});
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_THAT(result.errors, HasSubstr("cannot write " + nowhere));
+
+    result = run({"--font", font, "-o", folder.path(), text});
+    EXPECT_EQ(result.exitCode, 4);
+
+    result = run({"--font", font, "-o", pdf, "--png", folder.path("missing/out.png"), text});
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_THAT(result.errors, HasSubstr("out.png"));
+
+    if (std::filesystem::exists("/dev/full")) {
+        result = run({"--font", font, "-o", "/dev/full", text});
+        EXPECT_EQ(result.exitCode, 4);
+        EXPECT_TRUE(std::filesystem::exists("/dev/full"));
+    }
+}
+
+TEST_F(Typeset, EachMissingCharacterIsReportedOnceWithItsCount) {
+    const ProcessResult result = set("\xE4\xB8\x80 a \xE4\xB8\x80 \xF0\x9F\x84\xBF", font);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "typeset: the font has no glyph for U+4E00 (2 times)\n"
+                             "typeset: the font has no glyph for U+1F13F (1 time)\n");
+}
+
+TEST_F(Typeset, RightToLeftTextIsSetWithAWarning) {
+    const ProcessResult result = set("\xD7\x90\xD7\x91", font);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors, HasSubstr("right-to-left text is set from left to right"));
+}
+
+TEST_F(Typeset, ProgressShowsUpOnATerminalOnlyAndOnlyForLongTexts) {
+    std::string text;
+    for (int i = 0; i < 20000; ++i)
+        text += "A paragraph of a long text, one of a great many.\n\n";
+    const ProcessResult quiet = set(text, font);
+    EXPECT_EQ(quiet.exitCode, 0);
+    EXPECT_EQ(quiet.errors, "");
+
+    const ProcessResult result =
+        runPython("import pty, sys\n"
+                  "sys.exit(pty.spawn(sys.argv[1:]) >> 8)\n",
+                  {KW_TYPESET, "--font", font, "-o", pdf, folder.path("text.txt")});
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_THAT(result.output, HasSubstr("Setting the text "));
+
+    folder.write("text.txt", "short");
+    const ProcessResult brief =
+        runPython("import pty, sys\n"
+                  "sys.exit(pty.spawn(sys.argv[1:]) >> 8)\n",
+                  {KW_TYPESET, "--font", font, "-o", pdf, folder.path("text.txt")});
+    EXPECT_EQ(brief.exitCode, 0);
+    EXPECT_THAT(brief.output, Not(HasSubstr("Setting")));
+}
