@@ -1,16 +1,14 @@
 #pragma once
 
-#include "FontFile.h"
-#include "TextLayout.h"
+#include "Layout.h"
 
-#include <qpdf/JSON.hh> // before QPDF.hh, which has a vector of it
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
-
+#include <array>
 #include <map>
 #include <string>
 
 namespace typeset {
+
+struct FontFile;
 
 struct UsedGlyph {
     char32_t character = 0; // that it stands for in the text
@@ -21,18 +19,24 @@ using UsedGlyphs = std::map<unsigned short, UsedGlyph>;
 
 UsedGlyphs usedGlyphs(const Layout& layout);
 
-/// What goes into the PDF as FontFile2.
-struct FontProgram {
-    std::string bytes;
+/// What a PDF wants to know of a font (ISO 32000-1, 9.8). Lengths are thousandths of an em.
+struct PdfFont {
+    std::string name; // with the subset tag
+    int flags = 0;
+    std::array<double, 4> box{}; // left, bottom, right, top
+    double italicAngle = 0;
+    double ascent = 0;
+    double descent = 0;
+    double capHeight = 0;
+    double stemV = 0;
+    UsedGlyphs glyphs;
+    std::string program; // an sfnt, for FontFile2
     bool subset = true;
 };
 
-/// Throws `Failure` (font) when the library cannot write it.
-FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont);
-
-/// Makes a Type 0 font whose character codes are the glyph ids (ISO 32000-1, 9.7).
-QPDFObjectHandle makePdfFont(QPDF& pdf, const FontFile& font, const UsedGlyphs& glyphs,
-                             const FontProgram& program);
+/// Asks the library for all that, and for a subset with the glyphs unless the whole font is wanted
+/// here or by its licence. Throws `Failure` (font) when the library cannot write it.
+PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont);
 
 /// Six capitals that stand for a set of glyphs (ISO 32000-1, 9.6.4).
 std::string subsetTag(const UsedGlyphs& glyphs);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Layout.h"
 #include "PdfFont.h"
-#include "TextLayout.h"
 
 #include <cstddef>
 #include <string>
@@ -11,8 +11,7 @@ namespace typeset {
 /// Writes the pages, with the font embedded. The same input gives the same bytes. Throws `Failure`.
 /// @param title  document title in UTF-8, empty for none
 /// @return       size of the PDF in bytes
-std::size_t writePdf(const std::string& path, const Layout& layout, const FontFile& font,
-                     const UsedGlyphs& glyphs, const FontProgram& program,
+std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFont& font,
                      const std::string& title);
 
 } // namespace typeset

@@ -4,6 +4,7 @@
 #include "Failure.h"
 #include "FontFile.h"
 #include "Options.h"
+#include "PdfFont.h"
 #include "PdfWriter.h"
 #include "PngWriter.h"
 #include "TextLayout.h"
@@ -57,11 +58,11 @@ void run(const Options& options) {
     reportMissing(layout);
 
     const UsedGlyphs glyphs = usedGlyphs(layout);
-    const FontProgram program = makeFontProgram(font, glyphs, options.wholeFont);
-    if (!program.subset && !options.wholeFont)
+    const PdfFont pdfFont = makePdfFont(font, glyphs, options.wholeFont);
+    if (!pdfFont.subset && !options.wholeFont)
         std::fprintf(stderr, "typeset: the font's licence wants it embedded whole\n");
     const std::size_t pdfBytes =
-        writePdf(options.pdfPath, layout, font, glyphs, program, toUtf8(document.title()));
+        writePdf(options.pdfPath, layout, pdfFont, toUtf8(document.title()));
     if (!options.pngPath.empty())
         writePng(options.pngPath, layout, font, options.dpi);
 
@@ -75,8 +76,9 @@ void run(const Options& options) {
                     plural(layout.pages.size(), "page"));
     row("Glyphs used", grouped(glyphs.size()));
     row("Font file", grouped(font.bytes) + " bytes");
-    row(program.subset ? "Embedded subset" : "Embedded whole",
-        grouped(program.bytes.size()) + " bytes, " + percentOf(program.bytes.size(), font.bytes));
+    row(pdfFont.subset ? "Embedded subset" : "Embedded whole",
+        grouped(pdfFont.program.size()) + " bytes, " +
+            percentOf(pdfFont.program.size(), font.bytes));
     row("PDF, compressed", grouped(pdfBytes) + " bytes");
     row("Time", seconds);
 }

@@ -40,8 +40,11 @@ public:
     KWMemStream& operator+=(const std::string& bytes) { return append(bytes); }
     KWMemStream& operator+=(const char* text);
     KWMemStream& operator+=(char ch) { return append(&ch, 1); }
+    /// A number is no character; give a `char`.
+    KWMemStream& operator+=(int number) = delete;
     /// See KWMemStreamBuf::copyStream(); a shortfall sets `badbit` when memory ran out only.
-    std::streamsize copyStream(std::istream& from, std::streamsize count = -1);
+    std::streamsize copyStream(std::istream& from,
+                               std::streamsize count = KWMemStreamBuf::kToTheEnd);
     /// Throws away the contents and clears the stream's state.
     void remove();
 

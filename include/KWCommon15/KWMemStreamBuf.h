@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <limits>
+#include <memory>
 #include <streambuf>
 
 namespace KWCommonNS {
@@ -14,7 +16,9 @@ namespace KWCommonNS {
 /// It is in one of three states.
 /// - Memory (no source): the bytes lie in one block of memory, which doubles as it grows. The get
 ///   and the put position are independent of each other, as in `std::stringbuf`; both seek
-///   anywhere from 0 to length(), and past that fail.
+///   anywhere from 0 to length(). The put position alone may also go up to 64 MiB past the end;
+///   the first write there fills what lies between with zeros, and until then length() is as it
+///   was. Other positions fail.
 /// - Window (a seekable source, memory not kept): positions are those of the source. One piece of
 ///   the source, of the size given to the constructor, is buffered. Seeking inside it moves a
 ///   pointer; seeking elsewhere reads nothing by itself. A read of a piece's size and more goes
@@ -25,13 +29,17 @@ namespace KWCommonNS {
 ///   forward pulls in as much as is needed.
 ///
 /// The first write or put seek, and every operation that needs the bytes in memory, pulls in all
-/// the rest of the source, lets go of it and goes on in memory; the put position is then 0. A seek
-/// of both positions at once moves the get position alone while there is a source. A write that
+/// the rest of the source, lets go of it and goes on in memory; the put position is then 0, and so
+/// it is told before. A seek of both positions at once moves the get position alone while there is
+/// a source. What a source throws stays here: it is as if the source ended. A write that
 /// memory does not suffice for fails (the stream's `badbit`) and leaves the contents as they were.
 ///
 /// A stated size is a wish: at most 1 MiB is set aside before bytes are there to fill it.
 class KWCOMMON_API KWMemStreamBuf : public std::streambuf {
 public:
+    /// Number of bytes that stands for all there are.
+    static constexpr std::streamsize kToTheEnd = std::numeric_limits<std::streamsize>::max();
+
     /// @param source     stream to read from, or null
     /// @param size       first capacity without a source, size of the window with one; 0: default
     /// @param keepSource false: `source` is deleted when it is no longer needed
@@ -62,9 +70,10 @@ public:
 
     /// Copies bytes from the present position of `from` to the put position, in blocks and without
     /// setting aside more than twice what has arrived. `from` is left with the state that
-    /// `istream::read` would give it, `eofbit` alone when everything was asked for. A stream over
+    /// `istream::read` would give it, `eofbit` alone when kToTheEnd was asked for. A stream over
     /// this very buffer gives nothing.
-    /// @param count number of bytes; negative: up to the end of `from`
+    /// @param count number of bytes; kToTheEnd: up to the end of `from`; a negative one gives
+    ///              nothing
     /// @return      the bytes copied; fewer than `count` when `from` ended or memory ran out
     std::streamsize copyStream(std::istream& from, std::streamsize count);
     /// Throws away the contents and lets go of the source; the memory is kept for new contents.
@@ -105,7 +114,7 @@ protected:
 
 private:
     bool isWindow() const { return source_ != nullptr && !kept_; }
-    void attach(std::istream* source, bool keepSource);
+    void attach(std::istream* source);
     void dropSource();
     std::streamsize readSource(off_type from, char* to, std::streamsize count);
     off_type sourceLength();
@@ -115,6 +124,7 @@ private:
     bool fillWindow();
     bool reserve(std::size_t capacity);
     bool makeRoom(std::size_t count);
+    void setPutPositionPastEnd(std::size_t gap);
     void syncEnd();
     std::size_t pieceSize() const;
     off_type getPosition() const;
@@ -128,8 +138,9 @@ private:
     std::size_t capacity_ = 0;
     std::size_t end_ = 0; // bytes in memory; in Memory state up to date after syncEnd()
     std::size_t wantedSize_ = 0;
+    std::size_t putGap_ = 0; // from end_ to a put position past it; pptr() is then at end_
     std::istream* source_ = nullptr;
-    bool ownsSource_ = false;
+    std::unique_ptr<std::istream> ownedSource_; // source_ or null
     bool seekableSource_ = false;
     bool sourceEnded_ = false;
     bool keepMemory_ = false;

@@ -18,8 +18,6 @@ public:
 
     /// The finished text.
     const UnicodeString& getMessage() const { return message_; }
-    /// The finished text.
-    const UnicodeString& toString() const { return message_; }
 
 private:
     UnicodeString message_;

@@ -11,7 +11,8 @@ namespace KWCommonNS {
 /// A unique id: a random UUID (RFC 9562, version 4).
 class KWCOMMON_API KWUUID {
 public:
-    /// A new id, drawn from the system's random source. Thread-safe.
+    /// A new id, drawn from the system's random source; without one it is made from the time
+    /// and a counter. Thread-safe.
     KWUUID();
 
     /// The 16 bytes, most significant first.

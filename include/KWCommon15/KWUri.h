@@ -30,10 +30,14 @@ enum URISTRTYPE : int {
 ///
 /// The text is kept in one canonical form: lower-case scheme and host, percent-encoding only where
 /// RFC 3986 needs it (and for ":" in file names), with upper-case digits; dot segments and repeated
-/// separators of files are resolved by the text alone, without regard to links. Characters outside
+/// separators of files are resolved by the text alone, without regard to links; the letter of a
+/// drive is upper-case. ".." does not go above a drive, nor above the first segment (the share) of
+/// a file on a host. Characters outside
 /// ASCII are percent-encoded UTF-8; bytes that are not UTF-8 pass unharmed from a file name through
 /// the URI and back (see KWCStr for their form in a text). A relative file is a reference without a
-/// scheme, opened against the process's current folder. The text of a `data:` URI is kept as given.
+/// scheme, opened against the process's current folder. The text makes the same KWUri again when it
+/// is read with URISTR_URI; with URISTR_DETECT that of a relative file would be a path. The text of
+/// a `data:` URI is kept as given.
 ///
 /// A value; one object is used by one thread at a time.
 class KWCOMMON_API KWUri {
@@ -61,8 +65,9 @@ public:
     explicit KWUri(const UnicodeString& text, URISTRTYPE type = URISTR_DETECT);
     /// From a text, taken against `base` when it is relative (RFC 3986, section 5). The part of
     /// `base` behind its last separator does not count. A rooted path without a drive stays on the
-    /// drive of `base`. An empty text gives the empty URI; an empty `base`, or a `data:` one, is as
-    /// none.
+    /// drive or share of `base`. A path "X:name" is taken against a `base` on the drive X; against
+    /// a Windows form elsewhere it stays relative. An empty text gives the empty URI; an empty
+    /// `base`, or a `data:` one, is as none.
     KWUri(const UnicodeString& text, const KWUri& base, URISTRTYPE type = URISTR_DETECT);
     KWUri(const KWUri& other);
     KWUri(KWUri&& other) noexcept;
@@ -81,14 +86,16 @@ public:
     /// Empty for the empty URI, for a relative file without a folder and for `data:`.
     UnicodeString getBaseString() const;
     /// Files: the path in the form that the file system takes, with "\" as the separator in
-    /// Windows forms. `data:`: the text up to the comma. Other schemes: the URI text.
+    /// Windows forms. An encoded separator is decoded too, but such a file cannot be opened.
+    /// `data:`: the text up to the comma. Other schemes: the URI text.
     UnicodeString getLocalPath() const;
     /// Last segment of the path, decoded; empty for a folder and for `data:`.
     UnicodeString getFileName() const;
     /// The file name from its last dot on, dot included; empty when there is no dot.
     UnicodeString getExtension() const;
     /// Replaces the extension, or adds one; a missing dot is supplied. An empty one removes the
-    /// extension. Nothing happens without a file name. Query and fragment stay.
+    /// extension. Nothing happens without a file name, or when the new one would be "." or "..".
+    /// Query and fragment stay.
     void setExtension(const UnicodeString& extension);
 
     /// True for the empty URI.
@@ -105,9 +112,10 @@ public:
     UnicodeString getScheme() const;
 
     /// Opens the resource for reading: regular files, `data:`, and through the fetcher any other
-    /// scheme. The library opens no network connection. Streams of files and of `data:` are
-    /// seekable; a file is read piecewise where it is asked, so a file that is cut short while open
-    /// gives short reads.
+    /// scheme. The library opens no network connection of its own; a path to a share, or into a
+    /// folder that is mounted from elsewhere, goes to the operating system, which may. Streams of
+    /// files and of `data:` are seekable; a file is read piecewise where it is asked, so a file
+    /// that is cut short while open gives short reads.
     /// @param info      filled with what is known about the resource; may be null
     /// @param errorText receives the reason when the answer is null; may be null
     /// @return          a stream that the caller owns and deletes; null on failure

@@ -26,9 +26,9 @@ enum class KWXmlEvent {
 ///
 /// It reads and keeps a bounded piece of the input at a time. Nothing but the document itself is
 /// ever opened: external entities and external DTD subsets are passed over. Entities of the
-/// internal subset are expanded within limits on the whole amount. Comments and processing
-/// instructions give no events. Encodings are those of expat and, beyond them, single-byte
-/// and double-byte ones that ICU knows.
+/// internal subset are expanded within limits on the whole amount and on their number. Comments and
+/// processing instructions give no events. Encodings are those of expat (UTF-8 also as "utf8") and,
+/// beyond them, single-byte and double-byte ones that ICU knows.
 ///
 /// Used by one thread at a time.
 class KWCOMMON_API KWXmlParser : public KWRCObject {
@@ -43,11 +43,14 @@ public:
     UnicodeString getClassName() const override;
 
     /// Opens a document and stands before its first event.
-    /// @param uri      the resource
-    /// @param encoding overrides the encoding that the document declares; empty: it does not
-    /// @param name     name of the document in messages; empty: its local path
-    /// @return         false when the resource cannot be opened
-    bool open(const KWUri& uri, const UnicodeString& encoding, const UnicodeString& name);
+    /// @param uri       the resource
+    /// @param encoding  overrides the encoding that the document declares; empty: the charset that
+    ///                  createXmlParser() was given does, or else one that came with the resource
+    /// @param name      name of the document in messages; empty: its local path
+    /// @param errorText receives the reason when the resource cannot be opened; may be null
+    /// @return          false when the resource cannot be opened; the parser then holds no document
+    bool open(const KWUri& uri, const UnicodeString& encoding, const UnicodeString& name,
+              UnicodeString* errorText = nullptr);
     /// The same over a stream, which the caller keeps and which outlives the parse.
     void open(std::istream& input, const UnicodeString& encoding, const UnicodeString& name);
     /// True delivers `text` events; they are passed over at first.

@@ -188,8 +188,8 @@ public:
     /// CFF string index of a glyph's name, 0 when there is none.
     virtual unsigned short getStringID(unsigned short gid, int faceIndex) const;
     virtual const FS_CFFInfo* getCFFInfo(int faceIndex) const;
-    /// Layout handle for a script and a language, owned by the caller, null when the font has no
-    /// OpenType layout. See `FS_FontInfo::deleteGSUBGPOSInfo`.
+    /// Layout handle for a script and a language, owned by the caller; null for a font that is no
+    /// sfnt. See `FS_FontInfo::deleteGSUBGPOSInfo`.
     virtual FS_GSUBGPOSInfo* getGSUBGPOSInfo(unsigned int script, unsigned int language,
                                              int faceIndex) const;
 
@@ -211,8 +211,9 @@ public:
     virtual bool isScriptLikeFont(int faceIndex) const;
 
     // --- embedding ------------------------------------------------------------------------------
-    // Writers append a font program to `output`. A null stream means the font opens its own.
-    // False leaves partial bytes, which the caller throws away.
+    // Writers append a font program to `output`, but for `getEmbedFontStream`, which turns it into
+    // a stream over the file. A null stream means the font opens its own. False leaves partial
+    // bytes, which the caller throws away.
 
     /// The largest number of characters that a character map of the font covers.
     virtual unsigned int getEmbedableCharCount(int faceIndex) const;
@@ -305,7 +306,8 @@ public:
     // --- rendering and PostScript ---------------------------------------------------------------
 
     /// The FreeType face, opened once and owned by the font; null when FreeType refuses the file.
-    /// The face is shared: whoever sizes or loads it holds the glyph rendering lock.
+    /// The library draws with the same face under a lock of its own: a host that sizes it or loads
+    /// glyphs into it must not do so while the library draws.
     virtual FT_FaceRec_* getFTFace(int faceIndex);
     /// CID-keyed PostScript font of the listed glyphs.
     virtual bool makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs,

@@ -205,7 +205,8 @@ public:
 
     /// Subset with the tables that a document needs.
     bool getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
-    /// Subset with the tables of a zero-terminated list of tags, `glyf` and `loca` besides.
+    /// Subset with the tables of a zero-terminated list of tags, `glyf` and `loca` besides; a null
+    /// list stands for every table.
     bool getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                       const unsigned int* tables) const;
     /// Subset that keeps the font's `cmap`.
@@ -252,7 +253,7 @@ public:
 
     // --- rendering ------------------------------------------------------------------------------
 
-    /// Draws one glyph in black and white. See `FS_GlyphBMP`.
+    /// Draws one glyph in black and white. See `FS_GlyphBMP`; `bitmap` must not be null.
     /// @param pointSize  in points, 1 or more
     /// @param error      set when the answer is false, which leaves `bitmap` empty
     bool drawGlyph(unsigned short gid, float pointSize, unsigned int dpi, FS_GlyphBMP* bitmap,

@@ -2,11 +2,11 @@
 
 namespace KWFontService_NS {
 
-/// How a glyph is drawn: slant first, then scale, then rotation.
+/// How a glyph is drawn: slant first, then scale, then rotation, and emboldening last.
 struct FS_GlyphBMPSetting {
     bool scaleVertically = false; ///< `scale` applies to y, not to x
     bool slantVertically = false; ///< `slantAngle` shears y, not x
-    float slantAngle = 0.0F;      ///< degrees; positive leans to the right
+    float slantAngle = 0.0F;      ///< degrees; positive leans to the right, or down to the right
     float rotationAngle = 0.0F;   ///< degrees, clockwise
     float scale = 1.0F;
     int emboldenPixels = 0; ///< strength in pixels; below 0 thins

@@ -6,7 +6,7 @@
 namespace KWFontService_NS {
 
 /// The outline and the metrics of one glyph, in font units, y up. The metrics and the box are
-/// truncated to whole units.
+/// truncated to whole units, after FreeType has fitted the metrics to the pixels it works in.
 struct FS_GlyphDrawInfo {
     enum SegmentKind : int {
         Line = 0,      ///< adds one point: the end

@@ -51,6 +51,21 @@ std::streamsize FileStreamBuf::xsgetn(char* to, std::streamsize count) {
     return done;
 }
 
+// The last character may lie before the buffered piece.
+FileStreamBuf::int_type FileStreamBuf::pbackfail(int_type ch) {
+    const off_type at = position();
+    if (at == 0)
+        return traits_type::eof();
+    seekTo(at - 1);
+    const int_type last = underflow();
+    const bool any = traits_type::eq_int_type(ch, traits_type::eof());
+    if (!traits_type::eq_int_type(last, traits_type::eof()) &&
+        (any || traits_type::eq_int_type(ch, last)))
+        return last;
+    seekTo(at);
+    return traits_type::eof();
+}
+
 std::streamsize FileStreamBuf::showmanyc() {
     const auto length = static_cast<off_type>(file_->size());
     return position() < length ? length - position() : -1;

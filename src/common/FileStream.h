@@ -22,6 +22,7 @@ public:
 
 protected:
     int_type underflow() override;
+    int_type pbackfail(int_type ch) override;
     std::streamsize xsgetn(char* to, std::streamsize count) override;
     std::streamsize showmanyc() override;
     pos_type seekoff(off_type offset, std::ios_base::seekdir way,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace KWCommonNS {
 
@@ -8,29 +9,73 @@ namespace KWCommonNS {
 
 /// Open elements of an XML document. Settings nest less than ten deep; every level costs memory in
 /// the parser, and a reader that complains of each level would complain without end.
-constexpr std::size_t kXmlMaxDepth = 256;
+inline constexpr std::size_t kXmlMaxDepth = 256;
 
 /// Bytes of one tag, comment or declaration. The parser keeps an unfinished one whole and looks at
-/// it anew with every piece that arrives, so time would grow with the square.
-constexpr std::size_t kXmlMaxTokenBytes = std::size_t{1} << 20;
+/// it anew with every piece that arrives, so time grows with the square of it.
+inline constexpr std::size_t kXmlMaxTokenBytes = std::size_t{128} << 10;
 
-/// Bytes that entities may expand to before the ratio below is enforced; honest documents with a
-/// few entities stay below it.
-constexpr unsigned long long kXmlFreeExpansion = 256ULL << 10;
+/// Entity and attribute-list declarations of a document. Each link of a chain of entities is a
+/// level of recursion in the parser, and each attribute with a default value is added to every
+/// element of its name.
+inline constexpr std::size_t kXmlMaxDeclarations = 256;
 
-/// Expanded bytes to bytes read. Entities that hold entities multiply, and an attribute value is
-/// built whole before anybody sees it.
-constexpr float kXmlMaxExpansionRatio = 10.0F;
+/// Bytes that entities may expand to before expat looks at the ratio at all; honest documents with
+/// a few entities stay below it.
+inline constexpr unsigned long long kXmlFreeExpansion = 256ULL << 10;
+
+/// Bytes that the entities of a document may expand to, however long it is. Entities that hold
+/// entities multiply, and an attribute value is built whole before anybody sees it.
+inline constexpr float kXmlMaxExpansion = 2097152.0F;
 
 /// Events, and bytes in them, that one piece of input may give. A piece without entities stays far
 /// below; the parser is not suspended instead, since expat loses its place in entities within
 /// entities.
-constexpr std::size_t kXmlMaxWaitingEvents = 32768;
-constexpr std::size_t kXmlMaxWaitingBytes = std::size_t{4} << 20;
+inline constexpr std::size_t kXmlMaxWaitingEvents = 32768;
+inline constexpr std::size_t kXmlMaxWaitingBytes = std::size_t{4} << 20;
+
+/// What an attribute counts for beside its bytes, since even an empty one that comes from a
+/// declaration takes memory and time.
+inline constexpr std::size_t kXmlAttributeCost = 64;
+
+/// Bytes from the end of a memory stream to a put position past it, which the next write fills with
+/// zeros. Offsets in files name such positions; a writer leaves room for a table, not for a disk.
+inline constexpr std::size_t kMaxPutGap = std::size_t{64} << 20;
 
 /// Bytes of name strings that one face may have read. Name records may all point at the same
 /// 64 KiB, so the size of the table does not bound them; the largest `name` tables of real fonts
 /// hold less than 256 KiB.
 inline constexpr std::size_t kMaxNameBytes = std::size_t{4} << 20;
+
+/// GSUB and GPOS extension subtables inside extension subtables. Honest fonts have one level; an
+/// offset of 0 would unwrap itself for ever.
+inline constexpr int kMaxExtensionDepth = 16;
+
+/// Subtables that are asked for a vertical form. Honest fonts have a handful, and each is asked for
+/// every character of a vertical text.
+inline constexpr std::size_t kMaxVertSubtables = 1024;
+
+/// How often reading a layout table may come back to its bytes, on average, and how many bytes any
+/// table may have read. Offsets may share a part, and honest tables do (feature tables between
+/// language systems, subtables between lookups); a hostile one can share so that a few kilobytes
+/// unfold to gigabytes. Coverages are held once however often they are named, so that what honest
+/// tables repeat stays far below.
+inline constexpr std::size_t kLayoutReadsOfEachByte = 8;
+inline constexpr std::size_t kLayoutFreeBytes = std::size_t{1} << 20;
+
+/// What an object that is kept costs of the above at least, however few bytes of the file name it:
+/// about what it takes of the heap.
+inline constexpr std::size_t kLayoutObjectCost = 64;
+
+// What a writer of fonts may make us do.
+
+/// Rounds of a glyph closure that read small gaps between glyphs, which saves reads. Each round may
+/// then take the size of `glyf`; components of components of components are few.
+inline constexpr int kClosureRoundsWithGaps = 3;
+
+/// How many times its own size one call of a writer may read of a font file: `glyf` for each round
+/// with gaps, for the others together and for the writing, and every other table once. Overlapping
+/// lies would otherwise make gigabytes of a few thousand bytes.
+inline constexpr std::uint64_t kMaxEmbedReadFactor = kClosureRoundsWithGaps + 3;
 
 } // namespace KWCommonNS

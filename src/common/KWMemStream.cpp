@@ -34,11 +34,11 @@ KWMemStream& KWMemStream::operator+=(const char* text) {
 }
 
 std::streamsize KWMemStream::copyStream(std::istream& from, std::streamsize count) {
-    if (fail())
+    if (fail() || from.rdbuf() == &buffer_)
         return 0;
     const std::streamsize done = buffer_.copyStream(from, count);
     // A source that simply ended says so.
-    if ((count < 0 || done < count) && !from.eof() && !from.fail())
+    if (done < count && !from.eof() && !from.fail())
         setstate(std::ios_base::badbit);
     return done;
 }

@@ -1,6 +1,7 @@
 #include "KWCommon15/KWMemStreamBuf.h"
 
 #include "common/ByteView.h"
+#include "common/KWLimits.h"
 
 #include <algorithm>
 #include <array>
@@ -21,36 +22,44 @@ constexpr std::size_t kMinCapacity = 128;
 constexpr std::size_t kMaxWantedSize = std::size_t{1} << 20;
 constexpr std::size_t kMaxCapacity = std::numeric_limits<std::ptrdiff_t>::max();
 
+// The get position of a buffer, or its end; -1 when it cannot tell.
+std::streamoff offsetIn(std::streambuf* buf, std::ios_base::seekdir way) {
+    if (buf == nullptr)
+        return -1;
+    try {
+        return std::streamoff(buf->pubseekoff(0, way, std::ios_base::in));
+    } catch (...) {
+        return -1;
+    }
+}
+
 } // namespace
 
 KWMemStreamBuf::KWMemStreamBuf(std::istream* source, std::size_t size, bool keepSource)
-    : wantedSize_(std::min(size, kMaxWantedSize)) {
-    attach(source, keepSource);
+    : wantedSize_(std::min(size, kMaxWantedSize)), ownedSource_(keepSource ? nullptr : source) {
+    attach(source);
 }
 
 KWMemStreamBuf::~KWMemStreamBuf() {
-    dropSource();
     std::free(buffer_);
 }
 
 // --- The source ---
 
-void KWMemStreamBuf::attach(std::istream* source, bool keepSource) {
+void KWMemStreamBuf::attach(std::istream* source) {
     end_ = 0;
     windowStart_ = 0;
     kept_ = false;
     sourceEnded_ = false;
     source_ = source;
-    ownsSource_ = source != nullptr && !keepSource;
     setGetPosition(0);
     if (source == nullptr) {
         setPutPosition(0);
         return;
     }
+    putGap_ = 0;
     setp(nullptr, nullptr);
-    std::streambuf* const buf = source->rdbuf();
-    const off_type position =
-        buf != nullptr ? off_type(buf->pubseekoff(0, std::ios_base::cur, std::ios_base::in)) : -1;
+    const off_type position = offsetIn(source->rdbuf(), std::ios_base::cur);
     seekableSource_ = position >= 0;
     windowStart_ = seekableSource_ ? position : 0;
     setg(nullptr, nullptr, nullptr);
@@ -59,18 +68,17 @@ void KWMemStreamBuf::attach(std::istream* source, bool keepSource) {
 }
 
 void KWMemStreamBuf::dropSource() {
-    if (ownsSource_)
-        delete source_;
     source_ = nullptr;
-    ownsSource_ = false;
+    ownedSource_.reset();
     kept_ = false;
 }
 
 void KWMemStreamBuf::setSource(std::istream* source, bool keepSource) {
-    if (source == source_)
-        ownsSource_ = false;
+    if (source == ownedSource_.get())
+        static_cast<void>(ownedSource_.release());
     dropSource();
-    attach(source, keepSource);
+    ownedSource_.reset(keepSource ? nullptr : source);
+    attach(source);
 }
 
 void KWMemStreamBuf::setKeepMemory(bool keep) {
@@ -82,15 +90,19 @@ void KWMemStreamBuf::setKeepMemory(bool keep) {
 // Others may have moved a seekable source since the last read.
 std::streamsize KWMemStreamBuf::readSource(off_type from, char* to, std::streamsize count) {
     std::streambuf* const buf = source_->rdbuf();
-    if (buf == nullptr ||
-        (seekableSource_ && off_type(buf->pubseekpos(pos_type(from), std::ios_base::in)) != from))
+    if (buf == nullptr)
         return 0;
-    return std::max<std::streamsize>(buf->sgetn(to, count), 0);
+    try {
+        if (seekableSource_ && off_type(buf->pubseekpos(pos_type(from), std::ios_base::in)) != from)
+            return 0;
+        return std::max<std::streamsize>(buf->sgetn(to, count), 0);
+    } catch (...) {
+        return 0;
+    }
 }
 
 KWMemStreamBuf::off_type KWMemStreamBuf::sourceLength() {
-    return std::max<off_type>(
-        off_type(source_->rdbuf()->pubseekoff(0, std::ios_base::end, std::ios_base::in)), 0);
+    return std::max<off_type>(offsetIn(source_->rdbuf(), std::ios_base::end), 0);
 }
 
 // From Window to Kept, at the same position.
@@ -154,7 +166,7 @@ bool KWMemStreamBuf::reserve(std::size_t capacity) {
     if (capacity > kMaxCapacity)
         return false;
     const std::size_t get = isWindow() ? 0 : static_cast<std::size_t>(getPosition());
-    const std::size_t put = putPosition();
+    const auto put = static_cast<std::size_t>(pptr() - pbase());
     const auto grown = static_cast<char*>(std::realloc(buffer_, capacity));
     if (grown == nullptr)
         return false;
@@ -167,21 +179,29 @@ bool KWMemStreamBuf::reserve(std::size_t capacity) {
     return true;
 }
 
-// Makes room for `count` bytes at the put position.
+// Makes room for `count` bytes at the put position, which is no longer past the end afterwards.
 bool KWMemStreamBuf::makeRoom(std::size_t count) {
+    const std::size_t gap = putGap_;
     const std::size_t put = putPosition();
     if (count > kMaxCapacity - put)
         return false;
-    if (put + count <= capacity_)
-        return true;
-    const std::size_t grown = capacity_ == 0 ? std::max(wantedSize_, kMinCapacity)
-                                             : std::min(capacity_ * 2, kMaxCapacity);
-    return reserve(std::max(put + count, grown));
+    if (put + count > capacity_) {
+        const std::size_t grown = capacity_ == 0 ? std::max(wantedSize_, kMinCapacity)
+                                                 : std::min(capacity_ * 2, kMaxCapacity);
+        if (!reserve(std::max(put + count, grown)))
+            return false;
+    }
+    if (gap != 0) {
+        std::memset(buffer_ + end_, 0, gap);
+        end_ = put;
+        setPutPosition(put);
+    }
+    return true;
 }
 
 void KWMemStreamBuf::syncEnd() {
     if (source_ == nullptr)
-        end_ = std::max(end_, putPosition());
+        end_ = std::max(end_, static_cast<std::size_t>(pptr() - pbase()));
 }
 
 KWMemStreamBuf::off_type KWMemStreamBuf::getPosition() const {
@@ -189,7 +209,7 @@ KWMemStreamBuf::off_type KWMemStreamBuf::getPosition() const {
 }
 
 std::size_t KWMemStreamBuf::putPosition() const {
-    return static_cast<std::size_t>(pptr() - pbase());
+    return static_cast<std::size_t>(pptr() - pbase()) + putGap_;
 }
 
 void KWMemStreamBuf::setGetPosition(std::size_t position) {
@@ -200,6 +220,7 @@ void KWMemStreamBuf::setGetPosition(std::size_t position) {
 }
 
 void KWMemStreamBuf::setPutPosition(std::size_t position) {
+    putGap_ = 0;
     if (buffer_ == nullptr) {
         setp(nullptr, nullptr);
         return;
@@ -208,6 +229,21 @@ void KWMemStreamBuf::setPutPosition(std::size_t position) {
     for (; position > INT_MAX; position -= INT_MAX)
         pbump(INT_MAX);
     pbump(static_cast<int>(position));
+}
+
+// No room is left in the put area, so that the next write comes by makeRoom().
+void KWMemStreamBuf::setPutPositionPastEnd(std::size_t gap) {
+    setPutPosition(end_);
+    char* const start = pbase();
+    if (start != nullptr) {
+        setp(start, start + end_);
+        for (std::size_t left = end_; left != 0;) {
+            const std::size_t step = std::min<std::size_t>(left, INT_MAX);
+            pbump(static_cast<int>(step));
+            left -= step;
+        }
+    }
+    putGap_ = gap;
 }
 
 std::streamsize KWMemStreamBuf::length() {
@@ -232,32 +268,44 @@ std::size_t KWMemStreamBuf::size() {
 
 std::streamsize KWMemStreamBuf::copyStream(std::istream& from, std::streamsize count) {
     std::streambuf* const buf = from.rdbuf();
-    if (buf == nullptr || buf == this || from.fail() || !toMemory())
+    if (count < 0 || buf == nullptr || buf == this || from.fail() || !toMemory())
         return 0;
-    const auto wanted = count < 0 ? kMaxCapacity : static_cast<std::size_t>(count);
+    const auto wanted = static_cast<std::size_t>(count);
+    const std::size_t gap = putGap_;
     std::size_t done = 0;
     while (done < wanted) {
         const std::size_t put = putPosition();
-        const std::size_t block =
-            std::min(wanted - done, std::max({put, kDefaultPiece, capacity_ - put}));
+        const std::size_t block = std::min(
+            wanted - done, std::max({put, kDefaultPiece, capacity_ - std::min(put, capacity_)}));
         if (!makeRoom(block))
             break;
-        const std::streamsize got = buf->sgetn(pptr(), static_cast<std::streamsize>(block));
+        std::ios_base::iostate state = count == kToTheEnd
+                                           ? std::ios_base::eofbit
+                                           : std::ios_base::eofbit | std::ios_base::failbit;
+        std::streamsize got = 0;
+        try {
+            got = buf->sgetn(pptr(), static_cast<std::streamsize>(block));
+        } catch (...) {
+            state = std::ios_base::badbit;
+        }
         const std::size_t arrived = static_cast<std::size_t>(std::max<std::streamsize>(got, 0));
         setPutPosition(put + arrived);
         done += arrived;
         if (arrived < block) {
-            from.setstate(count < 0 ? std::ios_base::eofbit
-                                    : std::ios_base::eofbit | std::ios_base::failbit);
+            from.setstate(state);
             break;
         }
+    }
+    if (done == 0 && putGap_ != gap) { // nothing was written, so nothing is filled
+        end_ -= gap;
+        setPutPositionPastEnd(gap);
     }
     return static_cast<std::streamsize>(done);
 }
 
 void KWMemStreamBuf::remove() {
     dropSource();
-    attach(nullptr, true);
+    attach(nullptr);
 }
 
 char* KWMemStreamBuf::abandonBuffer(std::size_t* count) {
@@ -391,9 +439,15 @@ KWMemStreamBuf::pos_type KWMemStreamBuf::seekGet(off_type position) {
 
 KWMemStreamBuf::pos_type KWMemStreamBuf::seekPut(off_type position) {
     syncEnd();
-    if (position < 0 || static_cast<std::size_t>(position) > end_)
+    if (position < 0)
         return pos_type(off_type(-1));
-    setPutPosition(static_cast<std::size_t>(position));
+    const auto wanted = static_cast<std::size_t>(position);
+    if (wanted <= end_)
+        setPutPosition(wanted);
+    else if (wanted - end_ <= kMaxPutGap)
+        setPutPositionPastEnd(wanted - end_);
+    else
+        return pos_type(off_type(-1));
     return pos_type(position);
 }
 
@@ -402,6 +456,9 @@ KWMemStreamBuf::pos_type KWMemStreamBuf::seekoff(off_type offset, std::ios_base:
     const pos_type failed(off_type(-1));
     const bool get = (which & std::ios_base::in) != 0;
     const bool put = (which & std::ios_base::out) != 0 && !(get && hasSource());
+    // Where a write would be may be asked without writing.
+    if (put && source_ != nullptr && way == std::ios_base::cur && offset == 0)
+        return pos_type(0);
     if ((!get && !put) || (put && !toMemory()))
         return failed;
     off_type origin = 0;

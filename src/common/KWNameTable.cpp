@@ -33,7 +33,7 @@ class SharedNames {
 public:
     SharedNames() {
         for (std::size_t i = 0; i < commonTexts_.size(); ++i)
-            commonTexts_[i] = textOf(kCommonNames[i].text);
+            commonTexts_[i] = toText(kCommonNames[i].text);
     }
 
     const UnicodeString& text(KWNameEnum name) const {
@@ -53,16 +53,16 @@ public:
     KWNameEnum intern(const UnicodeString& text) {
         {
             const std::shared_lock lock(lock_);
-            if (const auto known = names_.find(viewOf(text)); known != names_.end())
+            if (const auto known = names_.find(toView(text)); known != names_.end())
                 return known->second;
         }
         const std::unique_lock lock(lock_);
-        if (const auto known = names_.find(viewOf(text)); known != names_.end())
+        if (const auto known = names_.find(toView(text)); known != names_.end())
             return known->second;
         const auto name = static_cast<KWNameEnum>(kFirstInterned + texts_.size());
         // A copy of its own: the caller's text may alias memory that does not live as long.
         const UnicodeString& kept = texts_.emplace_back(text.getBuffer(), text.length());
-        names_.emplace(viewOf(kept), name);
+        names_.emplace(toView(kept), name);
         return name;
     }
 
@@ -87,7 +87,7 @@ const UnicodeString& KWNameTable::getSharedNameString(KWNameEnum name) {
 
 KWNameEnum KWNameTable::findCommonName(const UnicodeString& text) {
     for (const CommonName& row : kCommonNames) {
-        if (row.text == viewOf(text))
+        if (row.text == toView(text))
             return row.name;
     }
     return KWNameEnum::None;
@@ -95,7 +95,7 @@ KWNameEnum KWNameTable::findCommonName(const UnicodeString& text) {
 
 KWNameEnum KWNameTable::findKeyword(const UnicodeString& text) {
     for (const CommonName& row : kCommonNames) {
-        if (equalsWord(viewOf(text), row.text))
+        if (equalsWord(toView(text), row.text))
             return row.name;
     }
     return KWNameEnum::None;

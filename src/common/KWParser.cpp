@@ -10,7 +10,7 @@ KWValue KWParser::parse(const UnicodeString& text, TokenizerType type) {
     KWValue first = tokenizer.nextTokenValueExp();
     if (tokenizer.isAtEnd())
         return first;
-    return KWValue(textOf(trimCssSpace(viewOf(text))), KWUnitType::List);
+    return KWValue(toText(trimCssSpace(toView(text))), KWUnitType::List);
 }
 
 } // namespace KWCommonNS

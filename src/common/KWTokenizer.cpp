@@ -240,7 +240,7 @@ KWValue KWTokenizer::takeNumber(bool exponent) {
     }
     if (!startsIdentifier(position_))
         return numberTokenValue(number, span.isWhole);
-    if (const auto unit = findUnit(viewOf(takeName())))
+    if (const auto unit = findUnit(toView(takeName())))
         return KWValue(numberValue(number), *unit);
     return KWValue(slice(start, position_), KWUnitType::Dimension);
 }
@@ -250,7 +250,7 @@ KWValue KWTokenizer::takeIdentLike() {
     if (unitAt(position_) != u'(')
         return wordValue(name);
     ++position_;
-    if (equalsWord(viewOf(name), u"url")) {
+    if (equalsWord(toView(name), u"url")) {
         skipSpace();
         const char16_t unit = unitAt(position_);
         if (unit != u'"' && unit != u'\'')
@@ -327,7 +327,7 @@ KWValue KWTokenizer::nextSeparatedValue(wchar_t separator, bool trim) {
     if (trim)
         item = trimCssSpace(item);
     position_ = end < length_ ? end + U16_LENGTH(wanted) : end;
-    return KWValue(textOf(item), css ? KWUnitType::List : KWUnitType::None);
+    return KWValue(toText(item), css ? KWUnitType::List : KWUnitType::None);
 }
 
 std::int32_t KWTokenizer::findSeparator(std::int32_t separator) const {

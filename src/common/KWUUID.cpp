@@ -1,17 +1,34 @@
 #include "KWCommon15/KWUUID.h"
 
+#include "common/FallbackRandom.h"
+
 #include <cstddef>
+#include <exception>
 #include <random>
 
 namespace KWCommonNS {
 
-KWUUID::KWUUID() {
-    std::random_device source;
-    for (std::size_t i = 0; i < bytes_.size(); i += 4) {
-        const std::uint32_t word = source();
-        for (std::size_t k = 0; k < 4; ++k)
-            bytes_[i + k] = static_cast<std::uint8_t>(word >> (8 * k));
+namespace {
+
+std::array<std::uint32_t, 4> randomWords() {
+    std::array<std::uint32_t, 4> words{};
+    try {
+        std::random_device source;
+        for (std::uint32_t& word : words)
+            word = source();
+    } catch (const std::exception&) { // there is no source, or it cannot be read
+        for (std::uint32_t& word : words)
+            word = fallbackRandom();
     }
+    return words;
+}
+
+} // namespace
+
+KWUUID::KWUUID() {
+    const std::array<std::uint32_t, 4> words = randomWords();
+    for (std::size_t i = 0; i < bytes_.size(); ++i)
+        bytes_[i] = static_cast<std::uint8_t>(words[i / 4] >> (8 * (i % 4)));
     bytes_[6] = static_cast<std::uint8_t>((bytes_[6] & 0x0F) | 0x40); // version 4
     bytes_[8] = static_cast<std::uint8_t>((bytes_[8] & 0x3F) | 0x80); // RFC 9562 variant
 }

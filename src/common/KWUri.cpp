@@ -1,5 +1,6 @@
 #include "KWCommon15/KWUri.h"
 
+#include "common/AsciiChars.h"
 #include "common/PlatformText.h"
 #include "common/UriText.h"
 #include "platform/Platform.h"
@@ -38,6 +39,11 @@ bool isWindowsForm(const UriParts& parts) {
            ((parts.authority && !parts.authority->empty()) || hasDrive(parts));
 }
 
+// "X:name", relative to the current folder of a drive.
+bool isDriveRelative(std::u16string_view text) {
+    return text.size() > 2 && isAlpha(text[0]) && text[1] == u':' && !startsWithDrive(text);
+}
+
 bool isWindowsPath(std::u16string_view text) {
     return startsWithDrive(text) || text.starts_with(u"\\\\");
 }
@@ -50,7 +56,8 @@ bool startsWithUriDrive(std::u16string_view text) {
 }
 
 std::u16string driveFilePath(std::u16string_view drivePath, bool encoded) {
-    std::u16string path{u'/', drivePath[0], u':', u'/'};
+    const auto letter = static_cast<char16_t>(drivePath[0] & ~0x20); // a drive has no case
+    std::u16string path{u'/', letter, u':', u'/'};
     const std::u16string_view rest = drivePath.substr(std::min<std::size_t>(3, drivePath.size()));
     path += encoded ? canonicalUriText(rest, UriCharacters::filePath)
                     : encodeUriText(rest, UriCharacters::filePath);
@@ -62,12 +69,15 @@ UriParts partsOfPath(std::u16string_view text, bool backslashSeparates) {
     UriParts parts;
     std::u16string path(text);
     const bool unc = text.starts_with(u"\\\\") || (onWindows() && text.starts_with(u"//"));
+    // As in file://C:/x, a drive is no server.
+    if (unc && startsWithDrive(text.substr(2)))
+        return partsOfPath(text.substr(2), backslashSeparates);
     if (unc || startsWithDrive(text) || backslashSeparates)
         replaceAll(path, u'\\', u'/');
     if (unc) {
         const std::size_t end = std::min(path.find(u'/', 2), path.size());
         parts.scheme = kFileScheme;
-        parts.authority = lowerAscii(
+        parts.authority = lowerHost(
             encodeUriText(std::u16string_view(path).substr(2, end - 2), UriCharacters::authority));
         parts.path = encodeUriText(std::u16string_view(path).substr(end), UriCharacters::filePath);
     } else if (startsWithDrive(path)) {
@@ -77,6 +87,49 @@ UriParts partsOfPath(std::u16string_view text, bool backslashSeparates) {
         parts.path = encodeUriText(path, UriCharacters::filePath);
     }
     return parts;
+}
+
+// Resolves dot segments that may still be encoded, so that a drive behind them comes to the start.
+std::u16string withoutDotSegments(std::u16string_view path) {
+    std::u16string plain;
+    plain.reserve(path.size());
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const std::u16string_view code = path.substr(i, 3);
+        const bool dot = code == u"%2E" || code == u"%2e";
+        plain.push_back(dot ? u'.' : path[i]);
+        if (dot)
+            i += 2;
+    }
+    return removeDotSegments(plain, true);
+}
+
+// Length of what a file path keeps whatever is taken against it: "/X:" or the share of a host,
+// "/share"; 0 when there is neither.
+std::size_t rootLength(const UriParts& parts) {
+    if (hasDrive(parts))
+        return 3;
+    if (!parts.authority || parts.authority->empty() || parts.path.size() < 2)
+        return 0;
+    return std::min(parts.path.find(u'/', 1), parts.path.size());
+}
+
+// Takes separators and dot segments away from before the first name of an absolute path.
+void eraseLeadingDots(std::u16string& path) {
+    const std::u16string_view view(path);
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = std::min(view.find(u'/', start + 1), view.size());
+        const std::u16string_view first = view.substr(start + 1, end - start - 1);
+        const bool dots = first == u"." || first == u"..";
+        if (end == view.size() && dots) {
+            path = u"/";
+            return;
+        }
+        if (end == view.size() || !(dots || first.empty()))
+            break;
+        start = end;
+    }
+    path.erase(0, start);
 }
 
 // Brings host and drive of a `file:` URI to their places.
@@ -96,17 +149,19 @@ void settleFile(UriParts& parts) {
     }
     if (!parts.path.starts_with(u'/'))
         parts.path.insert(0, 1, u'/');
+    if (host.empty())
+        parts.path = withoutDotSegments(parts.path);
     const std::u16string_view rooted = std::u16string_view(parts.path).substr(1);
     parts.path = startsWithUriDrive(rooted) ? driveFilePath(rooted, true)
                                             : canonicalUriText(parts.path, UriCharacters::filePath);
-    host = lowerAscii(canonicalUriText(host, UriCharacters::authority));
+    host = lowerHost(canonicalUriText(host, UriCharacters::authority));
     parts.authority = host == u"localhost" ? u"" : host;
 }
 
 std::u16string canonicalAuthority(const std::u16string& authority) {
     const std::u16string text = canonicalUriText(authority, UriCharacters::authority);
     const std::size_t host = text.rfind(u'@') + 1;
-    return text.substr(0, host) + lowerAscii(std::u16string_view(text).substr(host));
+    return text.substr(0, host) + lowerHost(std::u16string_view(text).substr(host));
 }
 
 // A URI reference as canonical parts; dot segments stay for the resolution.
@@ -116,6 +171,8 @@ UriParts partsOfReference(std::u16string_view text, bool baseIsFile) {
     const bool file = parts.scheme.empty() && baseIsFile;
     if (file) {
         replaceAll(parts.path, u'\\', u'/'); // as in `file:` URIs
+        if (parts.path.starts_with(u'/'))
+            parts.path = withoutDotSegments(parts.path);
         if (!parts.authority && parts.path.starts_with(u'/') &&
             startsWithUriDrive(std::u16string_view(parts.path).substr(1)))
             parts.scheme = kFileScheme;
@@ -133,14 +190,6 @@ UriParts partsOfReference(std::u16string_view text, bool baseIsFile) {
             *part = canonicalUriText(**part, UriCharacters::query);
     }
     return parts;
-}
-
-std::u16string_view trimmed(std::u16string_view text) {
-    while (!text.empty() && text.front() <= u' ')
-        text.remove_prefix(1);
-    while (!text.empty() && text.back() <= u' ')
-        text.remove_suffix(1);
-    return text;
 }
 
 bool readsAsPath(std::u16string_view text, URISTRTYPE type) {
@@ -168,17 +217,18 @@ std::u16string canonicalUri(UriParts parts) {
         parts.path = u"/";
     const bool file = isFileParts(parts);
     if (file || parts.path.starts_with(u'/')) {
-        if (file && hasDrive(parts)) // ".." does not leave the drive
-            parts.path = parts.path.substr(0, 3) + removeDotSegments(parts.path.substr(3), true);
-        else
-            parts.path = removeDotSegments(parts.path, file);
+        if (file && parts.authority && !parts.authority->empty())
+            eraseLeadingDots(parts.path);
+        const std::size_t root = file ? rootLength(parts) : 0; // ".." does not leave it
+        parts.path = parts.path.substr(0, root) +
+                     removeDotSegments(std::u16string_view(parts.path).substr(root), file);
     }
     return joinUri(parts);
 }
 
 std::u16string parseUri(std::u16string_view text, const KWUri* base, URISTRTYPE type) {
     if (type == URISTR_URL)
-        text = trimmed(text);
+        text = trimWhere(text, [](char16_t c) { return c <= u' '; });
     if (text.empty())
         return {};
     const bool isPath = readsAsPath(text, type);
@@ -190,14 +240,21 @@ std::u16string parseUri(std::u16string_view text, const KWUri* base, URISTRTYPE 
     const bool hasBase = base != nullptr && !base->isEmpty() && !base->isDataScheme();
     if (hasBase)
         baseParts = splitUri(toView(base->getString()));
+    bool otherDrive = false;
+    if (isPath && isWindowsForm(baseParts) && isDriveRelative(text)) {
+        if (hasDrive(baseParts) && toAsciiLower(text[0]) == toAsciiLower(baseParts.path[1]))
+            text.remove_prefix(2);
+        else
+            otherDrive = true; // relative to a folder that only the other drive knows
+    }
     UriParts parts = isPath ? partsOfPath(text, onWindows() || isWindowsForm(baseParts))
                             : partsOfReference(text, isFileParts(baseParts));
-    if (hasBase && parts.scheme.empty()) {
-        const bool staysOnDrive = isFileParts(baseParts) && hasDrive(baseParts) &&
-                                  !parts.authority && parts.path.starts_with(u'/') &&
-                                  !startsWithUriDrive(std::u16string_view(parts.path).substr(1));
-        if (staysOnDrive)
-            parts.path.insert(0, baseParts.path, 0, 3);
+    if (hasBase && parts.scheme.empty() && !otherDrive) {
+        const bool staysOnRoot = isFileParts(baseParts) && !parts.authority &&
+                                 parts.path.starts_with(u'/') &&
+                                 !startsWithUriDrive(std::u16string_view(parts.path).substr(1));
+        if (staysOnRoot)
+            parts.path.insert(0, baseParts.path, 0, rootLength(baseParts));
         parts = resolveUri(baseParts, parts);
     }
     return canonicalUri(std::move(parts));
@@ -309,7 +366,9 @@ void KWUri::setExtension(const UnicodeString& extension) {
         tail.replace(i, 1, u"%2F");
     if (!tail.empty() && tail.front() != u'.')
         tail.insert(0, 1, u'.');
-    text_ = toText(text.replace(from, range.end - from, tail));
+    const std::u16string name = text.substr(range.start, from - range.start) + tail;
+    if (name != u"." && name != u"..") // these would be folders
+        text_ = toText(text.replace(from, range.end - from, tail));
 }
 
 UnicodeString KWUri::getScheme() const {

@@ -1,5 +1,6 @@
 #include "KWCommon15/KWMemStream.h"
 #include "KWCommon15/KWUri.h"
+#include "common/CssChars.h"
 #include "common/FileStream.h"
 #include "common/PlatformText.h"
 #include "common/UriText.h"
@@ -24,7 +25,8 @@ struct FetcherSlot {
 };
 
 FetcherSlot& fetcherSlot() {
-    static FetcherSlot slot;
+    // Never destroyed: other statics may still fetch when the process ends.
+    static FetcherSlot& slot = *new FetcherSlot;
     return slot;
 }
 
@@ -34,22 +36,22 @@ std::shared_ptr<const KWUri::Fetcher> currentFetcher() {
     return slot.fetcher;
 }
 
+// An encoded separator is a character of a name, and no file system has such names.
+bool hasEncodedSeparator(const KWUri& uri) {
+    const std::u16string path = splitUri(toView(uri.getString())).path;
+    return path.find(u"%2F") != std::u16string::npos ||
+           (KWPlatform::preferredSeparator() == u'\\' && path.find(u"%5C") != std::u16string::npos);
+}
+
 // The path to hand to the system; nothing for a Windows form where there are no such paths, which
 // would otherwise be taken for the name of a file in the current folder.
 std::optional<std::u16string> systemPath(const KWUri& uri) {
     std::u16string path = toPath(uri.getLocalPath());
     const bool foreign =
         KWPlatform::preferredSeparator() == u'/' && uri.isAbsolute() && !path.starts_with(u'/');
-    if (!uri.isFile() || path.empty() || foreign)
+    if (!uri.isFile() || path.empty() || foreign || hasEncodedSeparator(uri))
         return std::nullopt;
     return path;
-}
-
-std::u16string_view trimmedBlanks(std::u16string_view text) {
-    const std::size_t first = std::min(text.find_first_not_of(u" \t\r\n\f"), text.size());
-    const std::size_t last = text.find_last_not_of(u" \t\r\n\f");
-    return last == std::u16string_view::npos ? std::u16string_view()
-                                             : text.substr(first, last + 1 - first);
 }
 
 // The part before the comma of a `data:` URI (RFC 2397).
@@ -74,15 +76,15 @@ DataHeader readDataHeader(std::u16string_view encoded) {
     for (bool first = true;; first = false) {
         const std::size_t end = std::min(rest.find(u';'), rest.size());
         const bool last = end == rest.size();
-        const std::u16string_view item = trimmedBlanks(rest.substr(0, end));
+        const std::u16string_view item = trimCssSpace(rest.substr(0, end));
         const std::size_t equals = item.find(u'=');
         if (first) {
             type = item;
         } else if (last && lowerAscii(item) == u"base64") {
             header.base64 = true;
         } else if (equals != std::u16string_view::npos && !hasCharset &&
-                   lowerAscii(trimmedBlanks(item.substr(0, equals))) == u"charset") {
-            header.charset = toText(unquoted(trimmedBlanks(item.substr(equals + 1))));
+                   lowerAscii(trimCssSpace(item.substr(0, equals))) == u"charset") {
+            header.charset = toText(unquoted(trimCssSpace(item.substr(equals + 1))));
             hasCharset = true;
         }
         if (last)
@@ -148,7 +150,7 @@ std::unique_ptr<std::istream> fetch(const KWUri& uri, KWUri::ContentInfo& info,
         return nullptr;
     }
     std::unique_ptr<std::istream> stream = (*fetcher)(uri, info, errorText);
-    info.mediaType = toText(lowerAscii(trimmedBlanks(toView(info.mediaType))));
+    info.mediaType = toText(lowerAscii(trimCssSpace(toView(info.mediaType))));
     return stream;
 }
 

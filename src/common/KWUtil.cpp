@@ -26,7 +26,7 @@ double KWUtil::parseNumber(const UnicodeString& text, std::int32_t& end, bool& o
     std::int32_t start = 0;
     while (start < text.length() && isCssSpace(text[start]))
         ++start;
-    const std::u16string_view rest = viewOf(text).substr(static_cast<std::size_t>(start));
+    const std::u16string_view rest = toView(text).substr(static_cast<std::size_t>(start));
     const NumberSpan number = scanNumber(rest, {.exponent = true});
     ok = number.length > 0;
     end = ok ? start + static_cast<std::int32_t>(number.length) : 0;

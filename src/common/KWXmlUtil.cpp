@@ -1,8 +1,10 @@
 #include "KWCommon15/KWXmlUtil.h"
 
 #include "KWCommon15/KWEmptyString.h"
+#include "common/AsciiChars.h"
 #include "common/Expat.h"
 #include "common/KWLimits.h"
+#include "common/TextView.h"
 #include "common/XmlEncoding.h"
 
 #include <algorithm>
@@ -26,6 +28,17 @@ using Expat = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 UnicodeString fromUtf8(std::string_view text) {
     return UnicodeString::fromUTF8(
         icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+// A common misspelling that expat does not know.
+bool isUtf8Alias(std::u16string_view charset) {
+    return equalsWord(charset, u"utf8");
+}
+
+// What RFC 2397 supposes of a `data:` URI that states nothing.
+bool isSupposed(const KWUri& uri, const KWUri::ContentInfo& info) {
+    return uri.isDataScheme() && info.mediaType == UnicodeString(u"text/plain") &&
+           info.charset == UnicodeString(u"US-ASCII");
 }
 
 struct Event {
@@ -52,14 +65,21 @@ struct KWXmlParser::State {
     std::deque<Event> waiting;
     Event current;
     std::size_t depth = 0;
+    std::size_t declarations = 0;
     XML_Index bytesFed = 0;
     std::size_t waitingBytes = 0;
     bool finished = true;
     bool outOfMemory = false;
+    bool declaredUtf8Alias = false;
     std::unique_ptr<KWError> failure;
 
+    void reset();
     void begin(std::istream* stream, const UnicodeString& encoding, const UnicodeString& title);
+    void makeExpat(const char* charset);
     void parseMore();
+    XML_Status parsePiece(int length, bool last);
+    XML_Status beginAgain(std::string_view first, bool last);
+    void countDeclaration();
     void fail(std::string_view reason);
     Event& push(KWXmlEvent kind);
     UnicodeString keep(std::string_view text);
@@ -70,7 +90,12 @@ struct KWXmlParser::State {
     static void XMLCALL onStart(void* data, const XML_Char* name, const XML_Char** attributes);
     static void XMLCALL onEnd(void* data, const XML_Char* name);
     static void XMLCALL onText(void* data, const XML_Char* text, int length);
-    static int XMLCALL onEncoding(void*, const XML_Char* name, XML_Encoding* encoding);
+    static void XMLCALL onEntity(void* data, const XML_Char*, int, const XML_Char*, int,
+                                 const XML_Char*, const XML_Char*, const XML_Char*,
+                                 const XML_Char*);
+    static void XMLCALL onAttlist(void* data, const XML_Char*, const XML_Char*, const XML_Char*,
+                                  const XML_Char*, int);
+    static int XMLCALL onEncoding(void* data, const XML_Char* name, XML_Encoding* encoding);
 };
 
 // No exception may pass through expat.
@@ -112,8 +137,10 @@ void XMLCALL KWXmlParser::State::onStart(void* data, const XML_Char* name,
         }
         Event& event = state.push(KWXmlEvent::startTag);
         event.text = state.keep(name);
-        for (; *attributes != nullptr; attributes += 2)
+        for (; *attributes != nullptr; attributes += 2) {
+            state.waitingBytes += kXmlAttributeCost;
             event.attributes.emplace_back(state.keep(attributes[0]), state.keep(attributes[1]));
+        }
     });
 }
 
@@ -135,33 +162,79 @@ void XMLCALL KWXmlParser::State::onText(void* data, const XML_Char* text, int le
     });
 }
 
-int XMLCALL KWXmlParser::State::onEncoding(void*, const XML_Char* name, XML_Encoding* encoding) {
+void KWXmlParser::State::countDeclaration() {
+    guarded([this] {
+        if (++declarations > kXmlMaxDeclarations)
+            fail("too many declarations");
+    });
+}
+
+void XMLCALL KWXmlParser::State::onEntity(void* data, const XML_Char*, int, const XML_Char*, int,
+                                          const XML_Char*, const XML_Char*, const XML_Char*,
+                                          const XML_Char*) {
+    static_cast<State*>(data)->countDeclaration();
+}
+
+void XMLCALL KWXmlParser::State::onAttlist(void* data, const XML_Char*, const XML_Char*,
+                                           const XML_Char*, const XML_Char*, int) {
+    static_cast<State*>(data)->countDeclaration();
+}
+
+int XMLCALL KWXmlParser::State::onEncoding(void* data, const XML_Char* name,
+                                           XML_Encoding* encoding) {
+    const std::string_view text(name);
+    // A text of this length needs no memory that could be missing.
+    if (text.size() == 4 && isUtf8Alias(std::u16string(text.begin(), text.end()))) {
+        static_cast<State*>(data)->declaredUtf8Alias = true;
+        return XML_STATUS_ERROR;
+    }
     return describeEncoding(name, *encoding) ? XML_STATUS_OK : XML_STATUS_ERROR;
+}
+
+// As before the first document.
+void KWXmlParser::State::reset() {
+    expat.reset();
+    input = nullptr;
+    ownInput.reset();
+    name.remove();
+    waiting.clear();
+    current = Event();
+    depth = 0;
+    declarations = 0;
+    bytesFed = 0;
+    waitingBytes = 0;
+    finished = true;
+    outOfMemory = false;
+    declaredUtf8Alias = false;
+    failure.reset();
 }
 
 void KWXmlParser::State::begin(std::istream* stream, const UnicodeString& encoding,
                                const UnicodeString& title) {
-    input = stream;
+    reset();
     name = title;
-    waiting.clear();
-    current = Event();
-    depth = 0;
-    bytesFed = 0;
-    waitingBytes = 0;
-    finished = false;
-    outOfMemory = false;
-    failure.reset();
+    const UnicodeString& stated = encoding.isEmpty() ? info.charset : encoding;
     std::string charset;
-    (encoding.isEmpty() ? info.charset : encoding).toUTF8String(charset);
-    expat.reset(XML_ParserCreate(charset.empty() ? nullptr : charset.c_str()));
+    if (isUtf8Alias(toView(stated)))
+        charset = "UTF-8";
+    else
+        stated.toUTF8String(charset);
+    makeExpat(charset.empty() ? nullptr : charset.c_str());
+    input = stream;
+    finished = false;
+}
+
+void KWXmlParser::State::makeExpat(const char* charset) {
+    expat.reset(XML_ParserCreate(charset));
     if (expat == nullptr)
         throw std::bad_alloc();
     XML_SetUserData(expat.get(), this);
     XML_SetElementHandler(expat.get(), onStart, onEnd);
     XML_SetCharacterDataHandler(expat.get(), onText);
-    XML_SetUnknownEncodingHandler(expat.get(), onEncoding, nullptr);
+    XML_SetEntityDeclHandler(expat.get(), onEntity);
+    XML_SetAttlistDeclHandler(expat.get(), onAttlist);
+    XML_SetUnknownEncodingHandler(expat.get(), onEncoding, this);
     XML_SetBillionLaughsAttackProtectionActivationThreshold(expat.get(), kXmlFreeExpansion);
-    XML_SetBillionLaughsAttackProtectionMaximumAmplification(expat.get(), kXmlMaxExpansionRatio);
 }
 
 void KWXmlParser::State::fail(std::string_view reason) {
@@ -188,6 +261,28 @@ void KWXmlParser::State::settle(XML_Status status) {
         fail("not well-formed");
 }
 
+// Parses what lies in expat's buffer.
+XML_Status KWXmlParser::State::parsePiece(int length, bool last) {
+    bytesFed += length;
+    // expat knows a ratio only; by itself a long document might expand to more than a short one.
+    XML_SetBillionLaughsAttackProtectionMaximumAmplification(
+        expat.get(),
+        1.0F + kXmlMaxExpansion / static_cast<float>(std::max<XML_Index>(bytesFed, 1)));
+    return XML_ParseBuffer(expat.get(), length, last ? XML_TRUE : XML_FALSE);
+}
+
+// Parses the start of the document anew, as UTF-8.
+XML_Status KWXmlParser::State::beginAgain(std::string_view first, bool last) {
+    declaredUtf8Alias = false;
+    bytesFed = 0;
+    makeExpat("UTF-8");
+    void* const buffer = XML_GetBuffer(expat.get(), kPieceBytes);
+    if (buffer == nullptr)
+        throw std::bad_alloc();
+    std::ranges::copy(first, static_cast<char*>(buffer));
+    return parsePiece(static_cast<int>(first.size()), last);
+}
+
 void KWXmlParser::State::parseMore() {
     waitingBytes = 0;
     void* const buffer = XML_GetBuffer(expat.get(), kPieceBytes);
@@ -200,9 +295,14 @@ void KWXmlParser::State::parseMore() {
         fail("the document cannot be read to its end");
         return;
     }
-    bytesFed += got;
     const bool last = got < kPieceBytes;
-    settle(XML_ParseBuffer(expat.get(), got, last ? XML_TRUE : XML_FALSE));
+    if (bytesFed == 0) {
+        const std::string first(static_cast<const char*>(buffer), static_cast<std::size_t>(got));
+        const XML_Status status = parsePiece(got, last);
+        settle(declaredUtf8Alias ? beginAgain(first, last) : status);
+    } else {
+        settle(parsePiece(got, last));
+    }
     if (finished)
         return;
     // Between pieces expat stands at the start of what it could not finish.
@@ -229,11 +329,16 @@ UnicodeString KWXmlParser::getClassName() const {
     return UnicodeString(u"KWXmlParser");
 }
 
-bool KWXmlParser::open(const KWUri& uri, const UnicodeString& encoding, const UnicodeString& name) {
-    std::unique_ptr<std::istream> input(uri.getIStream());
+bool KWXmlParser::open(const KWUri& uri, const UnicodeString& encoding, const UnicodeString& name,
+                       UnicodeString* errorText) {
+    state_->reset();
+    KWUri::ContentInfo found;
+    std::unique_ptr<std::istream> input(uri.getIStream(&found, errorText));
     if (input == nullptr)
         return false;
-    state_->begin(input.get(), encoding, name.isEmpty() ? uri.getLocalPath() : name);
+    const bool told = !encoding.isEmpty() || !state_->info.charset.isEmpty();
+    const UnicodeString& charset = told || isSupposed(uri, found) ? encoding : found.charset;
+    state_->begin(input.get(), charset, name.isEmpty() ? uri.getLocalPath() : name);
     state_->ownInput = std::move(input);
     return true;
 }
@@ -241,7 +346,6 @@ bool KWXmlParser::open(const KWUri& uri, const UnicodeString& encoding, const Un
 void KWXmlParser::open(std::istream& input, const UnicodeString& encoding,
                        const UnicodeString& name) {
     state_->begin(&input, encoding, name);
-    state_->ownInput.reset();
 }
 
 void KWXmlParser::setTextEvents(bool deliver) {

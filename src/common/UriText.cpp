@@ -1,5 +1,6 @@
 #include "common/UriText.h"
 
+#include "common/AsciiChars.h"
 #include "platform/PathText.h"
 
 #include <algorithm>
@@ -11,24 +12,6 @@
 namespace KWCommonNS {
 
 namespace {
-
-bool isAlpha(char16_t c) {
-    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-}
-
-bool isDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
-}
-
-int hexValue(char16_t c) {
-    if (isDigit(c))
-        return c - u'0';
-    if (c >= u'A' && c <= u'F')
-        return c - u'A' + 10;
-    if (c >= u'a' && c <= u'f')
-        return c - u'a' + 10;
-    return -1;
-}
 
 // The byte of a "%XX" at `index`; -1 when there is none.
 int encodedByte(std::u16string_view text, std::size_t index) {
@@ -86,6 +69,12 @@ void appendEncodedByte(std::u16string& to, unsigned byte) {
     to.push_back(kDigits[byte & 0x0F]);
 }
 
+std::size_t codePointLength(std::u16string_view text, std::size_t index) {
+    const bool pair = text[index] >= 0xD800 && text[index] <= 0xDBFF && index + 1 < text.size() &&
+                      text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
+    return pair ? 2 : 1;
+}
+
 // Encodes the code point at `index` and answers its number of units.
 std::size_t appendEncodedCodePoint(std::u16string& to, std::u16string_view text,
                                    std::size_t index) {
@@ -94,9 +83,7 @@ std::size_t appendEncodedCodePoint(std::u16string& to, std::u16string_view text,
         appendEncodedByte(to, unit);
         return 1;
     }
-    const bool pair = unit >= 0xD800 && unit <= 0xDBFF && index + 1 < text.size() &&
-                      text[index + 1] >= 0xDC00 && text[index + 1] <= 0xDFFF;
-    const std::size_t length = pair ? 2 : 1;
+    const std::size_t length = codePointLength(text, index);
     if (const auto bytes = KWPlatform::encodeBytes(text.substr(index, length))) {
         for (const char byte : *bytes)
             appendEncodedByte(to, static_cast<unsigned char>(byte));
@@ -104,6 +91,18 @@ std::size_t appendEncodedCodePoint(std::u16string& to, std::u16string_view text,
         to.push_back(unit); // a lone surrogate has no bytes; some file systems have such names
     }
     return length;
+}
+
+void appendUtf8(std::string& to, std::u16string_view text) {
+    if (const auto bytes = KWPlatform::encodeBytes(text)) {
+        to += *bytes;
+        return;
+    }
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = codePointLength(text, i);
+        to += KWPlatform::encodeBytes(text.substr(i, length)).value_or("\xEF\xBF\xBD"); // U+FFFD
+        i += length;
+    }
 }
 
 constexpr auto kBase64Values = [] {
@@ -236,10 +235,7 @@ std::string decodeUriBytes(std::u16string_view text) {
         std::size_t end = i + 1;
         while (end < text.size() && text[end] != u'%')
             ++end;
-        if (const auto run = KWPlatform::encodeBytes(text.substr(i, end - i)))
-            bytes += *run;
-        else
-            bytes += "\xEF\xBF\xBD"; // a lone surrogate in a data body: U+FFFD
+        appendUtf8(bytes, text.substr(i, end - i));
         i = end;
     }
     return bytes;
@@ -301,18 +297,20 @@ UriParts resolveUri(const UriParts& base, const UriParts& reference) {
     return result;
 }
 
+std::u16string lowerHost(std::u16string_view text) {
+    std::u16string lower(text);
+    for (std::size_t i = 0; i < lower.size(); ++i) {
+        if (encodedByte(lower, i) >= 0)
+            i += 2;
+        else
+            lower[i] = static_cast<char16_t>(toAsciiLower(lower[i]));
+    }
+    return lower;
+}
+
 bool startsWithDrive(std::u16string_view text) {
     return text.size() >= 2 && isAlpha(text[0]) && text[1] == u':' &&
            (text.size() == 2 || text[2] == u'/' || text[2] == u'\\');
-}
-
-std::u16string lowerAscii(std::u16string_view text) {
-    std::u16string lower(text);
-    for (char16_t& c : lower) {
-        if (c >= u'A' && c <= u'Z')
-            c = static_cast<char16_t>(c - u'A' + u'a');
-    }
-    return lower;
 }
 
 std::optional<std::string> decodeBase64(std::string_view text) {

@@ -48,7 +48,8 @@ UriParts resolveUri(const UriParts& base, const UriParts& reference);
 /// "X:" with a separator or the end behind it.
 bool startsWithDrive(std::u16string_view text);
 
-std::u16string lowerAscii(std::u16string_view text);
+/// A canonical authority in lower case but for the digits of "%XX".
+std::u16string lowerHost(std::u16string_view text);
 
 /// Decodes base64 (RFC 4648, section 4); white space is passed over, closing "=" may be missing.
 std::optional<std::string> decodeBase64(std::string_view text);

@@ -1,6 +1,6 @@
 #include "embed/EmbedSource.h"
 
-#include "embed/EmbedLimits.h"
+#include "common/KWLimits.h"
 
 #include <limits>
 
@@ -13,7 +13,9 @@ EmbedSource::EmbedSource(std::istream& stream) : stream_(stream) {
     if (end > 0)
         size_ = static_cast<std::uint64_t>(end);
     constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
-    budget_ = size_ <= kMost / kMaxEmbedReadFactor ? size_ * kMaxEmbedReadFactor : kMost;
+    budget_ = size_ <= kMost / KWCommonNS::kMaxEmbedReadFactor
+                  ? size_ * KWCommonNS::kMaxEmbedReadFactor
+                  : kMost;
 }
 
 bool EmbedSource::charge(std::uint64_t count) {

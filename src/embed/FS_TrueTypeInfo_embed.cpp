@@ -124,7 +124,7 @@ bool FS_TrueTypeInfo::getPSEmbedFont(const std::vector<unsigned short>& glyphs, 
 }
 
 bool FS_TrueTypeInfo::getEmbedFontStream(KWMemStream& output, std::istream* source) {
-    if (hasCff(*this))
+    if (owner == nullptr || hasCff(*this))
         return false;
     if (source != nullptr) {
         output.rdbuf()->setSource(source, true);

@@ -1,5 +1,7 @@
 #include "embed/GlyphClosure.h"
 
+#include "common/KWLimits.h"
+
 #include <KWFontService17/FS_Types.h>
 
 #include <algorithm>
@@ -63,6 +65,15 @@ public:
         std::sort(taken.begin(), taken.end());
         return taken;
     }
+    /// All of them, ascending.
+    std::vector<std::uint16_t> all() const {
+        std::vector<std::uint16_t> gids;
+        gids.reserve(members_.count());
+        for (std::size_t gid = 0; gid < members_.size(); ++gid)
+            if (members_[gid])
+                gids.push_back(static_cast<std::uint16_t>(gid));
+        return gids;
+    }
 
 private:
     std::bitset<0x10000> members_;
@@ -78,10 +89,10 @@ collectGlyphClosure(GlyphReader& reader, const std::vector<unsigned short>& want
     for (const unsigned short gid : wanted)
         set.add(gid);
 
-    std::vector<std::uint16_t> closure;
+    int roundNumber = 0;
     for (auto round = set.takeNewcomers(); !round.empty(); round = set.takeNewcomers()) {
-        // Later rounds read no gaps: together they stay within the size of `glyf`.
-        const std::uint32_t maxGap = closure.empty() ? GlyphReader::kWorthwhileGap : 0;
+        const bool mayReadGaps = ++roundNumber <= KWCommonNS::kClosureRoundsWithGaps;
+        const std::uint32_t maxGap = mayReadGaps ? GlyphReader::kWorthwhileGap : 0;
         const auto noteComponents = [&](const GlyphRun& run) {
             reader.split(run, [&](std::uint16_t, ByteView glyph) {
                 forEachComponent(glyph, [&](std::uint16_t component) { set.add(component); });
@@ -89,11 +100,8 @@ collectGlyphClosure(GlyphReader& reader, const std::vector<unsigned short>& want
         };
         if (!reader.visit(round, maxGap, noteComponents))
             return std::nullopt;
-        const auto middle = static_cast<std::ptrdiff_t>(closure.size());
-        closure.insert(closure.end(), round.begin(), round.end());
-        std::inplace_merge(closure.begin(), closure.begin() + middle, closure.end());
     }
-    return closure;
+    return set.all();
 }
 
 } // namespace KWFontService_NS

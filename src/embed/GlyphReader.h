@@ -48,7 +48,7 @@ public:
     }
 
     /// Reading over a gap of this size costs less than another read.
-    static constexpr std::uint32_t kWorthwhileGap = 1024;
+    static constexpr std::uint32_t kWorthwhileGap = 4096;
 
 private:
     struct Piece {

@@ -44,15 +44,18 @@ bool subsetGlyphTables(EmbedSource& source, GlyphReader& reader,
     const GlyphLocator& locator = reader.locator();
     std::vector<std::uint8_t> loca(locator.locaSize());
     LocaWriter entries(loca, locator.isLong());
-    std::uint32_t running = 0;
+    std::uint64_t running = 0;
     for (const std::uint16_t gid : *closure) {
         const std::uint32_t length = locator.length(gid);
         if (length == 0)
             continue;
-        entries.fillTo(gid + std::size_t{1}, running);
+        entries.fillTo(gid + std::size_t{1}, static_cast<std::uint32_t>(running));
         running += length;
+        // Only glyphs that overlap add up to more than a table can hold.
+        if (running > std::numeric_limits<std::uint32_t>::max())
+            return false;
     }
-    entries.fillTo(locator.entryCount(), running);
+    entries.fillTo(locator.entryCount(), static_cast<std::uint32_t>(running));
 
     const auto writeGlyf = [&](KWMemStream& stream) {
         return reader.visit(*closure, GlyphReader::kWorthwhileGap, [&](const GlyphRun& run) {
@@ -61,7 +64,7 @@ bool subsetGlyphTables(EmbedSource& source, GlyphReader& reader,
         });
     };
     return writeSfnt(source, output,
-                     {.glyf = TableContents{running, writeGlyf},
+                     {.glyf = TableContents{static_cast<std::uint32_t>(running), writeGlyf},
                       .loca = TableContents::of(ByteView(loca.data(), loca.size())),
                       .cff = std::nullopt},
                      tables);

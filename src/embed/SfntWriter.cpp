@@ -24,13 +24,14 @@ struct OutputTable {
     TTI_TableRecord record;
     std::uint32_t sourceOffset = 0;
     const TableContents* contents = nullptr;
+    bool recordOnly = false; ///< all zero but for its tag
 };
 
 /// Lays tables out behind the directory, each from a multiple of four on. False past 4 GiB.
 bool layOut(std::vector<OutputTable>& tables) {
     std::uint64_t running = TTI_Directory::kHeaderSize + TTI_Directory::kRecordSize * tables.size();
     for (OutputTable& table : tables) {
-        if (table.record.tag == kGdir)
+        if (table.recordOnly)
             continue;
         const std::uint64_t offset = alignUp(running);
         running = offset + table.record.length;
@@ -71,7 +72,7 @@ void writePadding(KWMemStream& output, std::uint64_t count) {
 bool writeTables(EmbedSource& source, KWMemStream& output, const std::vector<OutputTable>& tables) {
     std::uint64_t running = TTI_Directory::kHeaderSize + TTI_Directory::kRecordSize * tables.size();
     for (const OutputTable& table : tables) {
-        if (table.record.tag == kGdir)
+        if (table.recordOnly)
             continue;
         writePadding(output, table.record.offset - running);
         const bool written = table.contents != nullptr
@@ -156,7 +157,7 @@ bool writePSSfnt(EmbedSource& source, GlyphReader& reader, std::span<const std::
     const auto place = std::find_if(written.begin(), written.end(), [](const OutputTable& table) {
         return table.record.tag > kGdir;
     });
-    written.insert(place, OutputTable{{.tag = kGdir}, 0, nullptr});
+    written.insert(place, OutputTable{{.tag = kGdir}, 0, nullptr, true});
 
     if (!layOut(written))
         return false;
@@ -168,12 +169,14 @@ bool writePSSfnt(EmbedSource& source, GlyphReader& reader, std::span<const std::
     const std::uint64_t end = std::uint64_t{last.record.offset} + last.record.length;
     writePadding(output, alignUp(end) - end);
 
-    const auto give = [&glyphMap](std::uint16_t gid, ByteView glyph) {
+    bool allGiven = output.good();
+    const auto give = [&](std::uint16_t gid, ByteView glyph) {
         if (KWMemStream* stream = glyphMap.getGlyphStream(gid))
-            stream->append(glyph.data(), glyph.size());
+            allGiven = stream->append(glyph.data(), glyph.size()).good() && allGiven;
     };
-    return output.good() && reader.visit(closure, GlyphReader::kWorthwhileGap,
-                                         [&](const GlyphRun& run) { reader.split(run, give); });
+    return allGiven && reader.visit(closure, GlyphReader::kWorthwhileGap, [&](const GlyphRun& run) {
+        reader.split(run, give);
+    }) && allGiven;
 }
 
 } // namespace KWFontService_NS

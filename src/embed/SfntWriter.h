@@ -33,7 +33,8 @@ struct ReplacedTables {
 /// Appends an sfnt of the tables in the set, by ascending tag, each from a multiple of four on and
 /// the last one unpadded. Check sums are worked out for new contents only; `head` is copied with
 /// the source's `checkSumAdjustment`.
-/// @return false when the source is short
+/// @return false when the source is short or asked too often, when the result passes 4 GiB, and
+///         when the output takes no more
 bool writeSfnt(EmbedSource& source, KWMemStream& output, const ReplacedTables& replaced,
                const TableSet& tables);
 
@@ -45,7 +46,8 @@ bool writeWholeSfnt(std::istream& stream, const TTI_Directory& directory, KWMemS
 /// Appends the sfnt of a Type 42 font whose glyphs are kept apart: `kPostScriptTables` of the set
 /// and an empty `gdir` (Adobe Technical Note 5012, `GlyphDirectory`). The glyphs of `closure`,
 /// which ascends, go to `glyphMap`.
-/// @return false when the source is short
+/// @return false when the source is short or asked too often, when the result passes 4 GiB, and
+///         when the output takes no more
 bool writePSSfnt(EmbedSource& source, GlyphReader& reader, std::span<const std::uint16_t> closure,
                  KWMemStream& output, FS_TTGlyphMap& glyphMap, const TableSet& tables);
 

@@ -42,7 +42,7 @@ struct TableSet {
 
 /// Picks the tables of a list that the font has, and its outlines whatever the list says.
 /// @param tags  ends in 0; null picks every table
-/// @return      false for a font without outlines, or with `glyf` that lacks its `loca`
+/// @return      false for a font without outlines; `glyf` without its `loca` is none
 bool selectTables(const TTI_Directory& directory, const unsigned int* tags, TableSet& tables);
 
 } // namespace KWFontService_NS

@@ -5,17 +5,6 @@
 
 namespace KWFontService_NS {
 
-FS_FontRef searchEudcFonts(const FS_FontRef& link, bool vertical, int ch, unsigned short& gid) {
-    const auto hasGlyph = [&](const FS_FontRef& candidate) {
-        gid = candidate ? candidate.font->getEudcGlyphID(ch, candidate.face) : FS_NO_GLYPH;
-        return gid != FS_NO_GLYPH;
-    };
-    if (hasGlyph(link))
-        return link;
-    const FS_FontRef shared = FS_ServiceContext::defaultEudcFont(vertical);
-    return hasGlyph(shared) ? shared : FS_FontRef();
-}
-
 bool FS_FontInfo::isEUDC(int code) {
     return code >= 0 && code < 0x10000 && FS_ServiceContext::isEudcCodePoint(code);
 }

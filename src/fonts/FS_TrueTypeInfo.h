@@ -73,8 +73,8 @@ public:
     void setHasVerticalGlyph() {
         verticalGlyphsGiven_ = true;
     }
-    /// The face's file as it stands: `output` becomes a stream over `source`, which it takes over;
-    /// null opens the font's own.
+    /// The face's file as it stands: `output` becomes a stream over `source`, which the caller keeps
+    /// alive as long; null opens the font's own, which `output` then owns.
     bool getEmbedFontStream(KWMemStream& output, std::istream* source);
     bool isCIDFont() const {
         return cidFont_.load(std::memory_order_relaxed);
@@ -127,7 +127,9 @@ private:
     bool hasVertLookups() const {
         return tables().gsub.hasVertFeature();
     }
-    unsigned short verticalForm(unsigned short gid) const;
+    unsigned short lookUpGlyph(const LoadedTables& present, int ch, bool vertical) const;
+    /// What a size stands for in font units: the em below zero, else the height of a line.
+    int sizeDivisor(int size) const;
     /// The size rule of the metric operations.
     float scaled(int value, int size) const;
     /// The advance in font units that `getGlyphWidth` scales.

@@ -1,22 +1,23 @@
+#include "fonts/CodePoints.h"
 #include "fonts/EudcSearch.h"
 #include "fonts/FS_ServiceContext.h"
 #include "fonts/FS_TrueTypeInfo.h"
 
-#include <unicode/utf16.h>
-
 namespace KWFontService_NS {
 
-unsigned short FS_TrueTypeInfo::verticalForm(unsigned short gid) const {
-    const LoadedTables& loadedNow = tables();
-    unsigned short form = loadedNow.gsub.substituteVertical(gid);
+unsigned short FS_TrueTypeInfo::lookUpGlyph(const LoadedTables& present, int ch,
+                                            bool vertical) const {
+    const unsigned short gid = present.cmap.lookupGlyph(ch, allowGlyphZero);
+    if (!vertical || gid == FS_NO_GLYPH)
+        return gid;
+    unsigned short form = present.gsub.substituteVertical(gid);
     if (form == FS_NO_GLYPH)
-        form = loadedNow.mort.substitute(gid);
+        form = present.mort.substitute(gid);
     return form == FS_NO_GLYPH ? gid : form;
 }
 
 unsigned short FS_TrueTypeInfo::getGlyphID(int ch, bool vertical) const {
-    const unsigned short gid = tables().cmap.lookupGlyph(ch, allowGlyphZero);
-    return vertical && gid != FS_NO_GLYPH ? verticalForm(gid) : gid;
+    return lookUpGlyph(tables(), ch, vertical);
 }
 
 bool FS_TrueTypeInfo::getGlyphIDs(const UnicodeString& text, unsigned short* glyphs, int& count,
@@ -24,25 +25,21 @@ bool FS_TrueTypeInfo::getGlyphIDs(const UnicodeString& text, unsigned short* gly
     count = 0;
     if (firstMissing != nullptr)
         *firstMissing = -1;
-    const TTI_Cmap& cmap = tables().cmap;
+    const LoadedTables& present = tables();
     const char16_t* units = text.getBuffer();
     const std::int32_t length = text.length();
     // End-user-defined fonts are asked, and the place is told, for the first miss alone.
     bool noMissYet = true;
     for (std::int32_t next = 0; next < length;) {
         const std::int32_t index = next;
-        UChar32 ch = units[next++];
-        if (U16_IS_LEAD(units[index]) && next < length && U16_IS_TRAIL(units[next]))
-            ch = U16_GET_SUPPLEMENTARY(units[index], units[next++]);
+        const UChar32 ch = nextCodePoint(units, next, length);
         unsigned short& glyph = glyphs[count++];
         if (ch == 0xFFFF) {
             glyph = FS_NO_GLYPH;
             noMissYet = false;
             continue;
         }
-        glyph = cmap.lookupGlyph(ch, allowGlyphZero);
-        if (vertical && glyph != FS_NO_GLYPH)
-            glyph = verticalForm(glyph);
+        glyph = lookUpGlyph(present, ch, vertical);
         if (glyph != FS_NO_GLYPH || !noMissYet)
             continue;
         unsigned short eudcGlyph = FS_NO_GLYPH;

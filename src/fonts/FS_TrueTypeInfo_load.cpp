@@ -125,17 +125,22 @@ bool FS_TrueTypeInfo::loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind,
     std::vector<std::uint8_t> bytes;
     if (!reader.readTable(tag, bytes))
         return fail(FS_ERROR_FONT_READ, " table read error");
-    switch (table.read(ByteView(bytes.data(), bytes.size()), kind)) {
-    case TTI_LayoutTable::Result::Ok:
-        return true;
-    case TTI_LayoutTable::Result::FeatureListError:
-        return fail(FS_ERROR_FONT_FILE, " feature list read error");
-    case TTI_LayoutTable::Result::LookupListError:
-        return fail(FS_ERROR_FONT_FILE, " lookup list read error");
-    case TTI_LayoutTable::Result::ScriptListError:
-        return fail(FS_ERROR_FONT_FILE, " sclipt list read error");
+    bool ok = true;
+    for (const TTI_LayoutTable::List list :
+         table.read(ByteView(bytes.data(), bytes.size()), kind)) {
+        switch (list) {
+        case TTI_LayoutTable::List::Features:
+            ok = fail(FS_ERROR_FONT_FILE, " feature list read error");
+            break;
+        case TTI_LayoutTable::List::Lookups:
+            ok = fail(FS_ERROR_FONT_FILE, " lookup list read error");
+            break;
+        case TTI_LayoutTable::List::Scripts:
+            ok = fail(FS_ERROR_FONT_FILE, " sclipt list read error");
+            break;
+        }
     }
-    return true;
+    return ok;
 }
 
 bool FS_TrueTypeInfo::loadMaxp(SfntReader& reader) {
@@ -173,8 +178,9 @@ bool FS_TrueTypeInfo::loadVertical(SfntReader& reader) {
         headerTables_.numOfLongVerMetrics = 0;
     if (headerTables_.numOfLongVerMetrics == 0)
         return ok;
-    const TTI_TableRecord* vmtx = tableDirectory.find(sfntTag("vmtx"));
-    if (vmtx != nullptr && vertical.readVmtx(reader, *vmtx, headerTables_.numOfLongVerMetrics))
+    // The scan has found `vmtx` wherever it left a number of metrics.
+    if (vertical.readVmtx(reader, *tableDirectory.find(sfntTag("vmtx")),
+                          headerTables_.numOfLongVerMetrics))
         return ok;
     headerTables_.numOfLongVerMetrics = 0;
     return false;

@@ -1,7 +1,6 @@
+#include "fonts/CodePoints.h"
 #include "fonts/FS_ServiceContext.h"
 #include "fonts/FS_TrueTypeInfo.h"
-
-#include <unicode/utf16.h>
 
 #include <cmath>
 #include <cstdint>
@@ -15,25 +14,21 @@ double magnitude(int size) {
     return std::fabs(static_cast<double>(size));
 }
 
-/// The code point at `i`, a lone surrogate included, and `i` moved behind it.
-UChar32 nextCodePoint(const char16_t* chars, std::int32_t& i, std::int32_t length) {
-    const char16_t unit = chars[i++];
-    if (U16_IS_LEAD(unit) && i < length && U16_IS_TRAIL(chars[i]))
-        return U16_GET_SUPPLEMENTARY(unit, chars[i++]);
-    return unit;
-}
-
 float perEm(int value, int unitsPerEm) {
     return unitsPerEm == 0 ? 0.0F : static_cast<float>(static_cast<double>(value) / unitsPerEm);
 }
 
 } // namespace
 
+int FS_TrueTypeInfo::sizeDivisor(int size) const {
+    return size < 0 ? int{headerTables_.unitsPerEm}
+                    : headerTables_.usWinAscent + headerTables_.usWinDescent;
+}
+
 float FS_TrueTypeInfo::scaled(int value, int size) const {
     if (size == 0)
         return static_cast<float>(value);
-    const int divisor = size < 0 ? int{headerTables_.unitsPerEm}
-                                 : headerTables_.usWinAscent + headerTables_.usWinDescent;
+    const int divisor = sizeDivisor(size);
     if (divisor == 0)
         return 0.0F;
     return static_cast<float>(value * magnitude(size) / divisor);
@@ -81,8 +76,7 @@ float FS_TrueTypeInfo::getTextWidth(const UnicodeString& text, int size, bool ve
         units += unscaledAdvance(gid, vertical);
     }
     // Size 0 measures the end-user-defined characters alone: there is no form in font units.
-    const int divisor = size < 0 ? int{headerTables_.unitsPerEm}
-                                 : headerTables_.usWinAscent + headerTables_.usWinDescent;
+    const int divisor = sizeDivisor(size);
     const double ownWidth =
         divisor == 0 ? 0.0 : static_cast<double>(units) / divisor * magnitude(size);
     return static_cast<float>(ownWidth + eudcWidth);

@@ -2,8 +2,6 @@
 
 #include <KWCommon15/KWMemStream.h>
 
-#include <exception>
-
 namespace KWFontService_NS {
 
 namespace {
@@ -19,7 +17,8 @@ std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri) {
         if (uri.isFile())
             return stream;
         return std::make_unique<KWCommonNS::KWMemStream>(stream.release(), kWindowSize, false);
-    } catch (const std::exception&) {
+    } catch (...) {
+        // A host may throw what it likes, a KWError among it.
         return nullptr;
     }
 }

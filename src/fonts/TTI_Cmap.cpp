@@ -1,5 +1,6 @@
 #include "fonts/TTI_Cmap.h"
 
+#include "fonts/SfntPlatforms.h"
 #include "fonts/cmap/CmapEncoding.h"
 #include "fonts/cmap/CmapFormat0.h"
 #include "fonts/cmap/CmapFormat14.h"
@@ -20,18 +21,14 @@ namespace {
 constexpr std::size_t kHeaderSize = 4;
 constexpr std::size_t kRecordSize = 8;
 
-constexpr std::uint16_t kUnicode = 0;
-constexpr std::uint16_t kMacintosh = 1;
-constexpr std::uint16_t kWindows = 3;
-
 /// Unicode records below this encoding date from before Unicode 2.0; only `macFont` takes them.
 constexpr std::uint16_t kUnicode20 = 3;
 
 bool isReadEncoding(std::uint16_t platformID, std::uint16_t encodingID) {
     switch (platformID) {
-    case kWindows:
+    case kPlatformWindows:
         return encodingID <= 5 || encodingID == 10;
-    case kMacintosh:
+    case kPlatformMacintosh:
         return encodingID <= 3 || encodingID == 25;
     default:
         return true;
@@ -64,6 +61,7 @@ struct TTI_Cmap::Slots {
     template <class Format>
     bool readFormat(SfntReader& reader, std::uint64_t offset, std::optional<Format>& slot,
                     int format, std::uint16_t platformID, std::uint16_t encodingID);
+    void indexAnswering();
     unsigned short lookup(int ch, bool allowGlyphZero) const;
 };
 
@@ -96,11 +94,11 @@ bool TTI_Cmap::Slots::readRecords(SfntReader& reader, std::uint64_t tableOffset,
         const std::uint8_t* record = records.data() + at;
         const std::uint16_t platformID = ByteView::loadU16(record);
         std::uint16_t encodingID = ByteView::loadU16(record + 2);
-        if (platformID == kUnicode) {
+        if (platformID == kPlatformUnicode) {
             if (!macFont && encodingID < kUnicode20)
                 continue;
             encodingID = 1;
-        } else if (platformID != kMacintosh && platformID != kWindows) {
+        } else if (platformID != kPlatformMacintosh && platformID != kPlatformWindows) {
             continue;
         }
         const std::uint64_t offset = tableOffset + ByteView::loadU32(record + 4);
@@ -161,6 +159,22 @@ bool TTI_Cmap::Slots::readFormat(SfntReader& reader, std::uint64_t offset,
     return true;
 }
 
+void TTI_Cmap::Slots::indexAnswering() {
+    switch (answering) {
+    case 4:
+        cmapFormat4->buildIndex();
+        break;
+    case 12:
+        cmapFormat12->buildIndex();
+        break;
+    case 13:
+        cmapFormat13->buildIndex();
+        break;
+    default:
+        break;
+    }
+}
+
 unsigned short TTI_Cmap::Slots::lookup(int ch, bool allowGlyphZero) const {
     const int code = encoding.convert(ch);
     if (code == -1)
@@ -185,6 +199,12 @@ TTI_Cmap::~TTI_Cmap() = default;
 bool TTI_Cmap::read(SfntReader& reader, bool embedded, bool& macFont) {
     if (slots_->holdsSubtable())
         return true;
+    const bool ok = readTable(reader, embedded, macFont);
+    slots_->indexAnswering();
+    return ok;
+}
+
+bool TTI_Cmap::readTable(SfntReader& reader, bool embedded, bool& macFont) {
     const TTI_TableRecord* table = reader.table(sfntTag("cmap"));
     if (!table)
         return embedded || reader.fail(FS_ERROR_FONT_FILE, "'cmap' table not found");

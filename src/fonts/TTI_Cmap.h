@@ -35,11 +35,14 @@ public:
     /// Glyph of a variation sequence, 0xFFFF when it is not listed.
     unsigned short variationSequence(int ch, int selector, bool allowGlyphZero) const;
 
-    /// The largest number of characters that a subtable covers.
+    /// The largest number of characters that a subtable claims: format 0 counts one more than it
+    /// has, and the sums of hostile ranges wrap.
     unsigned int embedableCharCount() const;
 
 private:
     struct Slots;
+    bool readTable(SfntReader& reader, bool embedded, bool& macFont);
+
     std::unique_ptr<Slots> slots_;
 };
 

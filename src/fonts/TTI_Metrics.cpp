@@ -28,7 +28,7 @@ bool TTI_Metrics::read(SfntReader& reader, const TTI_TableRecord& table, int num
     if (bearings <= 0)
         return true;
     std::vector<std::uint8_t> bytes;
-    if (!reader.read(table.offset + hMetrics.size() * kLongMetricSize,
+    if (!reader.read(std::uint64_t{table.offset} + hMetrics.size() * kLongMetricSize,
                      static_cast<std::size_t>(bearings) * 2, bytes))
         return reader.fail(FS_ERROR_FONT_READ, "'hmtx' left side bearing read error");
     leftSideBearings.reserve(static_cast<std::size_t>(bearings));

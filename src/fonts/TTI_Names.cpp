@@ -1,5 +1,7 @@
 #include "fonts/TTI_Names.h"
 
+#include "fonts/SfntPlatforms.h"
+
 #include "common/KWLimits.h"
 
 #include <unicode/ucnv.h>
@@ -18,8 +20,6 @@ using KWCommonNS::ByteView;
 
 namespace {
 
-constexpr std::uint16_t kMacintosh = 1;
-constexpr std::uint16_t kWindows = 3;
 constexpr TTI_Names::LanguageID kUSEnglish = 1033;
 
 constexpr std::size_t kHeaderSize = 6;
@@ -43,36 +43,7 @@ bool identifiesFont(TTI_Names::Which which) {
 }
 
 const char* macConverter(std::uint16_t encoding) {
-    switch (encoding) {
-    case 0:
-        return "cp1252";
-    case 1:
-        return "cp932";
-    case 2:
-        return "cp950";
-    case 3:
-        return "cp949";
-    case 25:
-        return "cp936";
-    default:
-        return nullptr;
-    }
-}
-
-/// The converters of the Windows encodings before Unicode.
-const char* windowsConverter(std::uint16_t encoding) {
-    switch (encoding) {
-    case 2:
-        return "ShiftJIS";
-    case 3:
-        return "GB2312";
-    case 4:
-        return "Big5";
-    case 5:
-        return "cp949";
-    default:
-        return nullptr;
-    }
+    return encoding == 0 ? "cp1252" : macEastAsianConverter(encoding);
 }
 
 bool isControl(char16_t unit) {
@@ -117,10 +88,10 @@ private:
         const std::uint16_t encoding = ByteView::loadU16(record + 2);
         const LanguageID language = ByteView::loadU16(record + 4);
         const std::uint16_t nameId = ByteView::loadU16(record + 6);
-        if (platform == kMacintosh) {
+        if (platform == kPlatformMacintosh) {
             if (macConverter(encoding) == nullptr || !macTakes(nameId, familyOnly))
                 return;
-        } else if (platform == kWindows) {
+        } else if (platform == kPlatformWindows) {
             if (encoding > 5 || language == 0)
                 return;
             (encoding == 0 ? sawSymbol_ : sawOther_) = true;
@@ -131,12 +102,13 @@ private:
         if (!which || names_.contains({language, *which}))
             return;
         std::size_t length = ByteView::loadU16(record + 8);
-        if (platform == kWindows)
+        if (platform == kPlatformWindows)
             length &= ~std::size_t{1};
         if (!readString(length, ByteView::loadU16(record + 10)))
             return;
-        UnicodeString text = platform == kMacintosh ? decode(macConverter(encoding), string_)
-                                                    : decodeWindows(encoding);
+        UnicodeString text = platform == kPlatformMacintosh
+                                 ? decode(macConverter(encoding), string_)
+                                 : decodeWindows(encoding);
         if (text.isEmpty())
             return;
         names_.emplace(std::pair(language, *which), std::move(text));
@@ -171,7 +143,7 @@ private:
 
     UnicodeString decodeWindows(std::uint16_t encoding) {
         const ByteView bytes(string_.data(), string_.size());
-        const char* converter = windowsConverter(encoding);
+        const char* converter = windowsEastAsianConverter(encoding);
         if (converter == nullptr)
             return fromUtf16(bytes);
         // One byte in each unit is text of the old code page; anything wider is Unicode after all.

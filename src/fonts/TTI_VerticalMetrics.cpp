@@ -45,7 +45,7 @@ bool TTI_VerticalMetrics::readVorg(SfntReader& reader, const TTI_TableRecord& ta
     defaultVertOriginY = ByteView::loadI16(&header[4]);
     const std::size_t count = ByteView::loadU16(&header[6]);
     std::vector<std::uint8_t> bytes;
-    if (!reader.read(table.offset + kVorgHeaderSize, count * kVorgRecordSize, bytes))
+    if (!reader.read(std::uint64_t{table.offset} + kVorgHeaderSize, count * kVorgRecordSize, bytes))
         return failVorg(reader);
     vertOriginYMetrics.reserve(count);
     for (std::size_t at = 0; at < bytes.size(); at += kVorgRecordSize)

@@ -16,13 +16,11 @@ class SubTableReader;
 /// GSUB lookup type 1, format 1: one distance for all covered glyphs, modulo 65536.
 class GSUB_SingleSubstFormat1 final : public TTI_SubTable {
 public:
-    static constexpr int kLookupType = 1;
-
     /// Null without a usable coverage.
     static std::unique_ptr<TTI_SubTable> read(SubTableReader& reader, KWCommonNS::ByteView table);
 
     unsigned short substituteSingle(unsigned short gid) const override;
-    int lookupType() const override { return kLookupType; }
+    int lookupType() const override { return kGsubSingle; }
 
 private:
     std::shared_ptr<const TTI_Coverage> coverage_;
@@ -32,13 +30,11 @@ private:
 /// GSUB lookup type 1, format 2: a substitute for each covered glyph.
 class GSUB_SingleSubstFormat2 final : public TTI_SubTable {
 public:
-    static constexpr int kLookupType = 1;
-
     /// Null without a usable coverage.
     static std::unique_ptr<TTI_SubTable> read(SubTableReader& reader, KWCommonNS::ByteView table);
 
     unsigned short substituteSingle(unsigned short gid) const override;
-    int lookupType() const override { return kLookupType; }
+    int lookupType() const override { return kGsubSingle; }
 
 private:
     std::shared_ptr<const TTI_Coverage> coverage_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "layout/LayoutLimits.h"
+#include "common/KWLimits.h"
 
 #include <cstddef>
 #include <limits>
@@ -12,9 +12,11 @@ namespace KWFontService_NS {
 class LayoutBudget {
 public:
     explicit LayoutBudget(std::size_t tableSize)
-        : left_(tableSize > (kMax - kLayoutFreeBytes) / kLayoutReadsOfEachByte
-                    ? kMax
-                    : kLayoutFreeBytes + kLayoutReadsOfEachByte * tableSize) {}
+        : left_(
+              tableSize > (kMax - KWCommonNS::kLayoutFreeBytes) / KWCommonNS::kLayoutReadsOfEachByte
+                  ? kMax
+                  : KWCommonNS::kLayoutFreeBytes + KWCommonNS::kLayoutReadsOfEachByte * tableSize) {
+    }
 
     /// False when the rest does not cover `bytes`; from then on nothing is covered.
     bool spend(std::size_t bytes) {
@@ -26,6 +28,9 @@ public:
         }
         return !exhausted_;
     }
+    /// The same for an object that is kept.
+    /// @param bytes  read for it
+    bool spendObject(std::size_t bytes) { return spend(KWCommonNS::kLayoutObjectCost + bytes); }
     bool exhausted() const { return exhausted_; }
 
 private:

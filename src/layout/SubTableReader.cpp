@@ -3,22 +3,17 @@
 #include "layout/GSUB_SingleSubst.h"
 #include "layout/LayoutArrays.h"
 
+#include "common/KWLimits.h"
+
 namespace KWFontService_NS {
 
 using KWCommonNS::ByteView;
+using KWCommonNS::kMaxExtensionDepth;
 
 namespace {
 
-constexpr std::uint32_t kGsubSingle = 1;
-constexpr std::uint32_t kGsubExtension = 7;
-constexpr std::uint32_t kGposExtension = 9;
-
 /// Moves from an extension subtable to the one inside; false when it does not say where that is.
-bool enterExtension(ByteView& table, std::uint32_t& type) {
-    const auto wrapped = table.u16(2);
-    if (!wrapped)
-        return false;
-    type = *wrapped;
+bool enterExtension(ByteView& table) {
     const auto offset = table.u32(4);
     if (!offset)
         return false;
@@ -28,9 +23,14 @@ bool enterExtension(ByteView& table, std::uint32_t& type) {
 
 } // namespace
 
-std::unique_ptr<TTI_SubTable> SubTableReader::readGsub(ByteView table, std::uint32_t& type) {
+std::unique_ptr<TTI_SubTable> SubTableReader::readGsub(ByteView table, std::uint32_t type,
+                                                       std::uint32_t& lookupType) {
     for (int depth = 0; type == kGsubExtension; ++depth) {
-        if (depth == kMaxExtensionDepth || !enterExtension(table, type))
+        const auto wrapped = table.u16(2);
+        if (depth == kMaxExtensionDepth || !wrapped)
+            return nullptr;
+        type = lookupType = *wrapped;
+        if (!enterExtension(table))
             return nullptr;
     }
     const auto format = table.u16(0);
@@ -45,8 +45,10 @@ std::unique_ptr<TTI_SubTable> SubTableReader::readGsub(ByteView table, std::uint
 
 std::unique_ptr<TTI_SubTable> SubTableReader::readGpos(ByteView table, std::uint32_t type) {
     for (int depth = 0; type == kGposExtension; ++depth) {
-        if (depth == kMaxExtensionDepth || table.u16(0) != 1 || !enterExtension(table, type))
+        const auto wrapped = table.u16(2);
+        if (depth == kMaxExtensionDepth || table.u16(0) != 1 || !enterExtension(table))
             return nullptr;
+        type = *wrapped;
     }
     return nullptr;
 }
@@ -60,7 +62,8 @@ std::shared_ptr<const TTI_Coverage> SubTableReader::coverage(ByteView table, std
     if (known != coverages_.end())
         return known->second;
     const std::size_t recordSize = view.u16(0) == 2 ? 6 : 2;
-    if (!spend(4 + recordSize * heldRecords(view, 4, view.u16(2).value_or(0), recordSize)))
+    const std::size_t held = heldRecords(view, 4, view.u16(2).value_or(0), recordSize);
+    if (!budget_.spendObject(4 + recordSize * held))
         return nullptr;
     return coverages_[view.data()] = TTI_Coverage::read(view);
 }

@@ -20,8 +20,10 @@ public:
     explicit SubTableReader(LayoutBudget& budget) : budget_(budget) {}
 
     /// A subtable, null when its type or format is unknown or it is bad.
-    /// @param type  the lookup's type; set to the type inside when the subtable is an extension
-    std::unique_ptr<TTI_SubTable> readGsub(KWCommonNS::ByteView table, std::uint32_t& type);
+    /// @param type        the lookup's type in the file
+    /// @param lookupType  set to the last type that is read from an extension, and left else
+    std::unique_ptr<TTI_SubTable> readGsub(KWCommonNS::ByteView table, std::uint32_t type,
+                                           std::uint32_t& lookupType);
     /// A subtable, null when its type or format is unknown or it is bad.
     std::unique_ptr<TTI_SubTable> readGpos(KWCommonNS::ByteView table, std::uint32_t type);
 

@@ -4,6 +4,8 @@
 #include "layout/LayoutBudget.h"
 #include "layout/SubTableReader.h"
 
+#include "common/KWLimits.h"
+
 #include <KWFontService17/FS_Types.h>
 
 #include <algorithm>
@@ -16,13 +18,14 @@ using KWCommonNS::ByteView;
 namespace {
 
 constexpr std::uint32_t kVertTag = 0x76657274; // 'vert'
-constexpr int kGsubSingleType = 1;
 
 constexpr std::size_t kTaggedRecordSize = 6; // a tag and a 16-bit offset
 constexpr std::size_t kFeatureHeaderSize = 4;
 constexpr std::size_t kLookupHeaderSize = 6;
 constexpr std::size_t kScriptHeaderSize = 4;
 constexpr std::size_t kLangSysHeaderSize = 6;
+/// More than the two bytes that are read for it.
+constexpr std::size_t kOrderedLookupCost = sizeof(TTI_LangSys::OrderedLookup);
 
 /// The number of records of a list; nothing when the list lies outside its table.
 std::optional<std::size_t> listCount(ByteView list, std::size_t recordSize) {
@@ -34,23 +37,20 @@ std::optional<std::size_t> listCount(ByteView list, std::size_t recordSize) {
 
 } // namespace
 
-TTI_LayoutTable::Result TTI_LayoutTable::read(ByteView table, Kind kind) {
+std::vector<TTI_LayoutTable::List> TTI_LayoutTable::read(ByteView table, Kind kind) {
     LayoutBudget budget(table.size());
-    if (const auto offset = table.u16(6).value_or(0)) {
-        if (!readFeatures(table.from(offset), budget))
-            return Result::FeatureListError;
-    }
-    if (const auto offset = table.u16(8).value_or(0)) {
-        if (!readLookups(table.from(offset), kind, budget))
-            return Result::LookupListError;
-        collectVertSubtables();
-    }
+    std::vector<List> bad;
+    const auto readList = [&](List list, std::size_t field, auto readIt) {
+        const std::uint16_t offset = table.u16(field).value_or(0);
+        if (offset != 0 && !readIt(table.from(offset)))
+            bad.push_back(list);
+    };
+    readList(List::Features, 6, [&](ByteView list) { return readFeatures(list, budget); });
+    readList(List::Lookups, 8, [&](ByteView list) { return readLookups(list, kind, budget); });
     // Scripts come last since they link to the feature records.
-    if (const auto offset = table.u16(4).value_or(0)) {
-        if (!readScripts(table.from(offset), budget))
-            return Result::ScriptListError;
-    }
-    return Result::Ok;
+    readList(List::Scripts, 4, [&](ByteView list) { return readScripts(list, budget); });
+    collectVertSubtables();
+    return bad;
 }
 
 bool TTI_LayoutTable::readFeatures(ByteView list, LayoutBudget& budget) {
@@ -94,14 +94,11 @@ bool TTI_LayoutTable::readLookups(ByteView list, Kind kind, LayoutBudget& budget
             return false;
         lookup.subtables.reserve(offsets.size());
         for (const std::uint16_t offset : offsets) {
-            if (!budget.spend(kLayoutObjectCost))
+            if (!budget.spendObject(0))
                 return false;
-            std::uint32_t innerType = type;
             lookup.subtables.push_back(kind == Kind::Gsub
-                                           ? reader.readGsub(table.from(offset), innerType)
-                                           : reader.readGpos(table.from(offset), innerType));
-            if (innerType != type)
-                lookup.type = innerType;
+                                           ? reader.readGsub(table.from(offset), type, lookup.type)
+                                           : reader.readGpos(table.from(offset), type));
         }
         if (budget.exhausted())
             return false;
@@ -110,6 +107,20 @@ bool TTI_LayoutTable::readLookups(ByteView list, Kind kind, LayoutBudget& budget
 }
 
 bool TTI_LayoutTable::readScripts(ByteView list, LayoutBudget& budget) {
+    const bool ok = readScriptRecords(list, budget);
+    // Only now: a tag may be repeated thousands of times, and adds to its language system each
+    // time.
+    for (auto& [script, languages] : scripts_) {
+        for (auto& [language, langSys] : languages) {
+            std::ranges::stable_sort(langSys.lookupOrder, {},
+                                     &TTI_LangSys::OrderedLookup::lookupIndex);
+            langSys.lookupOrder.shrink_to_fit();
+        }
+    }
+    return ok;
+}
+
+bool TTI_LayoutTable::readScriptRecords(ByteView list, LayoutBudget& budget) {
     const auto count = listCount(list, kTaggedRecordSize);
     if (!count)
         return false;
@@ -128,7 +139,7 @@ bool TTI_LayoutTable::readScripts(ByteView list, LayoutBudget& budget) {
 bool TTI_LayoutTable::readScript(ByteView table, TTI_Script& script, LayoutBudget& budget) {
     const std::size_t count = heldRecords(table, kScriptHeaderSize,
                                           ByteView::loadU16(table.data() + 2), kTaggedRecordSize);
-    if (!budget.spend(kScriptHeaderSize + count * kTaggedRecordSize))
+    if (!budget.spendObject(kScriptHeaderSize + count * kTaggedRecordSize))
         return false;
     const auto readLanguage = [&](std::uint32_t tag, std::uint16_t offset) {
         const ByteView langSys = table.from(offset);
@@ -151,22 +162,18 @@ bool TTI_LayoutTable::readLangSys(ByteView table, TTI_LangSys& langSys, LayoutBu
     langSys.featureCount = ByteView::loadU16(table.data() + 4);
     const std::vector<std::uint16_t> indices =
         readU16s(table, kLangSysHeaderSize, langSys.featureCount);
-    if (!budget.spend(kLangSysHeaderSize + 2 * indices.size()))
+    if (!budget.spendObject(kLangSysHeaderSize + 2 * indices.size()))
         return false;
     for (const std::uint16_t index : indices) {
         if (index >= features_.size())
             continue;
         const TTI_Feature& feature = features_[index];
-        if (!budget.spend(kLayoutObjectCost + 2 * feature.lookupIndices.size()))
+        if (!budget.spendObject(kOrderedLookupCost * feature.lookupIndices.size()))
             return false;
         langSys.features.emplace(feature.tag, &feature);
         for (const std::uint16_t lookupIndex : feature.lookupIndices)
             langSys.lookupOrder.push_back({feature.tag, lookupIndex});
     }
-    std::stable_sort(langSys.lookupOrder.begin(), langSys.lookupOrder.end(),
-                     [](const TTI_LangSys::OrderedLookup& a, const TTI_LangSys::OrderedLookup& b) {
-                         return a.lookupIndex < b.lookupIndex;
-                     });
     return true;
 }
 
@@ -194,9 +201,9 @@ void TTI_LayoutTable::collectVertSubtables() {
             continue;
         taken[index] = true;
         for (const auto& subtable : lookups_[index].subtables) {
-            if (!subtable || subtable->lookupType() != kGsubSingleType)
+            if (!subtable || subtable->lookupType() != kGsubSingle)
                 continue;
-            if (vertSubtables_.size() == kMaxVertSubtables)
+            if (vertSubtables_.size() == KWCommonNS::kMaxVertSubtables)
                 return;
             vertSubtables_.push_back(subtable.get());
         }

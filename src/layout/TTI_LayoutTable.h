@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace KWFontService_NS {
@@ -25,7 +24,8 @@ struct TTI_Lookup {
     /// As in the file, but in GSUB the type that an extension lookup wraps; GPOS keeps 9.
     std::uint32_t type = 0;
     std::uint32_t flag = 0;
-    /// As many as in the file; null where the type or format is unknown or the subtable is bad.
+    /// As many as the file holds of those it counts; null where the type or format is unknown or
+    /// the subtable is bad.
     std::vector<std::unique_ptr<TTI_SubTable>> subtables;
 };
 
@@ -35,7 +35,8 @@ struct TTI_LangSys {
         std::uint32_t tag;
         std::uint32_t lookupIndex;
     };
-    /// One entry for each lookup of each feature, ascending by lookup index.
+    /// One entry for each lookup of each feature, ascending by lookup index; of one index, in the
+    /// order of the features.
     std::vector<OrderedLookup> lookupOrder;
     /// Kept as in the file; a required feature is not applied by itself.
     std::uint16_t requiredFeatureIndex = 0xFFFF;
@@ -45,24 +46,24 @@ struct TTI_LangSys {
 };
 
 /// The language systems of a script by language tag; the default one is under tag 0.
-using TTI_Script = std::unordered_map<std::uint32_t, TTI_LangSys>;
+using TTI_Script = std::map<std::uint32_t, TTI_LangSys>;
 
 /// A GSUB or GPOS table (OpenType, Common Table Formats), read into objects of our own: nothing in
 /// it points back to the file. It does not change after `read` and is shared between threads.
 class TTI_LayoutTable {
 public:
     enum class Kind { Gsub, Gpos };
-    /// Which list of the table was bad.
-    enum class Result { Ok, FeatureListError, LookupListError, ScriptListError };
+    enum class List { Features, Lookups, Scripts };
 
     TTI_LayoutTable() = default;
     TTI_LayoutTable(TTI_LayoutTable&&) = default;
     TTI_LayoutTable& operator=(TTI_LayoutTable&&) = default;
 
-    /// Reads features, lookups and scripts, in this order; a list whose offset is 0 is absent. The
-    /// first bad list ends the reading and keeps those before it. Inside a list a bad feature
+    /// Reads features, lookups and scripts, in this order; a list whose offset is 0 is absent.
+    /// Answers the bad lists in the same order: those outside the table, and those that make it
+    /// read beyond all measure. The others are usable all the same. Inside a list a bad feature
     /// table, lookup, subtable or language system is left out, and the places of the others stay.
-    Result read(KWCommonNS::ByteView table, Kind kind);
+    std::vector<List> read(KWCommonNS::ByteView table, Kind kind);
 
     const std::vector<TTI_Feature>& features() const { return features_; }
     const std::vector<TTI_Lookup>& lookups() const { return lookups_; }
@@ -83,13 +84,14 @@ private:
     bool readFeatures(KWCommonNS::ByteView list, LayoutBudget& budget);
     bool readLookups(KWCommonNS::ByteView list, Kind kind, LayoutBudget& budget);
     bool readScripts(KWCommonNS::ByteView list, LayoutBudget& budget);
+    bool readScriptRecords(KWCommonNS::ByteView list, LayoutBudget& budget);
     bool readScript(KWCommonNS::ByteView table, TTI_Script& script, LayoutBudget& budget);
     bool readLangSys(KWCommonNS::ByteView table, TTI_LangSys& langSys, LayoutBudget& budget);
     void collectVertSubtables();
 
     std::vector<TTI_Feature> features_;
     std::vector<TTI_Lookup> lookups_;
-    std::unordered_map<std::uint32_t, TTI_Script> scripts_;
+    std::map<std::uint32_t, TTI_Script> scripts_;
     std::size_t vertFeature_ = kNoFeature;
     /// The single substitutions of the `vert` feature, in the order they are tried.
     std::vector<const TTI_SubTable*> vertSubtables_;

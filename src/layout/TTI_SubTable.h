@@ -11,6 +11,11 @@ struct FS_GSUBGPOSInfo;
 struct TTI_Lookup;
 struct TTI_LookupRecord;
 
+// Lookup types by their numbers in the file.
+inline constexpr int kGsubSingle = 1;
+inline constexpr int kGsubExtension = 7;
+inline constexpr int kGposExtension = 9;
+
 /// One subtable of a GSUB or GPOS lookup. A format replaces the operations of its lookup type; what
 /// it leaves answers that the subtable does not apply.
 ///

@@ -15,6 +15,14 @@ System& system() {
     return replaced != nullptr ? *replaced : nativeSystem();
 }
 
+char16_t System::preferredSeparator() {
+    return nativeSystem().preferredSeparator();
+}
+
+char16_t preferredSeparator() {
+    return system().preferredSeparator();
+}
+
 SystemOverride::SystemOverride(System& replacement)
     : previous_(replacedSystem.exchange(&replacement)) {}
 

@@ -100,6 +100,9 @@ public:
     /// @param moduleName its file name on Windows, "X.dll"; on posix "libX.so" and its versions are
     ///                   meant. The folder of the program when no such module is loaded
     virtual std::u16string moduleFolder(const std::u16string& moduleName) = 0;
+    /// What stands between the parts of a path: "/" or "\". That of the real system, unless a
+    /// double says otherwise.
+    virtual char16_t preferredSeparator();
 };
 
 /// The system in use: the real one unless a test has put another in its place.
@@ -119,7 +122,7 @@ private:
     System* previous_;
 };
 
-/// What stands between the parts of a path: "/" or "\".
+/// That of the system in use.
 char16_t preferredSeparator();
 
 /// A path as other libraries take it (`const char*`); nothing when it has no such form.

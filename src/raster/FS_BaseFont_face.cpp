@@ -1,4 +1,5 @@
 #include "fonts/FS_ServiceContext.h"
+#include "fonts/FontStream.h"
 #include "raster/FTFace.h"
 
 #include <KWCommon15/KWCStr.h>
@@ -8,9 +9,9 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-#include <exception>
 #include <istream>
 #include <limits>
+#include <memory>
 #include <new>
 
 namespace KWFontService_NS {
@@ -20,12 +21,13 @@ using KWCommonNS::KWMutex;
 
 namespace {
 
-constexpr std::size_t kWindowSize = 8192;
 /// FreeType takes a face index of 16 bits; the bits above name instances of variable fonts.
 constexpr int kMaxFaceIndex = 0xFFFF;
 
-bool readAll(KWMemStream& stream, FTFaceBytes held) {
-    const std::streamsize length = stream.length();
+bool readAll(std::istream& stream, FTFaceBytes held) {
+    stream.clear();
+    stream.seekg(0, std::ios::end);
+    const std::streamoff length = stream.tellg();
     if (length <= 0 || length > std::numeric_limits<FT_Long>::max())
         return false;
     held.bytes.reset(new (std::nothrow) std::uint8_t[static_cast<std::size_t>(length)]);
@@ -40,15 +42,10 @@ bool readAll(KWMemStream& stream, FTFaceBytes held) {
 }
 
 bool readFile(FS_BaseFont& font, FTFaceBytes held) {
-    if (KWMemStream* unpacked = font.getFontStream()) {
-        KWMemStream window(unpacked, kWindowSize, true);
-        return readAll(window, held);
-    }
-    std::istream* file = font.getUri().getIStream(nullptr, nullptr);
-    if (file == nullptr)
-        return false;
-    KWMemStream window(file, kWindowSize, false);
-    return readAll(window, held);
+    if (KWMemStream* unpacked = font.getFontStream())
+        return readAll(*unpacked, held);
+    const std::unique_ptr<std::istream> file = openFontStream(font.getUri());
+    return file && readAll(*file, held);
 }
 
 /// By its path. FreeType's failure to open the file at all is left to the other way.
@@ -82,13 +79,8 @@ FS_FTFacePtr openFTFace(FS_BaseFont& font, FTFaceBytes held, int faceIndex) {
         if (error != FT_Err_Cannot_Open_Resource)
             return nullptr;
     }
-    try {
-        if (!held.bytes && !readFile(font, held))
-            return nullptr;
-    } catch (const std::exception&) {
-        // The host's fetcher may throw; drawing only fails.
+    if (!held.bytes && !readFile(font, held))
         return nullptr;
-    }
     if (FT_New_Memory_Face(library, held.bytes.get(), static_cast<FT_Long>(held.count), faceIndex,
                            &face) != FT_Err_Ok)
         return nullptr;

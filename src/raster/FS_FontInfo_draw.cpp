@@ -10,11 +10,13 @@
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#include FT_GLYPH_H
 #include FT_OUTLINE_H
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <new>
 
 namespace KWFontService_NS {
@@ -84,8 +86,13 @@ FT_Pos emboldenStrength(int pixels) {
     return std::clamp<FT_Pos>(pixels, -kMost, kMost) * 64;
 }
 
-/// Loads and renders a glyph into the face's slot. Null, or what went wrong.
-const char* renderGlyph(FT_Face face, unsigned short gid, FT_Pos strength) {
+struct GlyphDone {
+    void operator()(FT_Glyph glyph) const { FT_Done_Glyph(glyph); }
+};
+using GlyphPtr = std::unique_ptr<FT_GlyphRec, GlyphDone>;
+
+/// Loads a glyph into the face's slot and renders it. Null, or what went wrong.
+const char* renderGlyph(FT_Face face, unsigned short gid, FT_Pos strength, GlyphPtr& bitmap) {
     if (FT_Load_Glyph(face, gid, FT_LOAD_NO_BITMAP) != FT_Err_Ok &&
         FT_Load_Glyph(face, gid, FT_LOAD_NO_BITMAP | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH) !=
             FT_Err_Ok)
@@ -98,11 +105,13 @@ const char* renderGlyph(FT_Face face, unsigned short gid, FT_Pos strength) {
     // FreeType would draw one blank pixel.
     if (slot->format == FT_GLYPH_FORMAT_OUTLINE && slot->outline.n_points == 0)
         return "Invalid Glyph BMP.";
-    if (FT_Render_Glyph(slot, FT_RENDER_MODE_MONO) != FT_Err_Ok)
+    // A copy of the glyph, so that no bitmap stays behind in the shared slot.
+    FT_Glyph glyph = nullptr;
+    if (FT_Get_Glyph(slot, &glyph) != FT_Err_Ok)
         return kRendererError;
-    if (slot->bitmap.rows == 0 || slot->bitmap.width == 0)
-        return "Invalid Glyph BMP.";
-    return nullptr;
+    const FT_Error error = FT_Glyph_To_Bitmap(&glyph, FT_RENDER_MODE_MONO, nullptr, 1);
+    bitmap.reset(glyph);
+    return error == FT_Err_Ok ? nullptr : kRendererError;
 }
 
 } // namespace
@@ -131,11 +140,14 @@ bool FS_FontInfo::drawGlyph(unsigned short gid, float pointSize, unsigned int dp
 
     const FaceTransform transform(face, glyphMatrix(setting));
     const FT_Pos strength = emboldenStrength(setting.emboldenPixels);
-    if (const char* detail = renderGlyph(face, gid, strength))
+    GlyphPtr glyph;
+    if (const char* detail = renderGlyph(face, gid, strength, glyph))
         return fail(drawError, detail);
+    const auto* rendered = reinterpret_cast<FT_BitmapGlyph>(glyph.get());
+    const FT_Bitmap& source = rendered->bitmap;
+    if (source.rows == 0 || source.width == 0)
+        return fail(drawError, "Invalid Glyph BMP.");
 
-    const FT_GlyphSlot slot = face->glyph;
-    const FT_Bitmap& source = slot->bitmap;
     bitmap->pixels.reset(new (std::nothrow) std::uint8_t[std::size_t{source.rows} * source.width]);
     if (!bitmap->pixels)
         return fail(drawError, "Ouf of Memory.");
@@ -144,10 +156,11 @@ bool FS_FontInfo::drawGlyph(unsigned short gid, float pointSize, unsigned int dp
     expandMonoBitmap(source, bitmap->pixels.get());
 
     const int half = static_cast<int>((strength / 2) >> 6);
-    const int advance = static_cast<int>((slot->metrics.horiAdvance - strength) >> 6);
-    bitmap->rowsFromHorizontal = half - slot->bitmap_top;
-    bitmap->colsFromHorizontal = slot->bitmap_left - half;
-    if (const auto step = stepFromVertOrigin(setting, emPixels * vertOrigin, advance / 2)) {
+    const int advance = static_cast<int>((face->glyph->metrics.horiAdvance - strength) >> 6);
+    bitmap->rowsFromHorizontal = half - rendered->top;
+    bitmap->colsFromHorizontal = rendered->left - half;
+    if (const auto step =
+            stepFromVertOrigin(setting, double{pointSize} * vertOrigin, dpi, advance / 2)) {
         bitmap->rowsFromVertical = toPixels(step->rows + bitmap->rowsFromHorizontal);
         bitmap->colsFromVertical = toPixels(step->cols + bitmap->colsFromHorizontal);
     }

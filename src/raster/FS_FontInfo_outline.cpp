@@ -12,9 +12,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <map>
 #include <new>
+#include <type_traits>
 
 namespace KWFontService_NS {
 
@@ -30,9 +32,12 @@ int subdivision(int unitsPerEm) {
     return unitsPerEm == 0 ? kLeast : std::max((kFinest / unitsPerEm) & ~1, kLeast);
 }
 
-int toInt(FT_Pos value) {
+template <class Number>
+int toInt(Number value) {
     using Limits = std::numeric_limits<int>;
-    return static_cast<int>(std::clamp<FT_Pos>(value, Limits::min(), Limits::max()));
+    // Compared as a type that holds both ends of int exactly.
+    using Wide = std::conditional_t<std::is_floating_point_v<Number>, double, std::int64_t>;
+    return static_cast<int>(std::clamp<Wide>(value, Limits::min(), Limits::max()));
 }
 
 /// Takes an outline apart into the contours and bounds of a draw info.
@@ -197,9 +202,12 @@ int FS_FontInfo::computeVertOriginShift(unsigned short gid) const {
         static_cast<float>(info.yMax - info.vertAdvance) <= info.outlineYMin)
         return 0;
     const FT_FaceRec_* face = font->getFTFace(faceIndex);
-    const int ascender = face != nullptr ? face->ascender : 0;
-    const int below = ascender - static_cast<int>(info.outlineYMax) - info.vertBearingY;
-    return below > 0 ? ascender - below : 0;
+    if (face == nullptr)
+        return 0;
+    // Wide enough for whatever a hostile outline says.
+    const std::int64_t ascender = face->ascender;
+    const std::int64_t below = ascender - toInt(info.outlineYMax) - info.vertBearingY;
+    return below > 0 ? toInt(ascender - below) : 0;
 }
 
 } // namespace KWFontService_NS

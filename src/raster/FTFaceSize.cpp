@@ -26,12 +26,15 @@ bool isStill(const FT_Size_Metrics& a, const FT_Size_Metrics& b) {
 } // namespace
 
 FT_Error setFTFaceSize(FT_Face face, FT_F26Dot6 height, FT_UInt dpi) {
-    auto* last = static_cast<FaceSize*>(face->generic.data);
+    // Somebody else's data is left alone; then nothing is remembered.
+    const bool free = face->generic.data == nullptr && face->generic.finalizer == nullptr;
+    const bool ours = face->generic.finalizer == freeFaceSize;
+    auto* last = ours ? static_cast<FaceSize*>(face->generic.data) : nullptr;
     if (last != nullptr && last->height == height && last->dpi == dpi &&
         isStill(face->size->metrics, last->metrics))
         return FT_Err_Ok;
     const FT_Error error = FT_Set_Char_Size(face, 0, height, 0, dpi);
-    if (last == nullptr && (last = new (std::nothrow) FaceSize) != nullptr)
+    if (free && (last = new (std::nothrow) FaceSize) != nullptr)
         face->generic = {last, freeFaceSize};
     if (last != nullptr)
         *last = {error == FT_Err_Ok ? height : -1, dpi, face->size->metrics};

@@ -70,10 +70,11 @@ double estimatePixels(double emPixels, const FS_GlyphBMPSetting& setting) {
 }
 
 std::optional<PixelStep> stepFromVertOrigin(const FS_GlyphBMPSetting& setting, double vertOriginY,
-                                            int middle) {
+                                            unsigned int dpi, int middle) {
     const double scale = double{setting.scale};
     const double rotation = radians(double{setting.rotationAngle});
-    const double height = std::round(vertOriginY * scale);
+    // In this order of factors, which decides the rounding of exact halves.
+    const double height = std::round(vertOriginY * scale * dpi / 72.0);
     const double distance = std::hypot(middle, height);
     if (distance == 0.0)
         return std::nullopt;

@@ -27,9 +27,9 @@ struct PixelStep {
 
 /// From the vertical origin of a drawn glyph to its origin on the baseline; nothing when both are
 /// one point.
-/// @param vertOriginY  the vertical origin above the baseline, in pixels, before the setting
+/// @param vertOriginY  the vertical origin above the baseline, in points, before the setting
 /// @param middle       from the origin to the middle of the advance, in pixels
 std::optional<PixelStep> stepFromVertOrigin(const FS_GlyphBMPSetting& setting, double vertOriginY,
-                                            int middle);
+                                            unsigned int dpi, int middle);
 
 } // namespace KWFontService_NS

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 
 namespace KWFontService_NS {
@@ -26,11 +27,10 @@ void expandMonoBitmap(const FT_Bitmap& bitmap, std::uint8_t* pixels) {
     const std::size_t wholeBytes = bitmap.width / 8;
     const std::size_t rest = bitmap.width % 8;
     const std::ptrdiff_t pitch = bitmap.pitch;
-    // Memory starts with the bottom row when the pitch is negative.
-    const unsigned char* row = bitmap.buffer;
-    if (pitch < 0 && bitmap.rows > 0)
-        row -= pitch * static_cast<std::ptrdiff_t>(bitmap.rows - 1);
-    for (unsigned int y = 0; y < bitmap.rows; ++y, row += pitch) {
+    for (unsigned int y = 0; y < bitmap.rows; ++y) {
+        // Memory starts with the bottom row when the pitch is negative.
+        const auto line = static_cast<std::ptrdiff_t>(pitch < 0 ? bitmap.rows - 1 - y : y);
+        const unsigned char* row = bitmap.buffer + line * std::abs(pitch);
         for (std::size_t i = 0; i < wholeBytes; ++i, pixels += 8)
             std::memcpy(pixels, kPixelsOfByte[row[i]].data(), 8);
         if (rest > 0) {

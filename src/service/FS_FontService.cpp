@@ -14,6 +14,9 @@ FS_FontService::~FS_FontService() {
     fontPool.byName.clear();
     fontPool.byUri.clear();
     // Fonts close their FreeType faces, so they go before the library.
+    defaultEudcFont = {};
+    defaultEudcFontVertical = {};
+    aliasPool.fonts.clear();
     fontPool.fonts.clear();
     keptFonts.clear();
     freeTypeLibrary.reset();

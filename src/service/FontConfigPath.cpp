@@ -1,5 +1,6 @@
 #include "service/FontConfigPath.h"
 
+#include "common/TextView.h"
 #include "platform/Platform.h"
 
 #include <KWCommon15/KWCStr.h>
@@ -13,14 +14,10 @@ using KWPlatform::KnownFolder;
 constexpr const char* kModuleName = "KWFontService17.dll";
 constexpr const char* kDefaultConfig = "font-config.xml";
 
-UnicodeString asText(const std::u16string& text) {
-    return UnicodeString(text.data(), static_cast<std::int32_t>(text.size()));
-}
-
 void replaceWithFolder(UnicodeString& text, const char16_t* word, KnownFolder folder) {
     const std::u16string path = KWPlatform::system().knownFolder(folder);
     if (!path.empty())
-        text.findAndReplace(UnicodeString(word), asText(path));
+        text.findAndReplace(UnicodeString(word), KWCommonNS::toText(path));
 }
 
 /// The user's fonts as a path that has a macro word itself, replaced by a later step.

@@ -103,6 +103,24 @@ TEST_F(FileStreamTest, TellsHowMuchIsLeft) {
     EXPECT_EQ(stream.rdbuf()->in_avail(), -1);
 }
 
+TEST_F(FileStreamTest, GivesBackACharacterBeforeTheBufferedPiece) {
+    stream.seekg(100);
+    stream.unget();
+    EXPECT_EQ(stream.get(), static_cast<unsigned char>(bytes[99]));
+    stream.seekg(10000);
+    stream.putback(bytes[9999]);
+    EXPECT_TRUE(stream.good());
+    EXPECT_EQ(stream.tellg(), 9999);
+    stream.seekg(5);
+    stream.putback(static_cast<char>(bytes[4] + 1)); // another character
+    EXPECT_TRUE(stream.bad());
+    stream.clear();
+    EXPECT_EQ(stream.tellg(), 5);
+    stream.seekg(0);
+    stream.unget(); // nothing before the start
+    EXPECT_TRUE(stream.bad());
+}
+
 TEST(FileStream, AFileThatIsShorterThanItWasGivesShortReads) {
     std::vector<Call> calls;
     FileStream stream(std::make_unique<File>("abc", calls, 100000));

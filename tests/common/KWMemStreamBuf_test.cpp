@@ -1,6 +1,7 @@
 #include "KWCommon15/KWMemStream.h"
 
 #include "SourceDoubles.h"
+#include "common/KWLimits.h"
 
 #include <gtest/gtest.h>
 
@@ -342,26 +343,152 @@ TEST(MemStreamBuf, SeekOfBothPositionsLeavesASourceAttached) {
     EXPECT_EQ(stream.get(), '3');
 }
 
-TEST(MemStreamBuf, ASourceThatThrowsSetsBadbitAndLeavesTheStreamUsable) {
-    struct Throwing : std::streambuf {
-        bool broken = true;
-        int_type underflow() override { return traits_type::eof(); }
-        std::streamsize xsgetn(char* to, std::streamsize) override {
-            if (broken)
-                throw std::runtime_error("device gone");
-            *to = 'x';
-            return 1;
-        }
-        pos_type seekoff(off_type offset, std::ios_base::seekdir,
-                         std::ios_base::openmode) override {
-            return pos_type(offset);
-        }
-        pos_type seekpos(pos_type position, std::ios_base::openmode) override { return position; }
-    } buffer;
+TEST(MemStreamBuf, AWritePastTheEndFillsTheGapWithZeros) {
+    for (const int way : {0, 1, 2}) {
+        KWMemStream stream;
+        stream << "abc";
+        stream.seekp(1000);
+        ASSERT_TRUE(stream.good());
+        EXPECT_EQ(stream.tellp(), 1000);
+        EXPECT_EQ(stream.length(), 3) << "nothing is there before the write";
+        EXPECT_EQ(contents(stream), "abc");
+        std::istringstream from("X");
+        if (way == 0)
+            stream.put('X');
+        else if (way == 1)
+            stream.write("X", 1);
+        else
+            EXPECT_EQ(stream.copyStream(from), 1);
+        EXPECT_EQ(contents(stream), "abc" + std::string(997, '\0') + "X");
+        EXPECT_EQ(stream.tellp(), 1001);
+        EXPECT_EQ(readAt(stream, 999, 5), std::string("\0X", 2));
+    }
+}
+
+TEST(MemStreamBuf, TheGapIsZeroWhereOldBytesLay) {
+    KWMemStream stream;
+    stream << std::string(500, 'x');
+    stream.remove();
+    stream << "a";
+    stream.seekp(400);
+    stream << "b";
+    EXPECT_EQ(contents(stream), "a" + std::string(399, '\0') + "b");
+}
+
+TEST(MemStreamBuf, APutPositionPastTheEndChangesNothingWithoutAWrite) {
+    KWMemStream stream;
+    stream.seekp(50);
+    EXPECT_EQ(stream.length(), 0);
+    EXPECT_EQ(stream.data(), nullptr);
+    stream << "abc";
+    stream.seekp(5000);
+    std::istringstream empty("");
+    EXPECT_EQ(stream.copyStream(empty), 0);
+    stream.write("", 0);
+    EXPECT_EQ(stream.length(), 53);
+    EXPECT_EQ(stream.tellp(), 5000);
+    stream.seekp(-3, std::ios_base::cur);
+    EXPECT_EQ(stream.tellp(), 4997);
+    stream.seekp(51);
+    stream << "X";
+    EXPECT_EQ(contents(stream), std::string(50, '\0') + "aXc");
+    stream.seekp(60);
+    stream += "end"; // append goes to the end of the contents
+    EXPECT_EQ(contents(stream), std::string(50, '\0') + "aXcend");
+}
+
+TEST(MemStreamBuf, TheGapHasALimit) {
+    KWMemStream stream;
+    stream << "abc";
+    stream.seekp(static_cast<std::streamoff>(KWCommonNS::kMaxPutGap) + 3);
+    EXPECT_TRUE(stream.good());
+    stream.seekp(static_cast<std::streamoff>(KWCommonNS::kMaxPutGap) + 4);
+    EXPECT_TRUE(stream.fail());
+    stream.clear();
+    stream.seekp(std::numeric_limits<std::streamoff>::max());
+    EXPECT_TRUE(stream.fail());
+    EXPECT_EQ(stream.length(), 3);
+}
+
+TEST(MemStreamBuf, TellingThePutPositionLeavesASourceAttached) {
+    std::istringstream source("0123456789");
+    KWMemStream stream(&source, 4);
+    EXPECT_EQ(stream.tellp(), 0);
+    EXPECT_TRUE(stream.rdbuf()->hasSource());
+    stream << "A";
+    EXPECT_EQ(contents(stream), "A123456789");
+}
+
+namespace {
+
+struct ThrowingBuf : std::streambuf {
+    bool broken = true;
+    bool seekable = true;
+    int_type underflow() override { return traits_type::eof(); }
+    std::streamsize xsgetn(char* to, std::streamsize) override {
+        if (broken)
+            throw std::runtime_error("device gone");
+        *to = 'x';
+        return 1;
+    }
+    pos_type seekoff(off_type offset, std::ios_base::seekdir, std::ios_base::openmode) override {
+        if (!seekable)
+            throw std::runtime_error("no position");
+        return pos_type(offset);
+    }
+    pos_type seekpos(pos_type position, std::ios_base::openmode) override { return position; }
+};
+
+} // namespace
+
+TEST(MemStreamBuf, ASourceThatThrowsGivesNothingAndLeavesTheStreamUsable) {
+    ThrowingBuf buffer;
     std::istream source(&buffer);
     KWMemStream stream(&source, 16);
     EXPECT_EQ(stream.get(), EOF);
-    EXPECT_TRUE(stream.bad());
+    EXPECT_TRUE(stream.eof());
     buffer.broken = false;
     EXPECT_EQ(readAt(stream, 5, 1), "x");
+}
+
+TEST(MemStreamBuf, WhatASourceThrowsDoesNotEscape) {
+    for (const bool seekable : {false, true}) {
+        ThrowingBuf buffer;
+        buffer.seekable = seekable;
+        std::istream source(&buffer);
+        KWMemStream stream(&source, 16);
+        EXPECT_EQ(stream.length(), 0);
+        EXPECT_FALSE(stream.rdbuf()->searchSeek("a", 1));
+        EXPECT_FALSE(stream.rdbuf()->skipSeek("a", 1));
+        EXPECT_FALSE(stream.rdbuf()->seekEOL());
+        EXPECT_EQ(stream.rdbuf()->calcOTFTableChecksum(), 0U);
+        stream.rdbuf()->setKeepMemory(true);
+        EXPECT_EQ(stream.data(), nullptr);
+    }
+}
+
+TEST(MemStreamBuf, CopyStreamFromASourceThatThrowsSetsItsBadbit) {
+    ThrowingBuf buffer;
+    std::istream source(&buffer);
+    KWMemStream stream;
+    stream << "abc";
+    EXPECT_EQ(stream.copyStream(source, 5), 0);
+    EXPECT_TRUE(source.bad());
+    EXPECT_TRUE(stream.good());
+    EXPECT_EQ(contents(stream), "abc");
+}
+
+TEST(MemStreamBuf, AnOwnedSourceThatThrowsAtOnceIsDeleted) {
+    struct Source : std::istream {
+        explicit Source(bool& gone) : std::istream(nullptr), deleted(gone) {
+            buffer.seekable = false;
+            init(&buffer);
+        }
+        ~Source() override { deleted = true; }
+        ThrowingBuf buffer;
+        bool& deleted;
+    };
+    bool deleted = false;
+    { KWMemStream stream(new Source(deleted), 16, false); }
+    EXPECT_TRUE(deleted);
 }

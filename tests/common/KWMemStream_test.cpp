@@ -9,6 +9,7 @@
 #include <sstream>
 
 using KWCommonNS::KWMemStream;
+using KWCommonNS::KWMemStreamBuf;
 using namespace KWTest;
 
 namespace {
@@ -65,7 +66,7 @@ TEST(MemStream, ReadsWhatWasWrittenAfterTheEndWasFound) {
     EXPECT_EQ(readBytes(stream, 5), "cd");
 }
 
-TEST(MemStream, SeeksFromEndAndPositionAndNotPastTheEnd) {
+TEST(MemStream, SeeksFromEndAndPositionAndDoesNotReadPastTheEnd) {
     KWMemStream stream;
     stream << "0123456789";
     stream.seekg(-3, std::ios_base::end);
@@ -80,7 +81,7 @@ TEST(MemStream, SeeksFromEndAndPositionAndNotPastTheEnd) {
     stream.seekg(-1);
     EXPECT_TRUE(stream.fail());
     stream.clear();
-    stream.seekp(11);
+    stream.seekp(-1);
     EXPECT_TRUE(stream.fail());
     stream.clear();
     EXPECT_EQ(stream.tellp(), 10);
@@ -141,11 +142,21 @@ TEST(MemStream, CopyStreamTakesSoManyBytes) {
 TEST(MemStream, CopyStreamAnswersWhatCameWhenTheSourceEnds) {
     std::istringstream from("abc");
     KWMemStream stream;
-    EXPECT_EQ(stream.copyStream(from, std::numeric_limits<std::streamsize>::max()), 3);
+    EXPECT_EQ(stream.copyStream(from, std::streamsize{1} << 40), 3);
     EXPECT_TRUE(from.fail());
     EXPECT_TRUE(stream.good());
     EXPECT_EQ(stream.copyStream(from, 1), 0); // a failed source gives nothing
     EXPECT_EQ(contents(stream), "abc");
+}
+
+TEST(MemStream, CopyStreamOfANegativeCountGivesNothing) {
+    std::istringstream from("abc");
+    KWMemStream stream;
+    EXPECT_EQ(stream.copyStream(from, -1), 0);
+    EXPECT_TRUE(stream.good());
+    EXPECT_TRUE(from.good());
+    EXPECT_EQ(stream.copyStream(from, KWMemStreamBuf::kToTheEnd), 3);
+    EXPECT_FALSE(from.fail());
 }
 
 TEST(MemStream, CopyStreamInTheMiddleOverwrites) {
@@ -161,6 +172,9 @@ TEST(MemStream, CopyStreamFromItselfGivesNothing) {
     KWMemStream stream;
     stream << "abc";
     EXPECT_EQ(stream.rdbuf()->copyStream(stream, 3), 0);
+    EXPECT_EQ(stream.copyStream(stream, 3), 0);
+    EXPECT_EQ(stream.copyStream(stream), 0);
+    EXPECT_TRUE(stream.good());
     EXPECT_EQ(contents(stream), "abc");
 }
 
@@ -230,4 +244,14 @@ TEST(MemStream, GivesBackTheLastCharacter) {
     stream.seekg(0);
     stream.unget(); // nothing before the start
     EXPECT_TRUE(stream.bad());
+}
+
+template <typename T>
+concept Appendable = requires(KWMemStream& stream, T value) {
+    stream += value;
+};
+
+TEST(MemStream, AppendsCharactersAndNoNumbers) {
+    static_assert(Appendable<char> && Appendable<const char*> && Appendable<std::string>);
+    static_assert(!Appendable<int>);
 }

@@ -88,6 +88,20 @@ TEST(UriStream, WhatIsNoRegularFileGivesNullAndAReason) {
     }
 }
 
+TEST(UriStream, AnEncodedSeparatorIsNoPath) {
+    const KWTest::TempDir dir;
+    dir.makeFolder("folder");
+    dir.write("folder/a", "bytes");
+    const UnicodeString folder = dir.uri("folder").getString();
+    EXPECT_EQ(fetch(KWUri(folder + u"/a", URISTR_URI)).bytes, "bytes");
+    for (const char16_t* name : {u"%2Fa", u"%2fa"}) {
+        const KWUri uri(folder + name, URISTR_URI);
+        EXPECT_FALSE(uri.isFileExists());
+        EXPECT_FALSE(fetch(uri).bytes);
+        EXPECT_FALSE(fetch(uri).error.isEmpty());
+    }
+}
+
 TEST(UriStream, AFileThatShrinksWhileOpenGivesShortReads) {
     const KWTest::TempDir dir;
     const auto path = dir.write("a", std::string(50000, 'x'));
@@ -123,6 +137,14 @@ TEST(DataUri, DecodesBase64AndPercentBodies) {
     EXPECT_EQ(fetch("data:,\xC3\xA9").bytes, "\xC3\xA9");
     EXPECT_EQ(fetch("data:,a,b;c#fragment").bytes, "a,b;c");
     EXPECT_EQ(fetch("data:,").bytes, "");
+}
+
+TEST(DataUri, ALoneSurrogateSpoilsOnlyItself) {
+    const UnicodeString text =
+        UnicodeString(u"data:,abc").append(char16_t(0xD800)).append(u"d\u00E9%41");
+    EXPECT_EQ(fetch(KWUri(text)).bytes, "abc\xEF\xBF\xBD"
+                                        "d\xC3\xA9"
+                                        "A");
 }
 
 TEST(DataUri, DamagedOnesGiveNullAndAReason) {

@@ -7,8 +7,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 using namespace KWCommonNS;
 
@@ -30,6 +33,41 @@ std::string pathOf(const UnicodeString& text, URISTRTYPE type = URISTR_DETECT) {
 std::string resolved(const char16_t* base, const char16_t* text, URISTRTYPE type = URISTR_URI) {
     return utf8(KWUri(text, KWUri(base), type).getString());
 }
+
+// A system with "\" between the parts of a path and with any file.
+class WindowsSystem : public KWPlatform::System {
+public:
+    std::optional<std::vector<KWPlatform::DirectoryEntry>>
+    listDirectory(const std::u16string&) override {
+        return std::nullopt;
+    }
+    std::optional<KWPlatform::DirectoryIdentity> directoryIdentity(const std::u16string&) override {
+        return std::nullopt;
+    }
+    bool isRegularFile(const std::u16string& path) override {
+        asked = path;
+        return true;
+    }
+    std::unique_ptr<KWPlatform::FileReader> openFile(const std::u16string&, std::string&) override {
+        return nullptr;
+    }
+    std::u16string knownFolder(KWPlatform::KnownFolder) override { return {}; }
+    std::vector<std::u16string> registeredFontFiles(KWPlatform::RegisteredFonts) override {
+        return {};
+    }
+    std::optional<KWPlatform::RegistryText>
+    registryText(KWPlatform::RegistryHive, const std::u16string&, const std::u16string&) override {
+        return std::nullopt;
+    }
+    std::vector<KWPlatform::RegistryText> registryTexts(KWPlatform::RegistryHive,
+                                                        const std::u16string&) override {
+        return {};
+    }
+    std::u16string moduleFolder(const std::u16string&) override { return u"C:\\program"; }
+    char16_t preferredSeparator() override { return u'\\'; }
+
+    std::u16string asked;
+};
 
 } // namespace
 
@@ -126,6 +164,16 @@ TEST(Uri, SharesAreHosts) {
     EXPECT_EQ(uriOf(u"file://LocalHost/x"), "file:///x");
     EXPECT_EQ(uriOf(u"\\\\server"), "file://server/");
     EXPECT_EQ(uriOf(u"\\\\"), "file:///");
+}
+
+TEST(Uri, LongPathPrefixesComeBack) {
+    for (const char16_t* text : {u"\\\\?\\C:\\a\\b#c.ttf", u"\\\\?\\UNC\\server\\share\\b.ttf"}) {
+        const KWUri uri(text);
+        EXPECT_EQ(uri.getLocalPath(), UnicodeString(text));
+        EXPECT_EQ(KWUri(uri.getString(), URISTR_URI), uri);
+        EXPECT_TRUE(uri.isAbsolute());
+        EXPECT_TRUE(uri.isFile());
+    }
 }
 
 TEST(Uri, BackslashIsAnOrdinaryCharacterOfAUnixPath) {
@@ -247,6 +295,73 @@ TEST(Uri, ARootedPathStaysOnTheDriveOfItsBase) {
     EXPECT_EQ(resolved(u"D:\\a\\b", u"//server/y"), "file://server/y");
 }
 
+TEST(Uri, ADriveRelativePathIsTakenAgainstABaseOnItsDrive) {
+    EXPECT_EQ(resolved(u"D:\\conf\\x.xml", u"D:fonts", URISTR_LOCAL), "file:///D:/conf/fonts");
+    EXPECT_EQ(resolved(u"D:\\conf\\x.xml", u"d:..\\fonts", URISTR_LOCAL), "file:///D:/fonts");
+    for (const char16_t* base : {u"D:\\conf\\x.xml", u"\\\\server\\share\\x.xml"}) {
+        const KWUri uri(u"C:fonts", KWUri(base), URISTR_LOCAL);
+        EXPECT_FALSE(uri.isAbsolute());
+        EXPECT_EQ(utf8(uri.getLocalPath()), "C:fonts");
+    }
+    EXPECT_EQ(resolved(u"/conf/x.xml", u"D:fonts", URISTR_LOCAL), "file:///conf/D%3Afonts");
+}
+
+TEST(Uri, TheShareOfAHostBelongsToTheRoot) {
+    for (const char16_t* text : {u"\\x", u"/x", u"..\\..\\..\\x"})
+        EXPECT_EQ(resolved(u"\\\\server\\share\\a\\", text, URISTR_LOCAL), "file://server/share/x");
+    EXPECT_EQ(resolved(u"\\\\server\\share\\a\\", u"/x"), "file://server/share/x");
+    EXPECT_EQ(uriOf(u"\\\\server\\share\\..\\..\\x"), "file://server/share/x");
+    EXPECT_EQ(uriOf(u"\\\\server\\..\\.\\share\\x"), "file://server/share/x");
+    EXPECT_EQ(uriOf(u"\\\\server\\.."), "file://server/");
+    EXPECT_EQ(uriOf(u"file://server//share/../x"), "file://server/share/x");
+    EXPECT_EQ(resolved(u"\\\\server\\", u"\\x", URISTR_LOCAL), "file://server/x");
+}
+
+TEST(Uri, ADriveBehindDotSegmentsIsADrive) {
+    for (const char16_t* text : {u"file:///x/../C:/y", u"file:///./C:/y", u"file:///%2e/C|/y",
+                                 u"file:///a/%2E%2e/c:/y", u"file:///a/..//C:/b/../y"}) {
+        EXPECT_EQ(uriOf(text), "file:///C:/y");
+        EXPECT_EQ(resolved(u"D:\\a\\b", text + 7), "file:///C:/y");
+    }
+    EXPECT_EQ(pathOf(u"/x/../C:/y"), "/C:/y") << "an ordinary name of a local path";
+}
+
+TEST(Uri, TheLetterOfADriveHasNoCase) {
+    EXPECT_EQ(KWUri(u"c:\\x"), KWUri(u"C:\\x"));
+    EXPECT_EQ(uriOf(u"file:///c|/x"), "file:///C:/x");
+    EXPECT_EQ(pathOf(u"c:"), "C:\\");
+}
+
+TEST(Uri, DigitsOfEncodedCharactersAreUpperCaseInHostsToo) {
+    EXPECT_EQ(uriOf(u"http://A%c3%A9B/x"), "http://a%C3%A9b/x");
+    EXPECT_EQ(uriOf(u"\\\\\u00E9\\s"), "file://%C3%A9/s");
+    EXPECT_EQ(KWUri(u"file://%c3%a9/s"), KWUri(u"\\\\\u00E9\\s"));
+}
+
+TEST(Uri, WindowsTakesBackslashesAndEncodedOnesAreNoPath) {
+    WindowsSystem windows;
+    const KWPlatform::SystemOverride replaced(windows);
+    EXPECT_EQ(uriOf(u"fonts\\a.ttf"), "fonts/a.ttf");
+    EXPECT_EQ(pathOf(u"fonts/a.ttf"), "fonts\\a.ttf");
+    EXPECT_EQ(uriOf(u"//Server/share/x"), "file://server/share/x");
+    EXPECT_TRUE(KWUri(u"C:\\a b.ttf").isFileExists());
+    EXPECT_EQ(windows.asked, u"C:\\a b.ttf");
+    EXPECT_TRUE(KWUri(u"\\\\server\\share\\x").isFileExists());
+    EXPECT_EQ(windows.asked, u"\\\\server\\share\\x");
+    EXPECT_FALSE(KWUri(u"file:///C:/a%5Cb").isFileExists());
+    EXPECT_FALSE(KWUri(u"file:///C:/a%2Fb").isFileExists());
+    EXPECT_TRUE(KWUri::fromFileName(KWUri(u"C:\\f\\"), u"a\\b").isEmpty());
+    EXPECT_EQ(utf8(KWUri::getModuleUri(u"X.dll", u"x.xml").getLocalPath()), "C:\\program\\x.xml");
+}
+
+TEST(Uri, ItsTextMakesItAgainWhenReadAsAUri) {
+    for (const char16_t* text : {u"my fonts/a.ttf", u"C:x.ttf", u"a%20b", u"/a b",
+                                 u"\\\\C:\\a", u"\\\\server\\C:\\a"}) {
+        const KWUri uri(text);
+        EXPECT_EQ(KWUri(uri.getString(), URISTR_URI), uri);
+    }
+}
+
 TEST(Uri, FromFileNameTakesEveryCharacterAsItIs) {
     const KWUri folder(u"/fonts/");
     for (const char* name : {"a.ttf", "a b#c?d%41.ttf", "http:x", "C:x", "..a", "a\\b", "~"}) {
@@ -291,6 +406,9 @@ TEST(Uri, SetExtensionReplacesAddsAndRemoves) {
     EXPECT_EQ(with(u"b.afm", u".p#/m"), "b.p%23%2Fm");
     EXPECT_EQ(with(u"http://h/a.b?q.r#s.t", u".c"), "http://h/a.c?q.r#s.t");
     EXPECT_EQ(with(u"/a.b/", u".c"), "file:///a.b/"); // no file name
+    EXPECT_EQ(with(u"/a/...", u""), "file:///a/..."); // ".." is a folder
+    EXPECT_EQ(with(u"/a/..b", u""), "file:///a/..b");
+    EXPECT_EQ(with(u"/a/.ttf", u"."), "file:///a/.ttf");
     EXPECT_EQ(with(u"data:,a.b", u".c"), "data:,a.b");
     EXPECT_EQ(with(u"", u".c"), "");
 }
@@ -386,6 +504,13 @@ TEST(Uri, AMebibyteOfAnythingIsReadInLinearTime) {
         EXPECT_TRUE(uri.isFile());
         EXPECT_FALSE(uri.isFileExists());
     }
+}
+
+TEST(Uri, ManyDotsBeforeAShareAreReadInLinearTime) {
+    UnicodeString text(u"file://server");
+    while (text.length() < 1 << 20)
+        text.append(u"/..//.", -1);
+    EXPECT_EQ(uriOf(text + u"/share/../x", URISTR_URI), "file://server/share/x");
 }
 
 TEST(Uri, CopiesMovesAndCompares) {

@@ -267,6 +267,51 @@ TEST(XmlParser, RefusesOneLongEntityUsedManyTimes) {
     EXPECT_TRUE(fails(document + "'/>"));
 }
 
+TEST(XmlParser, RefusesALongChainOfEntities) {
+    const auto chain = [](std::size_t links) {
+        std::string document = "<!DOCTYPE a [<!ENTITY e0 'x'>";
+        for (std::size_t i = 1; i < links; ++i)
+            document += "<!ENTITY e" + std::to_string(i) + " '&e" + std::to_string(i - 1) + ";'>";
+        return document + "]><a x='&e" + std::to_string(links - 1) + ";'/>";
+    };
+    EXPECT_EQ(eventsOf(chain(kXmlMaxDeclarations)), "<a x=\"x\"></a>");
+    EXPECT_NE(eventsOf(chain(kXmlMaxDeclarations + 1)).find("too many declarations"),
+              std::string::npos);
+    EXPECT_TRUE(fails(chain(50000)));
+}
+
+TEST(XmlParser, RefusesManyDefaultAttributes) {
+    std::string document = "<!DOCTYPE r [<!ELEMENT r ANY>";
+    for (std::size_t i = 0; i <= kXmlMaxDeclarations; ++i)
+        document += "<!ATTLIST a b" + std::to_string(i) + " CDATA ''>";
+    EXPECT_NE(eventsOf(document + "]><r><a/></r>").find("too many declarations"),
+              std::string::npos);
+}
+
+TEST(XmlParser, CountsDefaultAttributesAgainstWhatAPieceMayHold) {
+    std::string document = "<!DOCTYPE r [";
+    for (std::size_t i = 0; i < kXmlMaxDeclarations; ++i)
+        document += "<!ATTLIST a b" + std::to_string(i) + " CDATA ''>";
+    document += "]><r>";
+    for (int i = 0; i < 2000; ++i)
+        document += "<a/>";
+    EXPECT_NE(eventsOf(document + "</r>").find("entities hold too much"), std::string::npos);
+}
+
+TEST(XmlParser, ALongDocumentMayNotExpandToMoreThanAShortOne) {
+    const auto document = [](int uses) {
+        std::string text = "<!DOCTYPE a [<!ENTITY e '" + std::string(3000, 'y') + "'>]>";
+        for (int i = 0; i < 20; ++i)
+            text += "<!--" + std::string(100000, 'x') + "-->";
+        text += "<a>";
+        for (int i = 0; i < uses; ++i)
+            text += "&e;";
+        return text + "</a>";
+    };
+    EXPECT_FALSE(fails(document(600)));
+    EXPECT_TRUE(fails(document(1000))) << "3 MB, 1.5 times the document";
+}
+
 TEST(XmlParser, OpensNothingButTheDocument) {
     const KWTest::TempDir dir;
     dir.write("secret.txt", "secret");
@@ -358,6 +403,17 @@ TEST(XmlParser, ReadsEncodingsThatOnlyIcuKnows) {
     EXPECT_TRUE(document("windows-1252", "\x81<").ends_with(']'));
 }
 
+TEST(XmlParser, TakesUtf8WithoutItsHyphen) {
+    const std::string head = "<?xml version='1.0' encoding='";
+    const std::string result = "<a x=\"\xC3\xA9\xF0\x9F\x98\x80\"></a>";
+    EXPECT_EQ(eventsOf(head + "utf8'?><a x='\xC3\xA9\xF0\x9F\x98\x80'/>"), result);
+    EXPECT_EQ(eventsOf(head + "UTF8'?>\n<a></b>"),
+              "<a>[doc, line 2, column 6: mismatched tag]"); // places do not move
+    EXPECT_EQ(eventsOf(head + "ISO-8859-1'?><a x='\xC3\xA9\xF0\x9F\x98\x80'/>", false, u"utf8"),
+              result);
+    EXPECT_TRUE(fails(head + "utf8'?><a x='\xE9'/>"));
+}
+
 TEST(XmlParser, AStatedEncodingOverridesTheDeclaredOne) {
     const std::string document = "<?xml version='1.0' encoding='UTF-8'?><a x='\xE9'/>";
     EXPECT_EQ(eventsOf(document, false, u"ISO-8859-1"), "<a x=\"\xC3\xA9\"></a>");
@@ -382,6 +438,34 @@ TEST(XmlParser, OpensUrisAndNamesThemInItsErrors) {
     EXPECT_FALSE(xml->open(dir.uri("missing.xml"), u"", u""));
     EXPECT_FALSE(xml->open(KWUri(dir.text("")), u"", u""));
     EXPECT_FALSE(xml->open(KWUri(), u"", u""));
+}
+
+TEST(XmlParser, TheCharsetOfTheResourceOverridesTheDeclaredOne) {
+    const UnicodeString stated(u"data:text/xml;charset=iso-8859-1,<a x='%E9'/>");
+    const KWPtr<KWXmlParser> xml = parser();
+    ASSERT_TRUE(xml->open(KWUri(stated), u"", u""));
+    EXPECT_EQ(events(*xml), "<a x=\"\xC3\xA9\"></a>");
+    ASSERT_TRUE(xml->open(KWUri(stated), u"KOI8-R", u"")); // the caller knows better
+    EXPECT_EQ(events(*xml), "<a x=\"\xD0\x98\"></a>");
+    const KWPtr<KWXmlParser> told = parser(u"KOI8-R");
+    ASSERT_TRUE(told->open(KWUri(stated), u"", u""));
+    EXPECT_EQ(events(*told), "<a x=\"\xD0\x98\"></a>");
+    // US-ASCII is supposed here and stated nowhere.
+    ASSERT_TRUE(xml->open(KWUri(u"data:,<a x='%C3%A9'/>"), u"", u""));
+    EXPECT_EQ(events(*xml), "<a x=\"\xC3\xA9\"></a>");
+}
+
+TEST(XmlParser, AFailedOpenTellsWhyAndLeavesNoDocument) {
+    std::istringstream input("<a><b/></a>");
+    const KWPtr<KWXmlParser> xml = parser();
+    xml->open(input, u"", u"");
+    ASSERT_EQ(xml->nextEvent(), KWXmlEvent::startTag);
+    UnicodeString reason;
+    EXPECT_FALSE(xml->open(KWUri(u"data:"), u"", u"", &reason));
+    EXPECT_FALSE(reason.isEmpty());
+    EXPECT_TRUE(xml->getName().isEmpty());
+    EXPECT_EQ(xml->getLine(), 0);
+    EXPECT_EQ(xml->nextEvent(), KWXmlEvent::endOfInput);
 }
 
 TEST(XmlParser, IsAtItsEndBeforeItIsOpened) {

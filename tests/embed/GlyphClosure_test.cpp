@@ -157,6 +157,16 @@ TEST(GlyphClosure, FollowsAChainThroughEveryGlyph) {
     EXPECT_EQ(closureOf(outlines, {1}).size(), std::size_t{kCount + 1});
 }
 
+TEST(GlyphClosure, FollowsALongChainDownwards) {
+    // Each round finds one glyph, before all that are known.
+    constexpr int kCount = 60000;
+    GlyfLoca outlines{.longLoca = true};
+    outlines.add();
+    for (int i = 1; i < kCount; ++i)
+        outlines.add(compositeOf({{.glyphIndex = static_cast<std::uint16_t>(i - 1)}}));
+    EXPECT_EQ(closureOf(outlines, {kCount - 1}).size(), std::size_t{kCount});
+}
+
 TEST(GlyphClosure, FansOutOnceEach) {
     constexpr std::uint16_t kCount = 300;
     GlyfLoca outlines{.longLoca = true};
@@ -166,6 +176,19 @@ TEST(GlyphClosure, FansOutOnceEach) {
         all.push_back({.glyphIndex = i});
     for (std::uint16_t i = 1; i < kCount; ++i)
         outlines.add(compositeOf(all));
+    EXPECT_EQ(closureOf(outlines, {1}).size(), std::size_t{kCount});
+}
+
+TEST(GlyphClosure, RoundsBehindTheThirdReadNoGaps) {
+    // Each round finds glyphs some 700 bytes apart: with the gaps it would read most of the file.
+    constexpr std::uint16_t kCount = 2000;
+    const auto orZero = [](int gid) {
+        return static_cast<std::uint16_t>(gid < int{kCount} ? gid : 0);
+    };
+    GlyfLoca outlines{.longLoca = true};
+    outlines.add();
+    for (int i = 1; i < int{kCount}; ++i)
+        outlines.add(compositeOf({{.glyphIndex = orZero(i + 1)}, {.glyphIndex = orZero(i + 30)}}));
     EXPECT_EQ(closureOf(outlines, {1}).size(), std::size_t{kCount});
 }
 

@@ -314,6 +314,34 @@ TEST(GlyphSubset, WritersSayNoWhenTheFileIsGone) {
     EXPECT_EQ(out.length(), 0);
 }
 
+TEST(GlyphSubset, WritersSayNoToAnOutputThatCannotBeWritten) {
+    EmbeddableFont font(TestFont::latin().build());
+    FS_TrueType& f = font.font();
+    std::istream* const in = &font.stream();
+    for (const std::ios::iostate state : {std::ios::badbit, std::ios::failbit}) {
+        KWMemStream out;
+        out.setstate(state);
+        KeptGlyphs kept;
+        EXPECT_FALSE(f.getEmbedFont(Glyphs{2}, out, in, 0));
+        EXPECT_FALSE(f.getEmbedFont(Glyphs{2}, out, kNoTags, in, 0)); // copies no table
+        EXPECT_FALSE(f.getEmbedFontWithCmap(Glyphs{2}, out, in, 0));
+        EXPECT_FALSE(f.makeSubsetFont(Glyphs{2}, out, in, 0));
+        EXPECT_FALSE(f.getPSEmbedFont(Glyphs{2}, out, kept, in, 0));
+        EXPECT_EQ(out.size(), 0u);
+        EXPECT_TRUE(kept.glyphs().empty());
+    }
+}
+
+TEST(GlyphSubset, AnOutputThatHasBeenReadToItsEndIsWrittenOn) {
+    EmbeddableFont font(TestFont::latin().build());
+    KWMemStream out;
+    out.append("abc");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(out), {}), "abc");
+    out.setstate(std::ios::eofbit);
+    ASSERT_TRUE(font.font().getEmbedFont(Glyphs{2}, out, &font.stream(), 0));
+    EXPECT_EQ(bytesOf(out), Bytes::ofText("abc").bytes(font.embed({2})));
+}
+
 TEST(GlyphSubset, TheStreamOfAFontIsItsSourceFromTheStart) {
     const Bytes file = TestFont::latin().build();
     EmbeddableFont font(file);

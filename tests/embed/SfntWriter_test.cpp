@@ -282,5 +282,36 @@ TEST(PSSfntWriter, AppendsToStreamsThatHoldBytesAlready) {
     EXPECT_EQ(bytesOf(one.a), Bytes::ofText("x").bytes(Bytes(source.outlines.glyphs[2]).padTo(2)));
 }
 
+TEST(PSSfntWriter, AGlyphStreamThatTakesNothingFailsTheFont) {
+    class Broken final : public FS_TTGlyphMap {
+    public:
+        Broken() { stream.setstate(std::ios::badbit); }
+        KWMemStream* getGlyphStream(unsigned short) override { return &stream; }
+        KWMemStream stream;
+    } broken;
+    EmbeddableFont font(TestFont::latin().build());
+    EXPECT_TRUE(font.embedPS({2}, broken).empty());
+}
+
+TEST(SfntWriter, AGdirTableOfTheSourceIsCopied) {
+    TestFont source = TestFont::latin();
+    EmbeddableFont font(source.with("gdir", Bytes{1, 2, 3, 4, 5}).build());
+    EXPECT_EQ(WrittenSfnt(font.subset({2})).table("gdir"), (Bytes{1, 2, 3, 4, 5}));
+}
+
+TEST(Writers, SayNoToAFontThatWasNeverScanned) {
+    const KWCommonNS::KWPtr<FS_TrueType> font(new FS_TrueType(KWUri()));
+    KWMemStream output;
+    KeptGlyphs glyphs;
+    const unsigned int tags[] = {0};
+    EXPECT_FALSE(font->getEmbedFont({1}, output, nullptr, 0));
+    EXPECT_FALSE(font->getEmbedFont({1}, output, tags, nullptr, 0));
+    EXPECT_FALSE(font->getEmbedFontWithCmap({1}, output, nullptr, 0));
+    EXPECT_FALSE(font->getEmbedFontStream(output, nullptr, 0));
+    EXPECT_FALSE(font->getPSEmbedFont({1}, output, glyphs, nullptr, 0));
+    EXPECT_FALSE(font->makeSubsetFont({1}, output, nullptr, 0));
+    EXPECT_EQ(output.length(), 0);
+}
+
 } // namespace
 } // namespace KWFontService_NS

@@ -113,6 +113,20 @@ TEST(TableSet, SearchFieldsFollowFromTheCount) {
     }
 }
 
+TEST(TableSet, SearchFieldsKeepTheirLowSixteenBits) {
+    Bytes records;
+    for (std::uint32_t tag = 0; tag < 0xFFFD; ++tag)
+        records.u32(0x20000000 + tag).zero(12);
+    records.tag("glyf").zero(12).tag("loca").zero(12);
+    TableSet tables;
+    ASSERT_TRUE(selectTables(TTI_Directory(0, ByteView(records.data(), records.size()), 0), nullptr,
+                             tables));
+    EXPECT_EQ(tables.numTables, 0xFFFF);
+    EXPECT_EQ(tables.searchRange, 0); // 0x80000
+    EXPECT_EQ(tables.entrySelector, 15);
+    EXPECT_EQ(tables.rangeShift, 0xFFF0); // 0x7FFF0
+}
+
 TEST(TableSet, OneTableHasASearchRangeOfSixteen) {
     TableSet tables;
     ASSERT_TRUE(selectTables(directoryOf({"CFF "}), nullptr, tables));

@@ -253,6 +253,25 @@ TEST(FontInfo, AFetcherThatThrowsIsAFileThatDoesNotOpen) {
     EXPECT_EQ(info.getError().getCode(), 1921);
 }
 
+TEST(FontInfo, AFetcherThatThrowsLaterLeavesFalseAnswers) {
+    int calls = 0;
+    const FetcherScope fetcher([&calls](const KWUri&, KWUri::ContentInfo&,
+                                        UnicodeString&) -> std::unique_ptr<std::istream> {
+        if (++calls > 1)
+            throw KWError(7);
+        return std::make_unique<std::istringstream>(TestFont::latin().build().str());
+    });
+    FS_FontInfo info;
+    ASSERT_TRUE(info.createFont(KWUri("app:font")));
+    KWMemStream output;
+    EXPECT_FALSE(info.getEmbedFont({TestFont::kA}, output));
+    EXPECT_FALSE(info.getEmbedFontStream(output));
+    FS_GlyphBMP bitmap;
+    KWError drawError;
+    EXPECT_FALSE(info.drawGlyph(TestFont::kA, 12, 72, &bitmap, {}, drawError));
+    EXPECT_EQ(drawError.getCode(), 1934);
+}
+
 TEST(FontInfo, AFetchedStreamThatThrowsIsAShortRead) {
     const FetcherScope fetcher([](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
         auto stream = std::make_unique<std::istringstream>("\0\1");

@@ -327,6 +327,10 @@ TEST(TrueTypeLoad, BadListsOfALayoutTableAreFileErrors) {
         EXPECT_EQ(complain(6), fileError("'" + tag + "' feature list read error"));
         EXPECT_EQ(complain(8), fileError("'" + tag + "' lookup list read error"));
         EXPECT_EQ(complain(4), fileError("'" + tag + "' sclipt list read error"));
+        TestFont file = TestFont::latin();
+        file.with(tag, Bytes().u32(0x00010000).u16(0).u16(0x7FFF).u16(0x7FFF));
+        EXPECT_EQ(loadComplaint(file.build()), fileError("'" + tag + "' lookup list read error"))
+            << "the last one told";
     }
 }
 

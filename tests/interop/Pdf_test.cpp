@@ -1,6 +1,7 @@
 // The example's PDF and PNG as foreign programs see them: poppler, qpdf, FreeType.
 
 #include "interop/PagePicture.h"
+#include "interop/QpdfReader.h"
 
 #include "support/FontPackages.h"
 #include "support/FreeTypeFace.h"
@@ -9,11 +10,6 @@
 #include "typeset/Document.h"
 #include "typeset/FontFile.h"
 #include "typeset/TextLayout.h"
-
-#include <qpdf/JSON.hh> // before QPDF.hh, which has a vector of it
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFJob.hh>
-#include <qpdf/QPDFLogger.hh>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -132,59 +128,46 @@ TEST_F(Pdf, HasATitleAndNoDates) {
 
 TEST_F(Pdf, PassesTheCheckOfQpdf) {
     for (const char* name : {"subset.pdf", "whole.pdf"}) {
-        const std::string path = file(name);
-        const char* const arguments[] = {"qpdf", "--check", path.c_str(), nullptr};
-        std::ostringstream output;
-        const auto logger = QPDFLogger::create();
-        logger->setOutputStreams(&output, &output);
-        QPDFJob job;
-        job.setLogger(logger);
-        job.initializeFromArgv(arguments);
-        job.run();
-        EXPECT_EQ(job.getExitCode(), 0) << output.str();
-        EXPECT_THAT(output.str(), HasSubstr("No syntax or stream encoding errors found"));
+        const QpdfReport report = checkWithQpdf(file(name));
+        EXPECT_EQ(report.exitCode, 0) << report.text;
+        EXPECT_THAT(report.text, HasSubstr("No syntax or stream encoding errors found"));
     }
 }
 
 TEST_F(Pdf, TheFontDescriptorHasTheMetricsOfTheFont) {
-    QPDF pdf;
-    pdf.processFile(file("subset.pdf").c_str());
-    QPDFObjectHandle page = pdf.getAllPages().at(0);
-    QPDFObjectHandle font1 = page.getKey("/Resources").getKey("/Font").getKey("/F1");
-    QPDFObjectHandle cidFont = font1.getKey("/DescendantFonts").getArrayItem(0);
-    QPDFObjectHandle descriptor = cidFont.getKey("/FontDescriptor");
+    const QpdfFont pdf = readFont(file("subset.pdf"));
     const FreeTypeFace face(readFile(font()));
     const auto perMille = [&](long units) {
         return static_cast<double>(units) * 1000 / face->units_per_EM;
     };
-    const auto expect = [](QPDFObjectHandle number, double value) {
-        EXPECT_NEAR(number.getNumericValue(), value, 0.001);
-    };
-    expect(descriptor.getKey("/Ascent"), perMille(face->ascender));
-    expect(descriptor.getKey("/Descent"), perMille(face->descender));
+    EXPECT_NEAR(pdf.descriptor.at("/Ascent"), perMille(face->ascender), 0.001);
+    EXPECT_NEAR(pdf.descriptor.at("/Descent"), perMille(face->descender), 0.001);
+    EXPECT_EQ(pdf.descriptor.at("/ItalicAngle"), 0);
+    EXPECT_EQ(pdf.descriptor.at("/Flags"), 4); // symbolic, and nothing else
     // The font does not state it; the outline that it is taken from is fitted to a fine grid.
-    EXPECT_NEAR(descriptor.getKey("/CapHeight").getNumericValue(),
+    EXPECT_NEAR(pdf.descriptor.at("/CapHeight"),
                 perMille(face.load(face.glyphOf('H'))->metrics.height), 1.5);
-    expect(descriptor.getKey("/ItalicAngle"), 0);
-    QPDFObjectHandle box = descriptor.getKey("/FontBBox");
-    expect(box.getArrayItem(0), perMille(face->bbox.xMin));
-    expect(box.getArrayItem(1), perMille(face->bbox.yMin));
-    expect(box.getArrayItem(2), perMille(face->bbox.xMax));
-    expect(box.getArrayItem(3), perMille(face->bbox.yMax));
+    const std::vector<double> box{perMille(face->bbox.xMin), perMille(face->bbox.yMin),
+                                  perMille(face->bbox.xMax), perMille(face->bbox.yMax)};
+    EXPECT_THAT(pdf.box, testing::Pointwise(testing::DoubleNear(0.001), box));
 
-    // And W has the widths of the glyphs.
-    QPDFObjectHandle widths = cidFont.getKey("/W");
-    std::size_t checked = 0;
-    for (int i = 0; i + 1 < widths.getArrayNItems(); i += 2) {
-        const auto first = static_cast<FT_UInt>(widths.getArrayItem(i).getIntValue());
-        QPDFObjectHandle run = widths.getArrayItem(i + 1);
-        for (int j = 0; j < run.getArrayNItems(); ++j, ++checked) {
-            const FT_UInt gid = first + static_cast<FT_UInt>(j);
-            SCOPED_TRACE(gid);
-            expect(run.getArrayItem(j), gid == 0 ? 0 : perMille(face.advance(gid)));
+    EXPECT_GT(pdf.widths.size(), 300U);
+    for (const auto& [gid, width] : pdf.widths) {
+        if (gid != 0) { // which the text does not use
+            EXPECT_NEAR(width, perMille(face.advance(gid)), 0.001) << gid;
         }
     }
-    EXPECT_GT(checked, 300U);
+}
+
+TEST_F(Pdf, AnObliqueFontHasItsAngle) {
+    const std::string path = file("oblique.pdf");
+    const ProcessResult result =
+        runProgram(KW_TYPESET, {"--font", packagedFont("DejaVuSans-Oblique").string(), "-o", path,
+                                KW_SPECIMEN});
+    ASSERT_TRUE(result.ok()) << result.describe();
+    const QpdfFont pdf = readFont(path);
+    EXPECT_EQ(pdf.descriptor.at("/ItalicAngle"), -11);
+    EXPECT_EQ(pdf.descriptor.at("/Flags"), 4 + 64); // symbolic, italic
 }
 
 TEST_F(Pdf, TheSubsetDrawsEveryPageLikeTheWholeFont) {

@@ -14,7 +14,7 @@ std::unique_ptr<TTI_SubTable> read(const Bytes& bytes) {
     LayoutBudget budget(bytes.size());
     SubTableReader reader(budget);
     std::uint32_t type = 1;
-    return reader.readGsub(viewOf(bytes), type);
+    return reader.readGsub(viewOf(bytes), type, type);
 }
 
 TEST(SingleSubst, Format1AddsOneDistanceModulo65536) {

@@ -9,8 +9,8 @@ namespace {
 
 TEST(LayoutBudget, CoversItsFreeBytesAndAFewReadsOfEachByte) {
     LayoutBudget budget(100);
-    EXPECT_TRUE(budget.spend(kLayoutFreeBytes));
-    EXPECT_TRUE(budget.spend(100 * kLayoutReadsOfEachByte));
+    EXPECT_TRUE(budget.spend(KWCommonNS::kLayoutFreeBytes));
+    EXPECT_TRUE(budget.spend(100 * KWCommonNS::kLayoutReadsOfEachByte));
     EXPECT_TRUE(budget.spend(0));
     EXPECT_FALSE(budget.spend(1));
     EXPECT_TRUE(budget.exhausted());
@@ -18,7 +18,7 @@ TEST(LayoutBudget, CoversItsFreeBytesAndAFewReadsOfEachByte) {
 
 TEST(LayoutBudget, OnceExhaustedCoversNothing) {
     LayoutBudget budget(0);
-    EXPECT_FALSE(budget.spend(kLayoutFreeBytes + 1));
+    EXPECT_FALSE(budget.spend(KWCommonNS::kLayoutFreeBytes + 1));
     EXPECT_FALSE(budget.spend(1));
     EXPECT_FALSE(budget.spend(0));
 }

@@ -15,9 +15,9 @@ struct Gsub {
     std::uint32_t type;
     std::unique_ptr<TTI_SubTable> table;
 
-    Gsub(std::uint32_t lookupType, const Bytes& bytes) : type(lookupType) {
+    Gsub(std::uint32_t typeInFile, const Bytes& bytes) : type(typeInFile) {
         LayoutBudget budget(bytes.size());
-        table = SubTableReader(budget).readGsub(viewOf(bytes), type);
+        table = SubTableReader(budget).readGsub(viewOf(bytes), typeInFile, type);
     }
 };
 
@@ -88,9 +88,9 @@ TEST(SubTableReader, ACoverageIsHeldOnceHoweverOftenItIsNamed) {
 TEST(SubTableReader, ACoverageBeyondTheBudgetIsNone) {
     const Bytes bytes = Bytes().u16(2).bytes(coverageTable({1, 2}));
     LayoutBudget budget(0);
-    ASSERT_TRUE(budget.spend(kLayoutFreeBytes - 7));
+    ASSERT_TRUE(budget.spend(KWCommonNS::kLayoutFreeBytes - (KWCommonNS::kLayoutObjectCost + 7)));
     SubTableReader reader(budget);
-    EXPECT_EQ(reader.coverage(viewOf(bytes), 0), nullptr) << "it has 8 bytes";
+    EXPECT_EQ(reader.coverage(viewOf(bytes), 0), nullptr) << "it has 8 bytes beside the object";
     EXPECT_FALSE(reader.spend(0));
 }
 

@@ -1,5 +1,7 @@
 #include "layout/TTI_LayoutTable.h"
 
+#include "common/KWLimits.h"
+#include "layout/GSUB_SingleSubst.h"
 #include "layout/LayoutFixture.h"
 #include "support/SfntBuilder.h"
 
@@ -10,14 +12,15 @@ namespace {
 
 using namespace KWTest;
 using Kind = TTI_LayoutTable::Kind;
-using Result = TTI_LayoutTable::Result;
+using List = TTI_LayoutTable::List;
+using Lists = std::vector<List>;
 
 struct Reading {
     TTI_LayoutTable table;
-    Result result;
+    Lists bad;
 
     explicit Reading(const Bytes& bytes, Kind kind = Kind::Gsub)
-        : result(table.read(viewOf(bytes), kind)) {}
+        : bad(table.read(viewOf(bytes), kind)) {}
     explicit Reading(const LayoutBytes& bytes, Kind kind = Kind::Gsub)
         : Reading(bytes.build(), kind) {}
 
@@ -45,7 +48,7 @@ std::vector<std::pair<std::uint32_t, std::uint32_t>> orderOf(const TTI_LangSys& 
 
 TEST(LayoutTable, ListsOfOffsetZeroAreAbsent) {
     const Reading reading(LayoutBytes{});
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     EXPECT_TRUE(reading.table.features().empty());
     EXPECT_TRUE(reading.table.lookups().empty());
     EXPECT_EQ(reading.table.script(tagValue("latn")), nullptr);
@@ -56,14 +59,14 @@ TEST(LayoutTable, TheVersionDoesNotMatter) {
     Bytes bytes = SingleSubstGsub::vert({{3, 30}}).build();
     bytes.patchU32At(0, 0xDEADBEEF);
     const Reading reading(bytes);
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     EXPECT_EQ(reading.table.substituteVertical(3), 30);
 }
 
 TEST(LayoutTable, AScriptListWithoutAFeatureListHasEmptyLanguageSystems) {
     const Reading reading(
         LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({0, 1}))}})});
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     const TTI_LangSys* langSys = reading.langSys("latn");
     ASSERT_NE(langSys, nullptr);
     EXPECT_TRUE(langSys->features.empty());
@@ -75,35 +78,63 @@ TEST(LayoutTable, AListOutsideItsTableIsTheErrorOfThatList) {
     const LayoutBytes sound{.scripts = scriptList({{"latn", scriptTable(langSysTable({0}))}}),
                             .features = featureList({{"vert", featureTable({0})}}),
                             .lookups = lookupList({lookupTable(1, {single(3, 30)})})};
-    ASSERT_EQ(Reading(sound).result, Result::Ok);
-    const std::pair<const char*, Result> lists[] = {{"features", Result::FeatureListError},
-                                                    {"lookups", Result::LookupListError},
-                                                    {"scripts", Result::ScriptListError}};
-    for (const auto& [field, result] : lists) {
+    ASSERT_EQ(Reading(sound).bad, Lists());
+    const std::pair<const char*, List> lists[] = {
+        {"features", List::Features}, {"lookups", List::Lookups}, {"scripts", List::Scripts}};
+    for (const auto& [field, list] : lists) {
+        const Lists result = {list};
         for (const bool gsub : {true, false}) {
             Bytes outside = sound.build();
             outside.patchU16At(field, 0xFFFF);
-            EXPECT_EQ(Reading(outside, gsub ? Kind::Gsub : Kind::Gpos).result, result) << field;
+            EXPECT_EQ(Reading(outside, gsub ? Kind::Gsub : Kind::Gpos).bad, result) << field;
             Bytes atTheEnd = sound.build();
             atTheEnd.patchU16At(field, atTheEnd.size() - 1);
-            EXPECT_EQ(Reading(atTheEnd).result, result) << field << ": no room for its count";
+            EXPECT_EQ(Reading(atTheEnd).bad, result) << field << ": no room for its count";
             Bytes longList = sound.build();
             longList.patchU16At(longList.u16At(longList.offsetOf(field)), 0xFFFF);
-            EXPECT_EQ(Reading(longList).result, result) << field << ": no room for its records";
+            EXPECT_EQ(Reading(longList).bad, result) << field << ": no room for its records";
         }
     }
 }
 
-TEST(LayoutTable, WhatWasReadBeforeABadListStays) {
-    Bytes bytes = LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({0}))}}),
-                              .features = featureList({{"vert", featureTable({0})}}),
-                              .lookups = lookupList({lookupTable(1, {single(3, 30)})})}
-                      .build();
-    bytes.patchU16At("lookups", 0xFFFF);
-    const Reading reading(bytes);
-    EXPECT_TRUE(reading.table.hasVertFeature());
-    EXPECT_EQ(reading.table.script(tagValue("latn")), nullptr);
-    EXPECT_EQ(reading.table.substituteVertical(3), kNoGlyph);
+TEST(LayoutTable, WhatIsSoundBesidesABadListStaysUsable) {
+    const LayoutBytes sound{.scripts = scriptList({{"latn", scriptTable(langSysTable({0}))}}),
+                            .features = featureList({{"vert", featureTable({0})}}),
+                            .lookups = lookupList({lookupTable(1, {single(3, 30)})})};
+    const auto without = [&](const char* field) {
+        Bytes bytes = sound.build();
+        return Reading(bytes.patchU16At(field, 0xFFFF));
+    };
+    const Reading noFeatures = without("features");
+    EXPECT_FALSE(noFeatures.table.hasVertFeature());
+    EXPECT_EQ(noFeatures.table.lookups().size(), 1U);
+    EXPECT_NE(noFeatures.langSys("latn"), nullptr);
+    const Reading noLookups = without("lookups");
+    EXPECT_TRUE(noLookups.table.hasVertFeature());
+    EXPECT_EQ(noLookups.table.substituteVertical(3), kNoGlyph);
+    ASSERT_NE(noLookups.langSys("latn"), nullptr);
+    EXPECT_EQ(noLookups.langSys("latn")->features.size(), 1U);
+    EXPECT_EQ(without("scripts").table.substituteVertical(3), 30);
+}
+
+TEST(LayoutTable, EveryBadListIsTold) {
+    Bytes bytes = Bytes().u32(0x00010000).u16(0xFFFF).u16(0xFFFF).u16(0xFFFF);
+    EXPECT_EQ(Reading(bytes).bad, (Lists{List::Features, List::Lookups, List::Scripts}));
+}
+
+TEST(LayoutTable, VerticalFormsOfALookupListThatIsCutShortStayUsable) {
+    // The first lookup is sound; the others are one with 15000 subtables.
+    constexpr std::size_t kLookups = 1000;
+    const Bytes first = lookupTable(1, {single(3, 30)});
+    Bytes list;
+    list.u16(kLookups).u16(2 + 2 * kLookups);
+    for (std::size_t i = 1; i < kLookups; ++i)
+        list.u16(2 + 2 * kLookups + first.size());
+    list.bytes(first).u16(1).u16(0).u16(15000).zero(2 * 15000);
+    const Reading reading(
+        LayoutBytes{.features = featureList({{"vert", featureTable({0})}}), .lookups = list});
+    EXPECT_EQ(reading.bad, Lists{List::Lookups});
+    EXPECT_EQ(reading.table.substituteVertical(3), 30);
 }
 
 TEST(LayoutTable, EveryLengthAndEveryDamagedWordCanBeRead) {
@@ -155,7 +186,7 @@ TEST(LayoutTable, AVertFeatureCountsByItsRecordAlone) {
     Bytes bytes = LayoutBytes{.features = featureList({{"vert", featureTable({0})}})}.build();
     bytes.patchU16At(bytes.offsetOf("features") + 4 + 2 + 4, 0xFFFF); // the record's offset
     const Reading reading(bytes);
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     EXPECT_TRUE(reading.table.hasVertFeature());
     EXPECT_TRUE(reading.table.vertFeature()->lookupIndices.empty());
 }
@@ -192,7 +223,7 @@ TEST(LayoutTable, ABadSubtableOrLookupKeepsItsPlaceEmpty) {
     Bytes list = lookupList({lookupTable(1, {single(5, 50)}), lookup});
     list.patchU16At(2, 0xFFF0); // the first lookup's offset
     const Reading reading(LayoutBytes{.lookups = list});
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     ASSERT_EQ(reading.table.lookups().size(), 2U);
     EXPECT_EQ(reading.table.lookup(0)->type, 0U);
     EXPECT_TRUE(reading.table.lookup(0)->subtables.empty());
@@ -208,20 +239,22 @@ TEST(LayoutTable, AGsubExtensionLookupTakesTheTypeOfTheLastSubtableItWraps) {
             {lookupTable(7, {extension(1, single(3, 30))}),
              lookupTable(7, {extension(1, single(3, 30)), extension(99, unknown)}),
              lookupTable(7, {extension(99, unknown), extension(7, extension(1, single(3, 30)))}),
-             lookupTable(7, {})})});
+             lookupTable(7, {}),
+             lookupTable(7, {extension(1, single(3, 30)), extension(7, Bytes().u16(1))})})});
     EXPECT_EQ(reading.table.lookup(0)->type, 1U);
     EXPECT_EQ(reading.table.lookup(1)->type, 99U);
     EXPECT_NE(reading.table.lookup(1)->subtables[0], nullptr);
     EXPECT_EQ(reading.table.lookup(1)->subtables[1], nullptr);
     EXPECT_EQ(reading.table.lookup(2)->type, 1U);
     EXPECT_EQ(reading.table.lookup(3)->type, 7U) << "nothing was wrapped";
+    EXPECT_EQ(reading.table.lookup(4)->type, 7U) << "read before the extension broke";
 }
 
 TEST(LayoutTable, AGposExtensionLookupKeepsTypeNine) {
     const Reading reading(
         LayoutBytes{.lookups = lookupList({lookupTable(9, {extension(1, Bytes().u16(1))})})},
         Kind::Gpos);
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     EXPECT_EQ(reading.table.lookup(0)->type, 9U);
     EXPECT_EQ(reading.table.lookup(0)->subtables.size(), 1U);
 }
@@ -292,11 +325,60 @@ TEST(LayoutTable, TwoScriptRecordsOfOneTagAreMerged) {
     EXPECT_NE(reading.langSys("latn", tagValue("DEU ")), nullptr);
 }
 
+TEST(LayoutTable, ARepeatedLanguageAddsItsFeaturesToTheFirst) {
+    const Reading reading(LayoutBytes{
+        .scripts = scriptList({{"latn", scriptTable({}, {{"DEU ", langSysTable({0})},
+                                                         {"DEU ", langSysTable({1, 0})}})}}),
+        .features = featureList({{"smcp", featureTable({4})}, {"smcp", featureTable({2})}})});
+    ASSERT_EQ(reading.table.script(tagValue("latn"))->size(), 1U);
+    const TTI_LangSys* langSys = reading.langSys("latn", tagValue("DEU "));
+    ASSERT_NE(langSys, nullptr);
+    std::vector<const TTI_Feature*> features;
+    for (const auto& [tag, feature] : langSys->features)
+        features.push_back(feature);
+    const TTI_Feature* first = &reading.table.features()[0];
+    EXPECT_EQ(features, (std::vector{first, first + 1, first})) << "in the order of the file";
+    const std::uint32_t smcp = tagValue("smcp");
+    EXPECT_EQ(orderOf(*langSys), (std::vector<std::pair<std::uint32_t, std::uint32_t>>{
+                                     {smcp, 2}, {smcp, 4}, {smcp, 4}}));
+}
+
+TEST(LayoutTable, LanguageSystemsThatAreRepeatedTensOfThousandsOfTimesAreSortedOnce) {
+    // 1000 records of one script with 40 languages of tag 0, all of them one. Sorted at each
+    // repeat, this would take minutes under a checker.
+    constexpr std::size_t kScripts = 1000;
+    constexpr std::size_t kLanguages = 40;
+    Bytes list;
+    list.u16(kScripts);
+    for (std::size_t i = 0; i < kScripts; ++i)
+        list.tag("latn").u16(2 + 6 * kScripts);
+    list.u16(0).u16(kLanguages);
+    for (std::size_t i = 0; i < kLanguages; ++i)
+        list.u32(0).u16(4 + 6 * kLanguages);
+    list.u16(0).u16(0xFFFF).u16(2).u16(1).u16(0);
+    // Room for all of it to be read.
+    Bytes lookups = Bytes().u16(0).zero(2000000);
+    const Reading reading(LayoutBytes{
+        .scripts = list,
+        .features = featureList({{"liga", featureTable({7})}, {"smcp", featureTable({9, 7})}}),
+        .lookups = lookups});
+    EXPECT_EQ(reading.bad, Lists());
+    const TTI_LangSys* langSys = reading.langSys("latn");
+    ASSERT_NE(langSys, nullptr);
+    constexpr std::size_t kRepeats = kScripts * kLanguages;
+    ASSERT_EQ(langSys->lookupOrder.size(), 3 * kRepeats);
+    const auto order = orderOf(*langSys);
+    for (std::size_t i = 0; i < 2 * kRepeats; ++i)
+        ASSERT_EQ(order[i], std::pair(tagValue(i % 2 == 0 ? "smcp" : "liga"), 7U)) << i;
+    for (std::size_t i = 2 * kRepeats; i < 3 * kRepeats; ++i)
+        ASSERT_EQ(order[i], std::pair(tagValue("smcp"), 9U)) << i;
+}
+
 TEST(LayoutTable, AFeatureIndexPastTheFeaturesIsLeftOut) {
     const Reading reading(
         LayoutBytes{.scripts = scriptList({{"latn", scriptTable(langSysTable({7, 0, 0xFFFF}))}}),
                     .features = featureList({{"smcp", featureTable({0})}})});
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     EXPECT_EQ(reading.langSys("latn")->features.size(), 1U);
 }
 
@@ -306,7 +388,7 @@ TEST(LayoutTable, AScriptOrLanguageSystemOutsideTheTableIsLeftOut) {
     Bytes scripts = scriptList({{"cyrl", script}, {"latn", script}});
     scripts.patchU16At(6, 0xFFFF); // the first script's offset
     const Reading reading(LayoutBytes{.scripts = scripts});
-    EXPECT_EQ(reading.result, Result::Ok);
+    EXPECT_EQ(reading.bad, Lists());
     EXPECT_EQ(reading.table.script(tagValue("cyrl")), nullptr);
     EXPECT_NE(reading.langSys("latn"), nullptr);
     EXPECT_EQ(reading.langSys("latn", tagValue("DEU ")), nullptr);
@@ -343,7 +425,7 @@ TEST(LayoutTable, FeaturesThatShareAHugeLookupListAreAnError) {
     for (std::size_t i = 0; i < kRecords; ++i)
         list.tag("liga").u16(2 + 6 * kRecords);
     list.u16(0).u16(20000).zero(40000);
-    EXPECT_EQ(Reading(LayoutBytes{.features = list}).result, Result::FeatureListError);
+    EXPECT_EQ(Reading(LayoutBytes{.features = list}).bad, Lists{List::Features});
 }
 
 TEST(LayoutTable, LookupsThatShareSubtablesWithoutEndAreAnError) {
@@ -357,7 +439,15 @@ TEST(LayoutTable, LookupsThatShareSubtablesWithoutEndAreAnError) {
     for (int i = 0; i < 15000; ++i)
         list.u16(6 + 2 * 15000);
     list.bytes(single(3, 30));
-    EXPECT_EQ(Reading(LayoutBytes{.lookups = list}).result, Result::LookupListError);
+    const Reading reading(LayoutBytes{.lookups = list});
+    EXPECT_EQ(reading.bad, Lists{List::Lookups});
+    std::size_t subtables = 0;
+    for (const TTI_Lookup& lookup : reading.table.lookups())
+        subtables += lookup.subtables.size();
+    EXPECT_GT(subtables, 1000U);
+    EXPECT_LE(subtables * sizeof(GSUB_SingleSubstFormat2),
+              KWCommonNS::kLayoutFreeBytes + KWCommonNS::kLayoutReadsOfEachByte * 54000)
+        << "what is kept is no more than what may be read";
 }
 
 TEST(LayoutTable, LanguageSystemsThatShareFeaturesWithoutEndAreAnError) {
@@ -368,10 +458,46 @@ TEST(LayoutTable, LanguageSystemsThatShareFeaturesWithoutEndAreAnError) {
     for (std::size_t i = 0; i < kScripts; ++i)
         list.u32(i).u16(2 + 6 * kScripts);
     list.u16(4).u16(0).u16(0).u16(0xFFFF).u16(kFeatures).zero(2 * kFeatures);
-    EXPECT_EQ(Reading(LayoutBytes{.scripts = list,
-                                  .features = featureList({{"liga", featureTable({0, 1, 2})}})})
-                  .result,
-              Result::ScriptListError);
+    const LayoutBytes layout{.scripts = list,
+                             .features = featureList({{"liga", featureTable({0, 1, 2})}})};
+    const Reading reading(layout);
+    EXPECT_EQ(reading.bad, Lists{List::Scripts});
+    std::size_t heap = 0;
+    for (std::uint32_t i = 0; i < kScripts; ++i) {
+        const TTI_Script* script = reading.table.script(i);
+        for (const auto& [language, langSys] : script != nullptr ? *script : TTI_Script())
+            heap += sizeof langSys + 48 * langSys.features.size() +
+                    langSys.lookupOrder.capacity() * sizeof(TTI_LangSys::OrderedLookup);
+    }
+    EXPECT_GT(heap, 100000U);
+    EXPECT_LE(heap, KWCommonNS::kLayoutFreeBytes +
+                        KWCommonNS::kLayoutReadsOfEachByte * layout.build().size())
+        << "what is kept is no more than what may be read";
+}
+
+TEST(LayoutTable, EmptyLanguageSystemsWithoutEndAreAnError) {
+    // 2000 scripts that are one, with 1000 languages that are one.
+    constexpr std::size_t kScripts = 2000;
+    Bytes list;
+    list.u16(kScripts);
+    for (std::size_t i = 0; i < kScripts; ++i)
+        list.u32(i).u16(2 + 6 * kScripts);
+    list.u16(0).u16(1000);
+    for (std::size_t i = 0; i < 1000; ++i)
+        list.u32(i).u16(4 + 6 * 1000);
+    list.u16(0).u16(0xFFFF).u16(0);
+    const LayoutBytes layout{.scripts = list};
+    const Reading reading(layout);
+    EXPECT_EQ(reading.bad, Lists{List::Scripts});
+    std::size_t langSystems = 0;
+    for (std::uint32_t i = 0; i < kScripts; ++i) {
+        if (const TTI_Script* script = reading.table.script(i))
+            langSystems += script->size();
+    }
+    EXPECT_GT(langSystems, 1000U);
+    EXPECT_LE(langSystems * KWCommonNS::kLayoutObjectCost,
+              KWCommonNS::kLayoutFreeBytes +
+                  KWCommonNS::kLayoutReadsOfEachByte * layout.build().size());
 }
 
 TEST(LayoutTable, OnlySoManySubtablesAreAskedForAVerticalForm) {
@@ -389,7 +515,7 @@ TEST(LayoutTable, OnlySoManySubtablesAreAskedForAVerticalForm) {
     indices.push_back(20);
     const Reading reading(LayoutBytes{.features = featureList({{"vert", featureTable(indices)}}),
                                       .lookups = lookupList(lookups)});
-    ASSERT_EQ(reading.result, Result::Ok);
+    ASSERT_EQ(reading.bad, Lists());
     EXPECT_EQ(reading.table.substituteVertical(3), 30);
     EXPECT_EQ(reading.table.substituteVertical(4), kNoGlyph) << "behind the limit";
 }

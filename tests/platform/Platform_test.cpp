@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -54,6 +56,22 @@ private:
     }
     const char* name_;
     std::optional<std::string> old_;
+};
+
+// Another user than root, for the length of a scope; root may read everything.
+class OrdinaryUser {
+public:
+    OrdinaryUser() { active_ = ::geteuid() != 0 || ::seteuid(65534) == 0; }
+    ~OrdinaryUser() {
+        if (::getuid() == 0 && ::seteuid(0) != 0)
+            std::abort();
+    }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    bool isActive() const { return active_; }
+
+private:
+    bool active_;
 };
 
 std::string readAll(KWPlatform::FileReader& file) {
@@ -139,6 +157,28 @@ TEST(DirectoryListing, AnswersNothingForWhatIsNoFolder) {
     EXPECT_FALSE(native().listDirectory(std::u16string(1, char16_t(0xD800))));
 }
 
+TEST(DirectoryListing, AnswersNothingForWhatMayNotBeRead) {
+    const TempDir dir;
+    dir.write("folder/a.ttf", "x");
+    dir.write("file", "x");
+    fs::permissions(dir.path(), fs::perms::all);
+    fs::permissions(dir.path("folder"), fs::perms::none);
+    fs::permissions(dir.path("file"), fs::perms::none);
+    std::string reason;
+    {
+        const OrdinaryUser user;
+        if (!user.isActive() || !native().directoryIdentity(dir.path().u16string()))
+            GTEST_SKIP() << "no other user, or none that may enter the scratch folder";
+        EXPECT_FALSE(native().listDirectory(dir.path("folder").u16string()));
+        EXPECT_TRUE(native().directoryIdentity(dir.path("folder").u16string()));
+        EXPECT_FALSE(native().isRegularFile(dir.path("folder/a.ttf").u16string()));
+        EXPECT_TRUE(native().isRegularFile(dir.path("file").u16string()));
+        EXPECT_EQ(native().openFile(dir.path("file").u16string(), reason), nullptr);
+    }
+    EXPECT_EQ(reason, "Permission denied");
+    fs::permissions(dir.path("folder"), fs::perms::all);
+}
+
 TEST(DirectoryIdentity, IsTheSameThroughALinkAndDiffersBetweenFolders) {
     const TempDir dir;
     dir.makeFolder("one/two");
@@ -203,6 +243,24 @@ TEST(FileReader, RefusesWhatIsNoRegularFileWithoutWaiting) {
         EXPECT_EQ(native().openFile(path, reason), nullptr);
         EXPECT_FALSE(reason.empty());
     }
+}
+
+TEST(FileReader, DoesNotEvenOpenWhatIsNoRegularFile) {
+    const TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.path("pipe").c_str(), 0600), 0);
+    dir.write("file", "x");
+    const int watch = ::inotify_init1(IN_NONBLOCK);
+    ASSERT_GE(watch, 0);
+    ::inotify_add_watch(watch, dir.path("pipe").c_str(), IN_OPEN);
+    ::inotify_add_watch(watch, dir.path("file").c_str(), IN_OPEN);
+    std::array<char, 4096> events{};
+    std::string reason;
+    EXPECT_EQ(native().openFile(dir.path("pipe").u16string(), reason), nullptr);
+    EXPECT_EQ(reason, "Not a regular file");
+    EXPECT_LT(::read(watch, events.data(), events.size()), 0);
+    EXPECT_NE(native().openFile(dir.path("file").u16string(), reason), nullptr);
+    EXPECT_GT(::read(watch, events.data(), events.size()), 0); // the watch does see opening
+    ::close(watch);
 }
 
 TEST(KnownFolders, FollowTheBaseDirectoryVariables) {
@@ -324,11 +382,13 @@ TEST(SystemOverride, PutsADoubleInPlaceForItsLifetime) {
             return {};
         }
         std::u16string moduleFolder(const std::u16string&) override { return {}; }
+        char16_t preferredSeparator() override { return u'\\'; }
     } replacement;
     {
         const KWPlatform::SystemOverride replaced(replacement);
         EXPECT_EQ(&KWPlatform::system(), &replacement);
         EXPECT_EQ(KWPlatform::system().knownFolder(KnownFolder::fonts), u"known");
+        EXPECT_EQ(KWPlatform::preferredSeparator(), u'\\');
     }
     EXPECT_EQ(&KWPlatform::system(), &native());
 }

@@ -7,6 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <string_view>
+#include <utility>
 
 namespace KWFontService_NS {
 namespace {
@@ -148,6 +151,48 @@ TEST(GlyphDrawInfo, ADrawnSizeDoesNotDisturbIt) {
     EXPECT_EQ(after.horiAdvance, before.horiAdvance);
 }
 
+TEST(GlyphDrawInfo, MetricsAndPointsAreFreeTypesOwnDividedTowardZero) {
+    FS_FontInfo font;
+    ASSERT_TRUE(font.createFont(fileUri(packagedFont("DejaVuSans"))));
+    const FreeTypeFace face(readFile(packagedFont("DejaVuSans")));
+    constexpr int kUnit = 10; // of an em of 2048
+    ASSERT_EQ(face->units_per_EM, 2048);
+    ASSERT_EQ(FT_Set_Char_Size(face.get(), 0, 2048 * kUnit, 0, 0), 0);
+    const auto units = [](FT_Pos value) {
+        return static_cast<int>(std::trunc(static_cast<double>(value) / kUnit));
+    };
+    bool negative = false;
+    for (const char16_t ch : std::u16string_view(u"Ajg,\u00C5"))
+        for (const bool vertical : {false, true}) {
+            const unsigned short gid = font.getGlyphID(ch, false);
+            FS_GlyphDrawInfo info;
+            ASSERT_TRUE(font.getGlyphDrawInfo(gid, info, vertical));
+            ASSERT_EQ(FT_Load_Glyph(face.get(), gid,
+                                    vertical ? FT_LOAD_VERTICAL_LAYOUT : FT_LOAD_DEFAULT),
+                      0);
+            const FT_GlyphSlot slot = face->glyph;
+            const FT_Glyph_Metrics& metrics = slot->metrics;
+            EXPECT_EQ(info.xMin, face->bbox.xMin);
+            EXPECT_EQ(info.yMin, face->bbox.yMin);
+            EXPECT_EQ(info.xMax, face->bbox.xMax);
+            EXPECT_EQ(info.yMax, face->bbox.yMax);
+            EXPECT_EQ(info.width, units(metrics.width)) << gid;
+            EXPECT_EQ(info.height, units(metrics.height)) << gid;
+            EXPECT_EQ(info.horiBearingX, units(metrics.horiBearingX)) << gid;
+            EXPECT_EQ(info.horiBearingY, units(metrics.horiBearingY)) << gid;
+            EXPECT_EQ(info.horiAdvance, units(metrics.horiAdvance)) << gid;
+            EXPECT_EQ(info.vertBearingX, units(metrics.vertBearingX)) << gid;
+            EXPECT_EQ(info.vertBearingY, units(metrics.vertBearingY)) << gid;
+            EXPECT_EQ(info.vertAdvance, units(metrics.vertAdvance)) << gid;
+            negative = negative || (metrics.horiBearingX < 0 && metrics.horiBearingX % kUnit != 0);
+            ASSERT_EQ(info.contours.size(), static_cast<std::size_t>(slot->outline.n_contours));
+            const FT_Vector first = slot->outline.points[0];
+            EXPECT_EQ(info.contours[0].points[0], (std::pair{static_cast<float>(first.x) / kUnit,
+                                                             static_cast<float>(first.y) / kUnit}));
+        }
+    EXPECT_TRUE(negative); // the division has something to truncate
+}
+
 TEST(GlyphDrawInfo, VerticalMetricsComeFromVmtx) {
     TestFont file = unhinted(TestFont::vertical());
     file.with("vmtx", Vmtx{.metrics = {{1000, 0}, {500, 0}, {640, 128}, {1000, 0}, {1000, 0}}});
@@ -198,12 +243,26 @@ TEST(VertOrigin, TheOutlineAnswersForANarrowGlyphWithoutVorg) {
 }
 
 TEST(VertOrigin, GlyphsAsHighAsTheEmNeedNoAdjusting) {
-    CreatedFont full(withoutVorg(1000, 96).build());
-    EXPECT_EQ(full.info.getGlyphVertOriginY(TestFont::kBracketVertical, 0), 0.0F);
-    CreatedFont more(withoutVorg(1200, 96).build());
-    EXPECT_EQ(more.info.getGlyphVertOriginY(TestFont::kBracketVertical, 0), 0.0F);
-    CreatedFont less(withoutVorg(999, 96).build());
-    EXPECT_EQ(less.info.getGlyphVertOriginY(TestFont::kHiraganaA, 0), 0.0F);
+    const auto originWithAdvance = [](std::uint16_t advance) {
+        TestFont file = withoutVorg(advance, 96);
+        file.head.yMax = 1500; // the outline starts below such an advance all the same
+        CreatedFont font(file.build());
+        return font.info.getGlyphVertOriginY(TestFont::kBracketVertical, 0);
+    };
+    EXPECT_NEAR(originWithAdvance(999), 296, 4);
+    EXPECT_EQ(originWithAdvance(1000), 0.0F);
+    EXPECT_EQ(originWithAdvance(1200), 0.0F);
+}
+
+TEST(VertOrigin, AnOriginAtTheAscenderNeedsNoAdjusting) {
+    const auto originUnder = [](std::int16_t ascender) {
+        TestFont file = withoutVorg(512, 672); // a whole number of FreeType's pixels
+        file.hhea.ascender = ascender;
+        CreatedFont font(file.build());
+        return font.info.getGlyphVertOriginY(TestFont::kBracketVertical, 0);
+    };
+    EXPECT_EQ(originUnder(200 + 672), 0.0F);
+    EXPECT_EQ(originUnder(200 + 672 + 1), 872.0F);
 }
 
 TEST(VertOrigin, AnOutlineThatStaysInsideItsAdvanceNeedsNoAdjusting) {

@@ -31,5 +31,14 @@ TEST(FTFaceSize, ASizeThatSomebodyElseChangedIsSetAgain) {
     EXPECT_EQ(face->size->metrics.y_ppem, ppem);
 }
 
+TEST(FTFaceSize, ASizeThatFailedFailsAgain) {
+    const FreeTypeFace face(TestFont::latin().build());
+    EXPECT_EQ(setFTFaceSize(face.get(), 640, 300), 0);
+    constexpr FT_F26Dot6 kTooLarge = 64 * 70000;
+    EXPECT_NE(setFTFaceSize(face.get(), kTooLarge, 72), 0);
+    EXPECT_NE(setFTFaceSize(face.get(), kTooLarge, 72), 0);
+    EXPECT_EQ(setFTFaceSize(face.get(), 640, 300), 0);
+}
+
 } // namespace
 } // namespace KWFontService_NS

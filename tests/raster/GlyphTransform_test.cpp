@@ -78,49 +78,56 @@ TEST(GlyphTransform, TheEstimateFollowsScaleEmboldeningAndSlant) {
 }
 
 TEST(GlyphTransform, TheStepGoesDownToTheBaselineAndBackByTheMiddle) {
-    const auto step = stepFromVertOrigin({}, 44.4, 25);
+    const auto step = stepFromVertOrigin({}, 44.4, 72, 25);
     ASSERT_TRUE(step);
     EXPECT_EQ(step->rows, 44);
     EXPECT_EQ(step->cols, -25);
 }
 
 TEST(GlyphTransform, TheStepTurnsWithTheGlyph) {
-    const auto step = stepFromVertOrigin({.rotationAngle = 90}, 44, 25);
+    const auto step = stepFromVertOrigin({.rotationAngle = 90}, 44, 72, 25);
     ASSERT_TRUE(step);
     EXPECT_EQ(step->rows, -25);
     EXPECT_EQ(step->cols, -44);
 }
 
 TEST(GlyphTransform, TheStepScalesItsHeightAndTakesOffAVerticalShear) {
-    const auto scaled = stepFromVertOrigin({.scale = 2}, 44, 25);
+    const auto scaled = stepFromVertOrigin({.scale = 2}, 44, 72, 25);
     ASSERT_TRUE(scaled);
     EXPECT_EQ(scaled->rows, 88);
     EXPECT_EQ(scaled->cols, -25);
     const auto sheared =
-        stepFromVertOrigin({.slantVertically = true, .slantAngle = 45, .scale = 2}, 44, 25);
+        stepFromVertOrigin({.slantVertically = true, .slantAngle = 45, .scale = 2}, 44, 72, 25);
     ASSERT_TRUE(sheared);
     EXPECT_EQ(sheared->rows, 88 - 50);
     const auto turned = stepFromVertOrigin(
-        {.slantVertically = true, .slantAngle = 45, .rotationAngle = 180}, 44, 25);
+        {.slantVertically = true, .slantAngle = 45, .rotationAngle = 180}, 44, 72, 25);
     ASSERT_TRUE(turned);
     EXPECT_EQ(turned->rows, -44 + 25);
-    const auto horizontal = stepFromVertOrigin({.slantAngle = 45}, 44, 25);
+    const auto horizontal = stepFromVertOrigin({.slantAngle = 45}, 44, 72, 25);
     ASSERT_TRUE(horizontal);
     EXPECT_EQ(horizontal->rows, 44);
 }
 
 TEST(GlyphTransform, HalvesRoundAwayFromZero) {
-    const auto up = stepFromVertOrigin({}, 44.5, 0);
+    const auto up = stepFromVertOrigin({}, 44.5, 72, 0);
     ASSERT_TRUE(up);
     EXPECT_EQ(up->rows, 45);
-    const auto down = stepFromVertOrigin({}, -44.5, 0);
+    const auto down = stepFromVertOrigin({}, -44.5, 72, 0);
     ASSERT_TRUE(down);
     EXPECT_EQ(down->rows, -45);
 }
 
 TEST(GlyphTransform, OriginsThatAreOnePointGiveNoStep) {
-    EXPECT_FALSE(stepFromVertOrigin({}, 0.4, 0));
-    EXPECT_TRUE(stepFromVertOrigin({}, 0.5, 0));
+    EXPECT_FALSE(stepFromVertOrigin({}, 0.4, 72, 0));
+    EXPECT_TRUE(stepFromVertOrigin({}, 0.5, 72, 0));
+}
+
+TEST(StepFromVertOrigin, ExactHalvesAreRoundedAfterTheFactorsInTheirOrder) {
+    // 42.75 * 0.88 * 200 / 72 is 104.5 on paper and a little less in this order.
+    const auto step = stepFromVertOrigin({}, 42.75 * 0.88, 200, 0);
+    ASSERT_TRUE(step);
+    EXPECT_EQ(step->rows, 104);
 }
 
 TEST(GlyphTransform, PixelsAreHeldToTheRangeOfInt) {

@@ -1,40 +1,35 @@
 #include "fonts/cmap/CmapEncoding.h"
 
+#include "fonts/SfntPlatforms.h"
+
 #include <unicode/ucnv.h>
 
 namespace KWFontService_NS {
 
 namespace {
 
-constexpr std::uint16_t kMacintosh = 1;
-constexpr std::uint16_t kWindows = 3;
-
-struct ConverterRow {
-    std::uint16_t platformID;
-    std::uint16_t encodingID;
-    const char* name;
-};
-
-constexpr ConverterRow kConverters[] = {
-    {kWindows, 2, "ShiftJIS"}, {kWindows, 3, "GB2312"},   {kWindows, 4, "Big5"},
-    {kWindows, 5, "cp949"},    {kMacintosh, 1, "cp932"},  {kMacintosh, 2, "cp950"},
-    {kMacintosh, 3, "cp949"},  {kMacintosh, 25, "cp936"},
-};
+const char* converterOf(std::uint16_t platformID, std::uint16_t encodingID) {
+    switch (platformID) {
+    case kPlatformMacintosh:
+        return macEastAsianConverter(encodingID);
+    case kPlatformWindows:
+        return windowsEastAsianConverter(encodingID);
+    default:
+        return nullptr;
+    }
+}
 
 constexpr char kSubstitutionMark = 0x3F;
 
 } // namespace
 
 CmapEncoding::CmapEncoding(std::uint16_t platformID, std::uint16_t encodingID, bool symbolRange) {
-    if (platformID == kWindows && encodingID <= 1 && symbolRange)
+    if (platformID == kPlatformWindows && encodingID <= 1 && symbolRange)
         way_ = Way::Symbol;
-    for (const ConverterRow& row : kConverters) {
-        if (row.platformID == platformID && row.encodingID == encodingID) {
-            way_ = Way::Converter;
-            converter_ = row.name;
-        }
-    }
-    simplifiedChinese_ = platformID == kWindows && encodingID == 3;
+    converter_ = converterOf(platformID, encodingID);
+    if (converter_ != nullptr)
+        way_ = Way::Converter;
+    simplifiedChinese_ = platformID == kPlatformWindows && encodingID == 3;
 }
 
 int CmapEncoding::convertByName(int ch) const {

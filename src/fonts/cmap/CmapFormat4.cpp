@@ -30,13 +30,15 @@ bool CmapFormat4::read(SfntReader& reader, std::uint64_t offset) {
     idRangeOffsets_ = idDeltas_ + 2 * segCount;
     if (bytes_.size() > idRangeOffsets_)
         heldSegments_ = std::min(segCount, (bytes_.size() - idRangeOffsets_) / 2);
+    return true;
+}
 
+void CmapFormat4::buildIndex() {
     bool sorted = true;
     for (std::size_t i = 1; i < heldSegments_; ++i)
         sorted = sorted && endCode(i - 1) <= endCode(i);
     if (sorted)
         index_.build(heldSegments_, [this](std::size_t i) { return endCode(i); });
-    return true;
 }
 
 unsigned int CmapFormat4::charCount() const {

@@ -17,6 +17,8 @@ class CmapFormat4 {
 public:
     /// Reads the subtable at `offset` of the file. False after reporting what failed.
     bool read(SfntReader& reader, std::uint64_t offset);
+    /// Makes lookups faster, of a table whose segments are in order.
+    void buildIndex();
 
     /// Glyph of a code, 0xFFFF when missing.
     unsigned short lookup(int code, bool allowGlyphZero) const {
@@ -43,7 +45,7 @@ public:
         return glyph == 0 && !allowGlyphZero ? FS_NO_GLYPH : static_cast<unsigned short>(glyph);
     }
 
-    /// The codes of all segments before the closing one.
+    /// The codes of all segments before the closing one; sums wrap.
     unsigned int charCount() const;
     /// True when the first segment starts in a block Fxxx.
     bool isSymbolRange() const;

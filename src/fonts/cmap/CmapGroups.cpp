@@ -29,7 +29,10 @@ bool CmapGroups::read(SfntReader& reader, std::uint64_t offset, int format) {
     if (!reader.read(offset + kHeaderSize, static_cast<std::size_t>(nGroups) * kGroupSize, bytes_))
         return reader.fail(FS_ERROR_FONT_READ, "'cmap' table group read error");
     count_ = static_cast<std::size_t>(nGroups);
+    return true;
+}
 
+void CmapGroups::buildIndex() {
     const auto start = [this](std::size_t i) { return loadI32(&bytes_[kGroupSize * i]); };
     const auto end = [this](std::size_t i) { return loadI32(&bytes_[kGroupSize * i + 4]); };
     bool sorted = count_ != 0 && start(0) >= 0;
@@ -37,7 +40,6 @@ bool CmapGroups::read(SfntReader& reader, std::uint64_t offset, int format) {
         sorted = start(i) <= end(i) && (i == 0 || end(i - 1) < start(i));
     if (sorted)
         index_.build(count_, [&end](std::size_t i) { return static_cast<std::uint32_t>(end(i)); });
-    return true;
 }
 
 unsigned int CmapGroups::charCount() const {

@@ -15,6 +15,9 @@ namespace KWFontService_NS {
 /// The groups of `cmap` formats 12 and 13, searched in the bytes of the file.
 class CmapGroups {
 public:
+    /// Makes lookups faster, of a table whose groups are in order.
+    void buildIndex();
+    /// The codes of all groups; sums wrap.
     unsigned int charCount() const;
     /// True when the first group starts in a block Fxxx.
     bool isSymbolRange() const;
@@ -73,9 +76,9 @@ public:
         const std::uint8_t* group = findGroup(code);
         if (!group)
             return FS_NO_GLYPH;
-        const auto glyph =
-            static_cast<unsigned short>(KWCommonNS::ByteView::loadU16(group + 10) -
-                                        KWCommonNS::ByteView::loadU16(group + 2) + code);
+        const auto glyph = static_cast<unsigned short>(static_cast<unsigned int>(code) +
+                                                       KWCommonNS::ByteView::loadU16(group + 10) -
+                                                       KWCommonNS::ByteView::loadU16(group + 2));
         return glyph == 0 && !allowGlyphZero ? FS_NO_GLYPH : glyph;
     }
 };

@@ -7,7 +7,8 @@
 namespace KWFontService_NS {
 
 /// Where to look in a sorted list of code ranges: for each block of codes, the first range that
-/// ends in the block or behind it. At most 16 KiB a face, beside table bytes that stay as they are.
+/// ends in the block or behind it. At most about 16 KiB; a face has one, of the subtable that
+/// answers.
 class CmapIndex {
 public:
     /// The first range that may hold a code, and the last one, which may be behind the list.

@@ -177,6 +177,8 @@ std::string programPath() {
     return {};
 }
 
+constexpr const char* kNotRegular = "Not a regular file";
+
 class PosixSystem final : public System {
 public:
     std::optional<std::vector<DirectoryEntry>> listDirectory(const std::u16string& path) override {
@@ -191,7 +193,11 @@ public:
             return std::nullopt;
         const int fd = descriptor.release();
         std::vector<DirectoryEntry> entries;
-        while (const dirent* const found = ::readdir(directory.get())) {
+        for (;;) {
+            errno = 0;
+            const dirent* const found = ::readdir(directory.get());
+            if (found == nullptr)
+                break;
             const std::string_view name = found->d_name;
             if (name == "." || name == "..")
                 continue;
@@ -200,6 +206,8 @@ public:
             entry.hidden = name.front() == '.';
             judge(entry, fd, *found);
         }
+        if (errno != 0) // the listing broke off
+            return std::nullopt;
         return entries;
     }
 
@@ -221,15 +229,21 @@ public:
             reason = "No file can have this name";
             return nullptr;
         }
-        // O_NONBLOCK: a pipe without a writer must not hold us up; regular files do not mind.
-        Descriptor descriptor(openRetrying(narrow->c_str(), O_NONBLOCK | O_NOCTTY));
         struct stat info {};
+        // Some devices act when they are opened.
+        if (::stat(narrow->c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
+            reason = kNotRegular;
+            return nullptr;
+        }
+        // The file may have been exchanged meanwhile. O_NONBLOCK: a pipe without a writer must not
+        // hold us up; regular files do not mind.
+        Descriptor descriptor(openRetrying(narrow->c_str(), O_NONBLOCK | O_NOCTTY));
         if (descriptor.get() < 0 || ::fstat(descriptor.get(), &info) != 0) {
             reason = std::generic_category().message(errno);
             return nullptr;
         }
         if (!S_ISREG(info.st_mode)) {
-            reason = "Not a regular file";
+            reason = kNotRegular;
             return nullptr;
         }
         return std::make_unique<PosixFileReader>(std::move(descriptor),
@@ -277,6 +291,8 @@ public:
         return decodeBytes(std::string_view(path).substr(0, std::max<std::size_t>(separator, 1)));
     }
 
+    char16_t preferredSeparator() override { return u'/'; }
+
 private:
     static bool statPath(const std::u16string& path, struct stat& info) {
         const auto narrow = narrowPath(path);
@@ -289,10 +305,6 @@ private:
 System& nativeSystem() {
     static PosixSystem system;
     return system;
-}
-
-char16_t preferredSeparator() {
-    return u'/';
 }
 
 std::optional<std::string> narrowPath(std::u16string_view path) {

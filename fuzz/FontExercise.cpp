@@ -1,0 +1,123 @@
+#include "FontExercise.h"
+
+#include "SampleArguments.h"
+#include "fonts/FS_OpenType.h"
+#include "fonts/FS_TrueType.h"
+#include "service/FS_FontService.h"
+
+#include <KWFontService17/FS_FontInfo.h>
+#include <KWFontService17/FS_GlyphBMPStore.h>
+#include <KWFontService17/FS_GlyphDrawInfo.h>
+
+#include <KWCommon15/KWPtr.h>
+
+#include <initializer_list>
+#include <memory>
+#include <sstream>
+#include <string>
+
+namespace KWFuzz {
+
+using namespace KWFontService_NS;
+using KWCommonNS::KWPtr;
+
+namespace {
+
+/// The font under test, as the resource that its URI names.
+class FontInMemory {
+public:
+    FontInMemory(const std::uint8_t* data, std::size_t size)
+        : bytes_(reinterpret_cast<const char*>(data), size) {
+        KWUri::setFetcher(
+            [this](const KWUri&, KWUri::ContentInfo&, UnicodeString&) { return open(); });
+    }
+    ~FontInMemory() { KWUri::setFetcher({}); }
+    FontInMemory(const FontInMemory&) = delete;
+    FontInMemory& operator=(const FontInMemory&) = delete;
+
+    KWUri uri() const { return KWUri(UnicodeString("fuzz:font"), KWCommonNS::URISTR_URI); }
+    std::unique_ptr<std::istream> open() const {
+        return std::make_unique<std::istringstream>(bytes_);
+    }
+
+private:
+    std::string bytes_;
+};
+
+void callEveryOperation(FS_BaseFont& font) {
+#define FS_OPERATION(faces, facade, result, name, parameters, arguments, qualifier, missing)       \
+    callVariants(font,                                                                             \
+                 static_cast<result (FS_BaseFont::*)(FS_PARAMETERS parameters int) qualifier>(     \
+                     &FS_BaseFont::name));
+#include "fonts/FS_FaceOperations.inc"
+}
+
+template <class Font>
+void scanAndLoad(const FontInMemory& file, bool embedded) {
+    const KWPtr<Font> font(new Font(file.uri()));
+    KWError error;
+    const auto stream = file.open();
+    if (embedded) {
+        if (font->scanEmbeddedFont(error, *stream))
+            font->loadEmbeddedFont(error, stream.get());
+    } else if (font->scanFont(error, *stream)) {
+        // Also after a load that failed: what was read stays usable.
+        font->loadFont(error, 0, nullptr);
+        callEveryOperation(*font);
+    }
+}
+
+void draw(FS_FontInfo& font) {
+    const FS_GlyphBMPSetting settings[] = {{},
+                                           {.scaleVertically = true,
+                                            .slantVertically = true,
+                                            .slantAngle = 12.0F,
+                                            .rotationAngle = 33.0F,
+                                            .scale = 0.5F,
+                                            .emboldenPixels = 1}};
+    FS_GlyphBMPStore store;
+    for (const unsigned short gid : std::initializer_list<unsigned short>{0, 1, 2, 6, 0xFFFF}) {
+        for (const FS_GlyphBMPSetting& setting : settings)
+            store.insertGlyph(gid, 12.0F, 72, &font, setting);
+        for (const bool vertical : {false, true}) {
+            FS_GlyphDrawInfo info;
+            font.getGlyphDrawInfo(gid, info, vertical);
+        }
+    }
+    font.isGlyphDrawInfoAvialable();
+}
+
+void useThroughFacade(const FontInMemory& file) {
+    FS_FontInfo font;
+    if (font.createFont(file.uri())) {
+        for (const int ch : {0x20, 0x41, 0x300C, 0xE000, 0x10FFFF}) {
+            bool hasVertical = false;
+            font.isNoVerticalGlyph(ch, &hasVertical);
+            font.hasVerticalGlyph(ch);
+            font.getTextWidth(ch, 12, true, nullptr);
+            UnicodeString name;
+            int weight = 0;
+            bool italic = false;
+            font.getEudcFontName(ch, name, weight, italic);
+            font.getEudcGlyphID(ch);
+        }
+        for (const int size : {0, 12, -1000})
+            font.getGlyphVertOriginY(2, size);
+        draw(font);
+    }
+    // Fonts made from files live as long as the service, which here is as long as the fuzzer.
+    if (FS_FontService* const service = g_fontService.load())
+        service->keptFonts.clear();
+}
+
+} // namespace
+
+void exerciseFont(const std::uint8_t* data, std::size_t size) {
+    const FontInMemory file(data, size);
+    scanAndLoad<FS_TrueType>(file, false);
+    scanAndLoad<FS_TrueType>(file, true);
+    scanAndLoad<FS_OpenType>(file, false);
+    useThroughFacade(file);
+}
+
+} // namespace KWFuzz

@@ -1,0 +1,165 @@
+// Writes first inputs for every fuzz target: MakeSeeds FOLDER.
+
+#include "FuzzTables.h"
+#include "support/FontBuilder.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace KWTest;
+
+class SeedFolder {
+public:
+    explicit SeedFolder(std::filesystem::path path) : path_(std::move(path)) {
+        std::filesystem::create_directories(path_);
+    }
+    void add(const std::string& name, const Bytes& seed) const {
+        std::ofstream stream(path_ / name, std::ios::binary);
+        const std::string text = seed.str();
+        stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+        if (!stream)
+            throw std::runtime_error("cannot write " + (path_ / name).string());
+    }
+    void add(const std::string& name, std::string_view text) const {
+        add(name, Bytes::ofText(text));
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+const CmapMap kMap{{0x20, 1}, {'A', 2}, {'B', 3}, {0x3042, 2}};
+
+Cmap cmapOf(int platform, int encoding, Bytes subtable) {
+    return {.records = {{.platformID = static_cast<std::uint16_t>(platform),
+                         .encodingID = static_cast<std::uint16_t>(encoding),
+                         .subtable = std::move(subtable)}}};
+}
+
+Bytes variationSequences() {
+    return CmapFormat14{
+        .selectors = {{.varSelector = 0xFE00,
+                       .defaults = {{.startUnicodeValue = 0x3042, .additionalCount = 1}},
+                       .mappings = {{.unicodeValue = 0x300C, .glyphID = 4}}}}}
+        .build();
+}
+
+TestFont macintosh() {
+    TestFont font = TestFont::latin();
+    font.version = kTrueVersion;
+    font.name = Name{.records = {macName(1, "KWTest"), macName(4, "KWTest Regular")}};
+    return font.without("OS/2");
+}
+
+void makeFontSeeds(const SeedFolder& folder) {
+    folder.add("latin", TestFont::latin().build());
+    folder.add("vertical", TestFont::vertical().build());
+    folder.add("opentype", TestFont::openType().build());
+    folder.add("macintosh", macintosh().build());
+    TestFont longLoca = TestFont::latin();
+    longLoca.outlines.longLoca = true;
+    folder.add("long-loca", longLoca.build());
+    SfntCollection collection;
+    collection.fonts = {TestFont::latin().sfnt(), TestFont::vertical().sfnt()};
+    folder.add("collection", collection.build());
+}
+
+void makeTableSeeds(const SeedFolder& folder) {
+    const auto add = [&folder](std::string_view tag, const std::string& name, const Bytes& table) {
+        const auto place = std::find(KWFuzz::kFuzzTables.begin(), KWFuzz::kFuzzTables.end(), tag);
+        if (place == KWFuzz::kFuzzTables.end())
+            throw std::runtime_error("no such table");
+        folder.add(name, Bytes().u8(place - KWFuzz::kFuzzTables.begin()).bytes(table));
+    };
+    add("cmap", "cmap0", cmapOf(1, 0, CmapFormat0::of({{'A', 2}, {'B', 3}}).build()).build());
+    add("cmap", "cmap2", cmapOf(3, 2, CmapFormat2::of(kMap).build()).build());
+    add("cmap", "cmap4", cmapOf(3, 1, CmapFormat4::of(kMap).build()).build());
+    add("cmap", "cmap4-array", cmapOf(3, 1, CmapFormat4::withGlyphArray(kMap).build()).build());
+    add("cmap", "cmap4-symbol", cmapOf(3, 0, CmapFormat4::of({{0xF041, 2}}).build()).build());
+    add("cmap", "cmap6", cmapOf(0, 3, CmapFormat6::of({{'A', 2}, {'B', 3}}).build()).build());
+    add("cmap", "cmap8", cmapOf(3, 10, CmapFormat8::of(kMap).build()).build());
+    add("cmap", "cmap10", cmapOf(3, 10, CmapFormat10::of({{'A', 2}, {'B', 3}}).build()).build());
+    add("cmap", "cmap12", cmapOf(3, 10, CmapFormat12::of(kMap).build()).build());
+    add("cmap", "cmap13", cmapOf(3, 10, CmapFormat13::of({{'A', 2}}).build()).build());
+    add("cmap", "cmap14",
+        Cmap{.records = {{.platformID = 0, .encodingID = 5, .subtable = variationSequences()},
+                         {.subtable = CmapFormat4::of(kMap).build()}}}
+            .build());
+    add("kern", "kern", Kern{.subtables = {{.pairs = {{2, 3, -50}, {3, 2, 20}}}}}.build());
+    add("GDEF", "gdef1",
+        Gdef{.glyphClassDef = classDefFormat1(1, {1, 2, 3}), .markAttachClassDef = {}}.build());
+    add("GDEF", "gdef2",
+        Gdef{.glyphClassDef = classDefFormat2({{2, 3, 1}, {4, 4, 3}}),
+             .markAttachClassDef = classDefFormat2({{4, 4, 1}})}
+            .build());
+    add("GSUB", "gsub", SingleSubstGsub::vert({{3, 4}}).build());
+    add("GSUB", "gsub1", SingleSubstGsub::vert({{3, 4}}, 1).build());
+    add("GPOS", "gpos", SingleSubstGsub{.script = "latn", .feature = "kern"}.build());
+    add("mort", "mort", Mort::vertical({{3, 4}}).build());
+    add("glyf", "glyf", TestFont::vertical().outlines.glyf());
+    add("glyf", "glyf-composite",
+        CompositeGlyph{.components = {{.glyphIndex = 2}, {.glyphIndex = 3, .scale = {0.5}}}}
+            .build());
+    add("loca", "loca", TestFont::vertical().outlines.loca());
+    add("hmtx", "hmtx", TestFont::vertical().hmtx.build());
+    add("name", "name", Name::english(u"KWTest").build());
+    add("name", "name-mac", Name{.records = {macName(1, "KWTest"), macName(20, "K")}}.build());
+    add("OS/2", "os2", OS2{}.build());
+    add("post", "post", Post{}.build());
+    add("vhea", "vhea", Vhea{.numOfLongVerMetrics = 5}.build());
+    add("vmtx", "vmtx", Vmtx{.metrics = {{1000, 180}, {500, 0}, {1000, 80}}}.build());
+    add("VORG", "vorg", Vorg{.origins = {{.glyphIndex = 4, .vertOriginY = 900}}}.build());
+    add("head", "head", TestFont::vertical().head.build());
+    add("hhea", "hhea", TestFont::vertical().hhea.build());
+    add("maxp", "maxp", Maxp{.numGlyphs = 5}.build());
+    add("CFF ", "cff", TestFont::openType().sfnt().get("CFF "));
+    add("fpgm", "fpgm", Bytes{0xB0, 0x00, 0x2C, 0x2D});
+    add("prep", "prep", Bytes{0xB8, 0x01, 0xFF, 0x85});
+}
+
+void makeTextSeeds(const std::filesystem::path& root) {
+    const SeedFolder uri(root / "uri");
+    uri.add("file", "file:///usr/share/fonts/a%20b.ttf");
+    uri.add("relative", "../x/./y//z.ttf?q#f");
+    uri.add("windows", "C:\\Windows\\Fonts\\msgothic.ttc");
+    uri.add("unc", "\\\\server\\share\\dir\\file.ttf");
+    uri.add("data", "data:font/ttf;charset=x;base64,AAEAAAAKAIAAAwAg");
+    uri.add("data-percent", "data:text/plain,a%20b%ff%");
+    uri.add("http", "HTTP://user@Ex%41mple.org:80/a/../b?c=%2f#d");
+
+    const SeedFolder value(root / "value");
+    value.add("range", "U+0-7F, u+4??, U+3000-30ff, U+10FFFF");
+    value.add("numbers", "1 -2.5 +.5e3 1e400 12px 50% 1.2.3 99999999999");
+    value.add("css", "a b\\26 c \"str\\\nx\" 'y' url( x.ttf ) f(1,2) #id @at /* c */ <!-- --> U+1");
+    value.add("plain", "a;b,c 5. .5 x=y /Name (str)");
+
+    const SeedFolder xml(root / "xml");
+    xml.add("plain", "<?xml version=\"1.0\"?><a b=\"c&amp;\"><d>t</d><![CDATA[x]]><e/></a>");
+    xml.add("entities", "<!DOCTYPE a [<!ENTITY b 'x'><!ENTITY c '&b;&b;'>]><a q='&c;'>&c;</a>");
+    xml.add("external", "<!DOCTYPE a SYSTEM 'x.dtd' [<!ENTITY e SYSTEM 'e'>]><a>&e;</a>");
+    xml.add("encoding", "<?xml version='1.0' encoding='windows-1252'?><a>\xE9</a>");
+    xml.add("broken", "<a><b></a>");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2)
+        return 2;
+    try {
+        const std::filesystem::path root(argv[1]);
+        makeFontSeeds(SeedFolder(root / "font"));
+        makeTableSeeds(SeedFolder(root / "table"));
+        makeTextSeeds(root);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
