@@ -21,11 +21,12 @@ bool isTerminal() {
 #endif
 }
 
+/// Fewer steps than this are done before anybody has read the line.
+constexpr std::size_t kLongWork = 1000;
+
 } // namespace
 
-Progress::Progress(std::string label)
-    : label_(std::move(label)), terminal_(isTerminal()),
-      next_(Clock::now() + std::chrono::milliseconds(300)) {}
+Progress::Progress(std::string label) : label_(std::move(label)), terminal_(isTerminal()) {}
 
 Progress::~Progress() {
     if (shown_)
@@ -33,12 +34,14 @@ Progress::~Progress() {
 }
 
 void Progress::update(std::size_t done, std::size_t total) {
-    if (!terminal_ || total == 0 || Clock::now() < next_)
+    if (!terminal_ || total < kLongWork)
         return;
-    const double percent = 100.0 * static_cast<double>(done) / static_cast<double>(total);
-    std::fprintf(stderr, "\r%s %3.0f %%", label_.c_str(), percent);
+    const std::size_t percent = done * 100 / total;
+    if (shown_ && percent == percent_)
+        return;
+    std::fprintf(stderr, "\r%s %3zu %%", label_.c_str(), percent);
     shown_ = true;
-    next_ = Clock::now() + std::chrono::milliseconds(100);
+    percent_ = percent;
 }
 
 } // namespace typeset

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <string>
 
 namespace typeset {
 
 /// A line on standard error that says how far a longer work has come. It shows up only on a
-/// terminal and only when the work takes a while, and leaves nothing behind.
+/// terminal and only for work of many steps, and leaves nothing behind.
 class Progress {
 public:
     explicit Progress(std::string label);
@@ -18,12 +17,10 @@ public:
     void update(std::size_t done, std::size_t total);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     std::string label_;
     bool terminal_;
     bool shown_ = false;
-    Clock::time_point next_;
+    std::size_t percent_ = 0;
 };
 
 } // namespace typeset

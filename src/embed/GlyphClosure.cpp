@@ -5,7 +5,8 @@
 #include <KWFontService17/FS_Types.h>
 
 #include <algorithm>
-#include <bitset>
+#include <array>
+#include <bit>
 
 namespace KWFontService_NS {
 
@@ -53,9 +54,12 @@ void forEachComponent(ByteView glyph, const Note& note) {
 class GlyphSet {
 public:
     void add(std::uint16_t gid) {
-        if (gid == FS_NO_GLYPH || members_[gid])
+        std::uint64_t& word = words_[gid / kWordBits];
+        const std::uint64_t bit = std::uint64_t{1} << (gid % kWordBits);
+        if (gid == FS_NO_GLYPH || (word & bit) != 0)
             return;
-        members_.set(gid);
+        word |= bit;
+        ++count_;
         newcomers_.push_back(gid);
     }
     /// Those added since the last call, ascending.
@@ -68,15 +72,19 @@ public:
     /// All of them, ascending.
     std::vector<std::uint16_t> all() const {
         std::vector<std::uint16_t> gids;
-        gids.reserve(members_.count());
-        for (std::size_t gid = 0; gid < members_.size(); ++gid)
-            if (members_[gid])
-                gids.push_back(static_cast<std::uint16_t>(gid));
+        gids.reserve(count_);
+        for (std::size_t i = 0; i < words_.size(); ++i)
+            for (std::uint64_t rest = words_[i]; rest != 0; rest &= rest - 1)
+                gids.push_back(static_cast<std::uint16_t>(
+                    i * kWordBits + static_cast<std::size_t>(std::countr_zero(rest))));
         return gids;
     }
 
 private:
-    std::bitset<0x10000> members_;
+    static constexpr std::size_t kWordBits = 64;
+
+    std::array<std::uint64_t, 0x10000 / kWordBits> words_{};
+    std::size_t count_ = 0;
     std::vector<std::uint16_t> newcomers_;
 };
 

@@ -31,13 +31,11 @@ KWLang::LanguageID systemLanguage() {
 
 } // namespace
 
-FS_TrueTypeInfo::FS_TrueTypeInfo() = default;
-FS_TrueTypeInfo::~FS_TrueTypeInfo() = default;
-
-const FS_TrueTypeInfo::LoadedTables& FS_TrueTypeInfo::tables() const {
+FS_TrueTypeInfo::FS_TrueTypeInfo() {
     static const LoadedTables kNone;
-    return isLoaded() && loadedTables_ ? *loadedTables_ : kNone;
+    usableTables_.store(&kNone, std::memory_order_relaxed);
 }
+FS_TrueTypeInfo::~FS_TrueTypeInfo() = default;
 
 bool FS_TrueTypeInfo::readOffsetTable(KWError& error, std::istream& stream, FS_BaseFont& font,
                                       bool embedded) {

@@ -73,8 +73,8 @@ public:
     void setHasVerticalGlyph() {
         verticalGlyphsGiven_ = true;
     }
-    /// The face's file as it stands: `output` becomes a stream over `source`, which the caller keeps
-    /// alive as long; null opens the font's own, which `output` then owns.
+    /// The face's file as it stands: `output` becomes a stream over `source`, which the caller
+    /// keeps alive as long; null opens the font's own, which `output` then owns.
     bool getEmbedFontStream(KWMemStream& output, std::istream* source);
     bool isCIDFont() const {
         return cidFont_.load(std::memory_order_relaxed);
@@ -103,8 +103,10 @@ public:
     const TTI_Names& names() const {
         return nameTable_;
     }
-    /// Empty tables before the load.
-    const LoadedTables& tables() const;
+    /// Empty tables before the load is over.
+    const LoadedTables& tables() const {
+        return *usableTables_.load(std::memory_order_acquire);
+    }
     FS_BaseFont* ownerFont() const {
         return owner;
     }
@@ -115,6 +117,7 @@ public:
 private:
     bool readRequiredTables(SfntReader& reader, bool embedded);
     bool readOptionalScanTables(SfntReader& reader);
+    void finishLoad() noexcept;
     bool loadEveryTable(KWError& error, std::istream& stream, bool embedded);
     bool loadCff(SfntReader& reader);
     bool loadGdef(SfntReader& reader);
@@ -142,6 +145,7 @@ private:
     TTI_Header headerTables_;
     TTI_Names nameTable_;
     std::unique_ptr<LoadedTables> loadedTables_;
+    std::atomic<const LoadedTables*> usableTables_;
     FS_FontRef eudcFont;
     bool macFont = false;
     bool allowGlyphZero = false;

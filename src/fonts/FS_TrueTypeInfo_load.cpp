@@ -14,22 +14,11 @@ namespace KWFontService_NS {
 using KWCommonNS::ByteView;
 using KWCommonNS::KWMutex;
 
-namespace {
-
-/// Ends the load stage however it is left: a reader that throws leaves a failed load behind, and a
-/// failed load is not tried again.
-class LoadEnd {
-public:
-    explicit LoadEnd(std::atomic<bool>& loaded) : loaded_(loaded) {}
-    ~LoadEnd() { loaded_.store(true, std::memory_order_release); }
-    LoadEnd(const LoadEnd&) = delete;
-    LoadEnd& operator=(const LoadEnd&) = delete;
-
-private:
-    std::atomic<bool>& loaded_;
-};
-
-} // namespace
+void FS_TrueTypeInfo::finishLoad() noexcept {
+    if (loadedTables_)
+        usableTables_.store(loadedTables_.get(), std::memory_order_release);
+    loaded.store(true, std::memory_order_release);
+}
 
 bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embedded) {
     if (isLoaded())
@@ -39,7 +28,12 @@ bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embe
     if (isLoaded())
         return loadOk;
 
-    const LoadEnd end(loaded);
+    // However the stage is left: a reader that throws leaves a failed load, which is not tried
+    // again.
+    const struct LoadEnd {
+        FS_TrueTypeInfo& face;
+        ~LoadEnd() { face.finishLoad(); }
+    } end{*this};
     loadOk = false;
     if (const FS_FontFileOptions* settings = owner->getFontEntrySettings())
         allowGlyphZero = settings->useZeroGlyphId;

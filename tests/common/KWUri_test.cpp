@@ -355,8 +355,8 @@ TEST(Uri, WindowsTakesBackslashesAndEncodedOnesAreNoPath) {
 }
 
 TEST(Uri, ItsTextMakesItAgainWhenReadAsAUri) {
-    for (const char16_t* text : {u"my fonts/a.ttf", u"C:x.ttf", u"a%20b", u"/a b",
-                                 u"\\\\C:\\a", u"\\\\server\\C:\\a"}) {
+    for (const char16_t* text :
+         {u"my fonts/a.ttf", u"C:x.ttf", u"a%20b", u"/a b", u"\\\\C:\\a", u"\\\\server\\C:\\a"}) {
         const KWUri uri(text);
         EXPECT_EQ(KWUri(uri.getString(), URISTR_URI), uri);
     }

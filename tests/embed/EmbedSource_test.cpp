@@ -1,3 +1,4 @@
+#include "common/KWLimits.h"
 #include "embed/EmbedSource.h"
 
 #include "EmbedFixture.h"
@@ -50,11 +51,11 @@ TEST(EmbedSource, NoBytesCanBeTakenFromAnywhere) {
     EXPECT_TRUE(source.copy(0xFFFFFFFF, 0, out));
 }
 
-TEST(EmbedSource, ReadsTheFileFourTimesAndNoMore) {
+TEST(EmbedSource, ReadsTheFileSoManyTimesAndNoMore) {
     std::istringstream stream("0123456789");
     EmbedSource source(stream);
     KWMemStream out;
-    for (int i = 0; i < 4; ++i)
+    for (std::uint64_t i = 0; i < KWCommonNS::kMaxEmbedReadFactor; ++i)
         EXPECT_TRUE(source.copy(0, 10, out));
     EXPECT_FALSE(source.copy(0, 1, out));
     EXPECT_FALSE(source.charge(1));
