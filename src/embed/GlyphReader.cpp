@@ -7,7 +7,7 @@ using KWCommonNS::ByteView;
 namespace {
 
 // Small enough to stay in the processor's cache between reading and use.
-constexpr std::uint64_t kPieceSize = 64 * 1024;
+constexpr std::uint64_t kPieceSize = std::uint64_t{64} << 10;
 
 } // namespace
 
