@@ -9,8 +9,10 @@ function(kw_set_warnings target)
       -Wnon-virtual-dtor -Woverloaded-virtual
       # GCC 12 sees overlapping copies in plain concatenations of std::string (PR 105651).
       $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
-      # With sanitizers it loses sight of what is initialised inside std::regex and std::function.
-      $<$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:${KW_SANITIZE}>>:-Wno-maybe-uninitialized>
       $<$<BOOL:${KW_WARNINGS_AS_ERRORS}>:-Werror>)
+    # With sanitizers GCC loses sight of what std::regex and std::function have initialised.
+    if(KW_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+    endif()
   endif()
 endfunction()
