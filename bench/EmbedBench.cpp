@@ -54,7 +54,7 @@ const int registered = [] {
         }
     };
     pair("latin", latinSubject);
-    pair("cjk", cjkSubject);
+    pair("cjk", cjkSubsetSubject);
     return 0;
 }();
 

@@ -34,6 +34,11 @@ Subject& cjkSubject() {
     return subject;
 }
 
+Subject& cjkSubsetSubject() {
+    static Subject subject(KWTest::packagedFont("ARPLSungtiL"));
+    return subject;
+}
+
 const UnicodeString& latinText() {
     static const UnicodeString text = [] {
         const UnicodeString line(u"The quick brown fox jumps over the lazy dog; Ça ira, naïve "

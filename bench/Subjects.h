@@ -46,6 +46,8 @@ struct Subject {
 /// One subject a font, made on first use and kept to the end.
 Subject& latinSubject();
 Subject& cjkSubject();
+/// A CJK font that the peer's subsetter takes for any set of glyphs.
+Subject& cjkSubsetSubject();
 
 /// Texts of a few thousand characters that the subjects cover.
 const KWFontService_NS::UnicodeString& latinText();

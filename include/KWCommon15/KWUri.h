@@ -55,7 +55,8 @@ public:
     /// Opens resources of schemes that the library does not read itself. It answers a new stream,
     /// which the caller of getIStream() then owns, or null. It may fill `info` and, on failure,
     /// `errorText`; neither is null. It may be called from several threads at once and may throw;
-    /// an exception passes through getIStream().
+    /// an exception passes through getIStream(). The font service may hold locks while it calls, so
+    /// a fetcher must not wait for font calls of another thread.
     using Fetcher = std::function<std::unique_ptr<std::istream>(const KWUri& uri, ContentInfo& info,
                                                                 UnicodeString& errorText)>;
 
