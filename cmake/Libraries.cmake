@@ -4,7 +4,7 @@
 
 set(KW_PLATFORM_ROOMS platform)
 set(KW_COMMON_ROOMS common)
-set(KW_FONTSERVICE_ROOMS cff layout fonts raster embed registry service)
+set(KW_FONTSERVICE_ROOMS type1 cff layout fonts raster embed registry service)
 
 function(kw_add_objects target)
   add_library(${target} OBJECT)
