@@ -39,9 +39,10 @@ enum class KnownFolder {
     localAppData, ///< data of the user on this machine
 };
 
-enum class RegisteredFonts {
-    fonts, ///< sfnt files
-    type1, ///< metrics files (AFM or PFM) of Type 1 fonts
+/// Full paths of the font files that the system has registered, in its order.
+struct RegisteredFontFiles {
+    std::vector<std::u16string> fonts; ///< sfnt files
+    std::vector<std::u16string> type1; ///< metrics files (AFM or PFM) of Type 1 fonts
 };
 
 enum class RegistryHive { localMachine, currentUser };
@@ -88,8 +89,8 @@ public:
                                                  std::string& reason) = 0;
     /// @return the path without a closing separator; empty when there is none
     virtual std::u16string knownFolder(KnownFolder folder) = 0;
-    /// Full paths of the font files that the system has registered.
-    virtual std::vector<std::u16string> registeredFontFiles(RegisteredFonts list) = 0;
+    /// Both lists at once, since the system may have to read all fonts to tell them.
+    virtual RegisteredFontFiles registeredFontFiles() = 0;
     /// One text value of a key; nothing when it is not there or is no text.
     virtual std::optional<RegistryText> registryText(RegistryHive hive, const std::u16string& key,
                                                      const std::u16string& name) = 0;

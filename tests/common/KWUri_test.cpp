@@ -52,9 +52,7 @@ public:
         return nullptr;
     }
     std::u16string knownFolder(KWPlatform::KnownFolder) override { return {}; }
-    std::vector<std::u16string> registeredFontFiles(KWPlatform::RegisteredFonts) override {
-        return {};
-    }
+    KWPlatform::RegisteredFontFiles registeredFontFiles() override { return {}; }
     std::optional<KWPlatform::RegistryText>
     registryText(KWPlatform::RegistryHive, const std::u16string&, const std::u16string&) override {
         return std::nullopt;

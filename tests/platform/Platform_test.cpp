@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 using KWPlatform::DirectoryEntry;
 using KWPlatform::KnownFolder;
-using KWPlatform::RegisteredFonts;
+using KWPlatform::RegisteredFontFiles;
 using KWPlatform::RegistryHive;
 using KWPlatform::System;
 using KWTest::TempDir;
@@ -291,7 +291,7 @@ TEST(KnownFolders, WithoutHomeTheUserRecordIsAsked) {
 }
 
 #ifdef KW_WITH_FONTCONFIG
-TEST(RegisteredFontFiles, AreTheFilesOfAFontconfigConfiguration) {
+TEST(RegisteredFonts, AreTheFilesOfAFontconfigConfiguration) {
     const TempDir dir;
     const fs::path source = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
     const fs::path printer = "/usr/share/fonts/type1/urw-base35";
@@ -309,20 +309,18 @@ TEST(RegisteredFontFiles, AreTheFilesOfAFontconfigConfiguration) {
                                 "</dir><cachedir>" + dir.path("cache").string() +
                                 "</cachedir></fontconfig>");
     const Variable config("FONTCONFIG_FILE", dir.path("fonts.conf").c_str());
-    EXPECT_EQ(native().registeredFontFiles(RegisteredFonts::fonts),
-              std::vector{dir.path("fonts/sans.ttf").u16string()});
-    const auto metrics = native().registeredFontFiles(RegisteredFonts::type1);
+    const RegisteredFontFiles files = native().registeredFontFiles();
+    EXPECT_EQ(files.fonts, std::vector{dir.path("fonts/sans.ttf").u16string()});
     EXPECT_EQ(
-        std::set(metrics.begin(), metrics.end()),
+        std::set(files.type1.begin(), files.type1.end()),
         (std::set{dir.path("fonts/bold.afm").u16string(), dir.path("fonts/old.PFM").u16string()}));
 }
 #endif
 
-TEST(RegisteredFontFiles, NamesEachFileOnce) {
-    for (const auto list : {RegisteredFonts::fonts, RegisteredFonts::type1}) {
-        const auto files = native().registeredFontFiles(list);
-        EXPECT_EQ(std::set(files.begin(), files.end()).size(), files.size());
-    }
+TEST(RegisteredFonts, NamesEachFileOnce) {
+    const RegisteredFontFiles files = native().registeredFontFiles();
+    for (const auto& list : {files.fonts, files.type1})
+        EXPECT_EQ(std::set(list.begin(), list.end()).size(), list.size());
 }
 
 TEST(Registry, IsEmptyHere) {
@@ -372,7 +370,7 @@ TEST(SystemOverride, PutsADoubleInPlaceForItsLifetime) {
             return nullptr;
         }
         std::u16string knownFolder(KnownFolder) override { return u"known"; }
-        std::vector<std::u16string> registeredFontFiles(RegisteredFonts) override { return {}; }
+        RegisteredFontFiles registeredFontFiles() override { return {}; }
         std::optional<KWPlatform::RegistryText> registryText(RegistryHive, const std::u16string&,
                                                              const std::u16string&) override {
             return std::nullopt;

@@ -69,8 +69,8 @@ std::string metricsFileBeside(std::string_view printerFont) {
 
 } // namespace
 
-std::vector<std::u16string> fontconfigFontFiles(RegisteredFonts list) {
-    std::vector<std::u16string> files;
+RegisteredFontFiles fontconfigFontFiles() {
+    RegisteredFontFiles files;
     const Config config(FcInitLoadConfigAndFonts());
     const FcFontSet* const fonts =
         config != nullptr ? FcConfigGetFonts(config.get(), FcSetSystem) : nullptr;
@@ -83,12 +83,11 @@ std::vector<std::u16string> fontconfigFontFiles(RegisteredFonts list) {
         // The faces of a collection and the instances of a variable font share their file.
         if (file.empty() || !seen.insert(file).second)
             continue;
-        if (list == RegisteredFonts::fonts) {
-            if (isSfnt(pattern, file))
-                files.push_back(decodeBytes(file));
+        if (isSfnt(pattern, file)) {
+            files.fonts.push_back(decodeBytes(file));
         } else if (textProperty(pattern, FC_FONTFORMAT) == "Type 1") {
             if (const std::string metrics = metricsFileBeside(file); !metrics.empty())
-                files.push_back(decodeBytes(metrics));
+                files.type1.push_back(decodeBytes(metrics));
         }
     }
     return files;
@@ -100,7 +99,7 @@ std::vector<std::u16string> fontconfigFontFiles(RegisteredFonts list) {
 
 namespace KWPlatform {
 
-std::vector<std::u16string> fontconfigFontFiles(RegisteredFonts) {
+RegisteredFontFiles fontconfigFontFiles() {
     return {};
 }
 

@@ -265,9 +265,7 @@ public:
         return data.empty() ? data : data + u"/fonts";
     }
 
-    std::vector<std::u16string> registeredFontFiles(RegisteredFonts list) override {
-        return fontconfigFontFiles(list);
-    }
+    RegisteredFontFiles registeredFontFiles() override { return fontconfigFontFiles(); }
 
     std::optional<RegistryText> registryText(RegistryHive, const std::u16string&,
                                              const std::u16string&) override {
