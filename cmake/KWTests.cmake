@@ -5,7 +5,8 @@ include(GoogleTest)
 #
 # One GoogleTest executable <room>_tests, linked with all internal objects and the shared test
 # support (target kw_test_support, made in tests/support). Every test carries the label <room>;
-# tests that hand our output to foreign programs carry the label interop as well.
+# tests that hand our output to foreign programs carry the label interop as well. A test sees no
+# font that the machine has registered, unless it brings a fontconfig configuration of its own.
 # Give tests that start threads a kw_add_tests of their own with LABELS threads: that label is what
 # the thread sanitizer builds (target kw_thread_tests) and runs.
 add_custom_target(kw_thread_tests)
@@ -35,7 +36,9 @@ function(kw_add_tests room)
   set(labels_file "${CMAKE_CURRENT_BINARY_DIR}/${target}_labels.cmake")
   file(CONFIGURE OUTPUT "${labels_file}" @ONLY CONTENT
     "if(@target@_TESTS)
-  set_tests_properties(\${@target@_TESTS} PROPERTIES LABELS \"@room@;@arg_LABELS@\")
+  set_tests_properties(\${@target@_TESTS} PROPERTIES
+    LABELS \"@room@;@arg_LABELS@\"
+    ENVIRONMENT \"FONTCONFIG_FILE=@PROJECT_SOURCE_DIR@/tests/support/no-fonts.conf\")
 endif()
 ")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labels_file}")

@@ -332,6 +332,10 @@ public:
     const FS_FontFileOptions* getFontEntrySettings() const { return fontEntrySettings; }
     void setFontEntrySettings(const FS_FontFileOptions* settings) { fontEntrySettings = settings; }
 
+    /// How the font came into the service, bits of `FS_FontMark`.
+    std::uint32_t getMarks() const { return marks; }
+    void setMarks(std::uint32_t bits) { marks = bits; }
+
     /// The family names that were given to the font besides its own.
     const std::set<UnicodeString>& getFontAliases() const { return fontAliases; }
     void addFontAlias(const UnicodeString& name) { fontAliases.insert(name); }
@@ -344,6 +348,7 @@ protected:
     std::unique_ptr<std::uint8_t[]> fontBytes;
     std::uint64_t fontByteCount = 0;
     bool ftFaceTried = false;
+    std::uint32_t marks = 0;
     const FS_FontFileOptions* fontEntrySettings = nullptr;
     std::set<UnicodeString> fontAliases;
 };

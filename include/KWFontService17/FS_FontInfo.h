@@ -24,9 +24,10 @@ struct FS_GlyphDrawInfo;
 /// alive, so a copy is a second view of the same font and destroying it frees nothing of the font.
 /// Use one object from one thread at a time; any number of objects may stand for the same font.
 ///
-/// No operation throws. Without a created font each answers false, 0, 0xFFFF, an empty text or
-/// null unless it says otherwise. Sizes follow one rule: 0 answers in font units, below 0 the value
-/// is multiplied by |size| / unitsPerEm, above 0 by size / (usWinAscent + usWinDescent).
+/// No operation throws unless it says so. Without a created font each answers false, 0, 0xFFFF, an
+/// empty text or null unless it says otherwise. Sizes follow one rule: 0 answers in font units,
+/// below 0 the value is multiplied by |size| / unitsPerEm, above 0 by size / (usWinAscent +
+/// usWinDescent).
 class KWFONTSERVICE_API FS_FontInfo {
 public:
     FS_FontInfo();
@@ -41,6 +42,34 @@ public:
     /// @return false when the file is not a usable font, with `getError` set unless the file is of
     ///         another kind altogether (its version word is that of no single sfnt)
     bool createFont(const KWUri& file);
+    /// Binds this object to the font that a name and a style mean: among the fonts that the
+    /// document brought, then the aliases of the configuration, then all fonts. The name may be
+    /// any name of the font in any language, or the name of its file; case, blanks and hyphens do
+    /// not count. A style that the family lacks is filled from its other faces as CSS does it; no
+    /// face is slanted or emboldened.
+    /// @param weight       CSS weight; 0 is 400
+    /// @param stretch      1 ultra-condensed to 9 ultra-expanded; 0 is 5, normal
+    /// @param extraFonts   fonts that are searched first; may be null
+    /// @param skipAliases  leaves the aliases of the configuration out
+    /// @return false when there is no such font: `getError` is then empty and this object as it
+    ///         was. False also when the font does not open, with the reason in `getError`
+    /// @throws KWCommonNS::KWError  what a reader of the font throws outright
+    bool createFont(const UnicodeString& family, int weight, bool italic, int stretch,
+                    FS_ExtraFonts* extraFonts, bool skipAliases);
+    /// The same with the normal stretch.
+    bool createFont(const UnicodeString& family, int weight, bool italic, FS_ExtraFonts* extraFonts,
+                    bool skipAliases);
+    /// Where the file of a font is, in spite of its name: that of the font which `createFont`
+    /// would bind to, aliases included. Nothing is opened, and this object is not looked at.
+    /// @return  the empty URI when there is no such font
+    KWUri getFontFolderPath(const UnicodeString& family, int weight, bool italic, int stretch,
+                            FS_ExtraFonts* extraFonts) const;
+    /// The family name, in a language, of the font that a name means in its normal style; the
+    /// typographic family name where the service prefers that and the font has one.
+    /// @param language  a Windows language id; 0 for the font's default
+    /// @return          empty when there is no such font
+    static UnicodeString getFamilyName(KWLang::LanguageID language, const UnicodeString& family,
+                                       FS_ExtraFonts* extraFonts);
     /// Forgets the font; copies of this object stay valid. `getError` keeps the last error.
     void deleteFont();
     bool isCreatedFont() const { return font != nullptr; }

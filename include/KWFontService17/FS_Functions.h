@@ -4,6 +4,9 @@
 #include <KWFontService17/FS_Export.h>
 
 #include <KWCommon15/KWError.h>
+#include <KWCommon15/KWUri.h>
+
+#include <vector>
 
 namespace KWFontService_NS {
 
@@ -40,6 +43,27 @@ KWFONTSERVICE_API int FS_GetFontError(KWCommonNS::KWError* error, int index);
 /// @param configPath    as in `FontServiceOpen`
 /// @param mayBeMissing  false answers an empty text when there is no such file
 KWFONTSERVICE_API UnicodeString FS_GetFontConfigPath(const char* configPath, bool mayBeMissing);
+
+/// Adds a folder after the opening and reads the fonts in it, not in the folders below it. No
+/// option and no alias of the configuration applies to them. The folder counts as known from then
+/// on, also when it does not exist. May be called from any thread; other threads go on finding
+/// fonts meanwhile.
+/// @return  number of fonts added; 0 for a folder that is known already (paths that differ only in
+///          case are the same) and for what is no folder of a file system
+KWFONTSERVICE_API int FS_AddFontFolderPath(const KWCommonNS::KWUri& folder);
+
+/// Reads a configuration for its folders alone: no font is looked at, and an open service stays as
+/// it is, but that problems which do not end the reading join its notes (see `FS_GetFontError`).
+/// @param configPath  as in `FontServiceOpen`
+/// @param homePath    as in `FontServiceOpen`
+/// @param paths       emptied, then filled with the local path of each folder in scan order
+/// @return            true exactly when some folder has an alias for one of its files: that is what
+///                    hosts ask this function for. False also when the configuration fails
+KWFONTSERVICE_API bool FS_GetFontFoldPathVector(const char* configPath, const char* homePath,
+                                                std::vector<UnicodeString>& paths);
+/// The same without a home folder.
+KWFONTSERVICE_API bool FS_GetFontFoldPathVector(const char* configPath,
+                                                std::vector<UnicodeString>& paths);
 
 /// The folder of the fonts of all users, "@@WINFONTS@@" itself where the system knows none.
 KWFONTSERVICE_API UnicodeString getWinFontsPath();

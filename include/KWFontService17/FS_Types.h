@@ -31,6 +31,12 @@ enum FS_FontFileType : std::int32_t {
     FS_FILETYPE_REQUEST_TRUETYPE = 17, ///< by extension, 5 where it is unknown
 };
 
+/// How a font came into the service, as bits.
+enum FS_FontMark : std::uint32_t {
+    FS_FONTMARK_REGISTRY = 4, ///< listed by the operating system
+    FS_FONTMARK_EUDC = 8,     ///< holds end-user-defined characters
+};
+
 /// Whether a document may carry the font's outlines (OpenType `OS/2` fsType).
 enum FS_EMBEDSTATUS : std::int32_t {
     FS_EMBED_OUTLINES = 0,

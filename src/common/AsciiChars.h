@@ -13,6 +13,9 @@ constexpr bool isDigit(std::int32_t ch) {
 constexpr std::int32_t toAsciiLower(std::int32_t ch) {
     return ch >= 'A' && ch <= 'Z' ? ch + ('a' - 'A') : ch;
 }
+constexpr char16_t toAsciiUpper(char16_t ch) {
+    return ch >= u'a' && ch <= u'z' ? static_cast<char16_t>(ch - (u'a' - u'A')) : ch;
+}
 constexpr bool isAlpha(std::int32_t ch) {
     const std::int32_t lower = toAsciiLower(ch);
     return lower >= 'a' && lower <= 'z';

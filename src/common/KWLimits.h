@@ -78,4 +78,8 @@ inline constexpr int kClosureRoundsWithGaps = 3;
 /// lies would otherwise make gigabytes of a few thousand bytes.
 inline constexpr std::uint64_t kMaxEmbedReadFactor = kClosureRoundsWithGaps + 3;
 
+/// Problems that the service keeps for its host. A configuration may be wrong in every line, and a
+/// host may read it again and again; nobody reads ten thousand messages.
+inline constexpr std::size_t kMaxRecordedErrors = 10000;
+
 } // namespace KWCommonNS

@@ -268,7 +268,9 @@ struct PathRange {
 
 PathRange pathRange(std::u16string_view text) {
     const std::size_t scheme = schemeLength(text);
-    PathRange range{scheme == 0 ? 0 : scheme + 1, std::min(text.find_first_of(u"?#"), text.size())};
+    const auto end = std::find_if(text.begin(), text.end(),
+                                  [](char16_t unit) { return unit == u'?' || unit == u'#'; });
+    PathRange range{scheme == 0 ? 0 : scheme + 1, static_cast<std::size_t>(end - text.begin())};
     if (text.substr(range.start).starts_with(u"//"))
         range.start = std::min(text.find(u'/', range.start + 2), range.end);
     return range;

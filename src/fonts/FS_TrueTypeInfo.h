@@ -44,8 +44,9 @@ public:
     /// @param embedded  a subset from a document: names may be missing
     bool readOffsetTable(KWError& error, std::istream& stream, FS_BaseFont& font, bool embedded);
 
-    /// The load stage, once; later calls answer the first result. One bad table neither stops nor
-    /// undoes the others. A null stream means that the face opens its own, under `loadLock`.
+    /// The load stage, once; later calls answer the first result and its error. One bad table
+    /// neither stops nor undoes the others. A null stream means that the face opens its own, under
+    /// `loadLock`.
     bool loadTables(KWError& error, std::istream* stream, bool embedded);
 
     bool isLoaded() const { return loaded.load(std::memory_order_acquire); }
@@ -118,6 +119,7 @@ private:
     bool readRequiredTables(SfntReader& reader, bool embedded);
     bool readOptionalScanTables(SfntReader& reader);
     void finishLoad() noexcept;
+    bool answerLoad(KWError& error) const;
     bool loadEveryTable(KWError& error, std::istream& stream, bool embedded);
     bool loadCff(SfntReader& reader);
     bool loadGdef(SfntReader& reader);
@@ -152,6 +154,7 @@ private:
     bool verticalGlyphsGiven_ = false;
     std::atomic<bool> cidFont_ = false; ///< asked by fonts that are being loaded
     bool loadOk = false;
+    std::unique_ptr<KWError> loadError_; ///< null unless the load failed
     std::atomic<bool> loaded = false;
     KWCommonNS::KWLock loadLock;
 };

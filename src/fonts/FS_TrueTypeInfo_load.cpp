@@ -22,11 +22,11 @@ void FS_TrueTypeInfo::finishLoad() noexcept {
 
 bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embedded) {
     if (isLoaded())
-        return loadOk;
+        return answerLoad(error);
     KWMutex mutex(loadLock);
     mutex.lock();
     if (isLoaded())
-        return loadOk;
+        return answerLoad(error);
 
     // However the stage is left: a reader that throws leaves a failed load, which is not tried
     // again.
@@ -46,6 +46,14 @@ bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embe
         loadOk = loadEveryTable(error, *stream, embedded);
     else
         error = cannotReadFontError(owner->getUri());
+    if (!loadOk)
+        loadError_ = std::make_unique<KWError>(error);
+    return loadOk;
+}
+
+bool FS_TrueTypeInfo::answerLoad(KWError& error) const {
+    if (loadError_)
+        error = *loadError_;
     return loadOk;
 }
 

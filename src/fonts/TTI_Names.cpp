@@ -3,6 +3,7 @@
 #include "fonts/SfntPlatforms.h"
 
 #include "common/KWLimits.h"
+#include "common/TextView.h"
 
 #include <unicode/ucnv.h>
 
@@ -51,16 +52,17 @@ bool isControl(char16_t unit) {
 }
 
 UnicodeString fromUtf16(ByteView bytes) {
-    UnicodeString text;
+    std::u16string text;
+    text.reserve(bytes.size() / 2);
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
         const char16_t unit = ByteView::loadU16(bytes.data() + i);
         if (unit == 0)
             break;
         if (isControl(unit))
             return UnicodeString();
-        text.append(unit);
+        text.push_back(unit);
     }
-    return text;
+    return KWCommonNS::toText(text);
 }
 
 } // namespace

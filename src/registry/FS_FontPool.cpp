@@ -1,6 +1,9 @@
 #include "registry/FS_FontPool.h"
 
+#include "common/AsciiChars.h"
+#include "common/TextView.h"
 #include "registry/FS_ServiceLock.h"
+#include "registry/FontSelection.h"
 
 #include <KWCommon15/KWLang.h>
 
@@ -24,20 +27,25 @@ UnicodeString withNumber(const UnicodeString& name, unsigned int number) {
 } // namespace
 
 UnicodeString normaliseFontName(const UnicodeString& name) {
-    UnicodeString result;
-    for (std::int32_t i = 0; i < name.length(); ++i) {
-        const char16_t unit = name.charAt(i);
-        if (unit != u' ' && unit != u'-' && unit != u'\u3000')
-            result.append(unit);
+    std::u16string kept;
+    kept.reserve(static_cast<std::size_t>(name.length()));
+    bool ascii = true;
+    for (const char16_t unit : KWCommonNS::toView(name)) {
+        if (unit == u' ' || unit == u'-' || unit == u'\u3000')
+            continue;
+        ascii = ascii && unit < 0x80;
+        kept.push_back(KWCommonNS::toAsciiUpper(unit));
     }
-    return result.toUpper(caseLocale());
+    UnicodeString result = KWCommonNS::toText(kept);
+    return ascii ? result : result.toUpper(caseLocale());
+}
+
+FS_FontKey FS_FontKey::ofRequest(int weight, bool italic, int stretch) {
+    return {weight != 0 ? weight : kNormalWeight, italic, stretch != 0 ? stretch : kNormalStretch};
 }
 
 FS_FontKey FS_FontKey::ofFace(const FS_BaseFont& font, int faceIndex) {
-    const int weight = font.getWeight(faceIndex);
-    const int stretch = font.getWidth(faceIndex);
-    return {weight != 0 ? weight : kNormalWeight, font.isItalic(faceIndex),
-            stretch != 0 ? stretch : kNormalStretch};
+    return ofRequest(font.getWeight(faceIndex), font.isItalic(faceIndex), font.getWidth(faceIndex));
 }
 
 FS_FontPool::FS_FontPool()
@@ -84,6 +92,13 @@ bool FS_FontPool::findName(const UnicodeString& name, FS_FontFamilyMap*& out) {
         return true;
     }
     return false;
+}
+
+FS_FontRef FS_FontPool::findFont(const UnicodeString& name, const FS_FontKey& key) {
+    KWCommonNS::KWMutex mutex(g_fontServiceLock);
+    mutex.lock();
+    FS_FontFamilyMap* family = nullptr;
+    return findName(name, family) ? selectFont(*family, key) : FS_FontRef();
 }
 
 void FS_FontPool::addName(FS_TextMap<FS_FontFamilyMap>& map, const UnicodeString& name,

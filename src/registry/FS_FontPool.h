@@ -28,6 +28,8 @@ struct FS_FontKey {
     bool italic = false;          ///< false sorts first
     int stretch = kNormalStretch; ///< 1 to 9, never 0
 
+    /// The style that a request asks for; 0 is normal.
+    static FS_FontKey ofRequest(int weight, bool italic, int stretch);
     /// The style that a face declares; what it leaves open is normal.
     static FS_FontKey ofFace(const FS_BaseFont& font, int faceIndex);
 
@@ -39,8 +41,8 @@ using FS_FontFamilyMap = std::map<FS_FontKey, FS_FontRef>;
 
 /// Which font object and which face a name and a style mean.
 ///
-/// The pool has no lock: who registers or searches holds `g_fontServiceLock`. Only
-/// `registerNamedFont` takes it by itself.
+/// The pool has no lock: who registers or searches holds `g_fontServiceLock`. Only `findFont` and
+/// `registerNamedFont` take it by themselves.
 class FS_FontPool {
 public:
     FS_FontPool();
@@ -58,6 +60,10 @@ public:
     /// Looks for a font name, then for a file name.
     /// @param out  the faces of that name, owned by the pool; untouched when the answer is false
     bool findName(const UnicodeString& name, FS_FontFamilyMap*& out);
+
+    /// The face for a name and a style, under `g_fontServiceLock`; null when the name is unknown.
+    /// The selection may fill gaps of the family (see FontSelection.h).
+    FS_FontRef findFont(const UnicodeString& name, const FS_FontKey& key);
 
     /// Adds an entry to a map of the pool; an empty name is skipped.
     static void addName(FS_TextMap<FS_FontFamilyMap>& map, const UnicodeString& name,

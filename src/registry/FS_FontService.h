@@ -1,16 +1,16 @@
 #pragma once
 
 #include "raster/FreeTypeLibrary.h"
+#include "registry/FS_ErrorList.h"
+#include "registry/FS_FontFolder.h"
 #include "registry/FS_FontPool.h"
 #include "registry/FS_ServiceLock.h"
-
-#include <KWCommon15/KWError.h>
-#include <KWCommon15/KWUri.h>
 
 #include <array>
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <vector>
 
 namespace KWFontService_NS {
@@ -18,7 +18,7 @@ namespace KWFontService_NS {
 /// The one object behind the library: the fonts there are, and the settings that they follow.
 ///
 /// It is written during start-up, under `g_fontServiceLock`, and read without a lock afterwards;
-/// the pools, `keptFonts` and `freeTypeLibrary` go on growing under their locks.
+/// the pools, the folders, `keptFonts` and `freeTypeLibrary` go on growing under their locks.
 class FS_FontService {
 public:
     FS_FontService();
@@ -26,13 +26,30 @@ public:
     FS_FontService(const FS_FontService&) = delete;
     FS_FontService& operator=(const FS_FontService&) = delete;
 
+    /// The folder of a path key; null when it is not known.
+    FS_FontFolder* findFolder(const UnicodeString& pathKey) const;
+    /// Takes a folder in, unless one with the same path is known; it then goes at the end of
+    /// `folders`, or at `*position`, which moves on by one.
+    /// @return  the folder as it is stored from now on; null when the path was known
+    FS_FontFolder* addFolder(std::unique_ptr<FS_FontFolder> folder,
+                             std::size_t* position = nullptr);
+
+    /// The face for a name and a style: from the aliases, then from all fonts. Takes
+    /// `g_fontServiceLock` for one pool at a time.
+    /// @param foundInAlias  set to true when an alias answers, else untouched
+    /// @param skipAliases   leaves the aliases out
+    FS_FontRef findFont(const UnicodeString& name, const FS_FontKey& key, bool& foundInAlias,
+                        bool skipAliases);
+
     /// Counts the code points from `first` to `last` as end-user-defined; those outside the Basic
     /// Multilingual Plane are left out.
     void addEudcRange(int first, int last);
     bool isEudcCodePoint(int ch) const;
 
-    FS_TextMap<FS_FontFileType> fileTypeByExtension; ///< by lower-case extension with its dot
-    KWUri configUri;                                 ///< empty when no file was used
+    FS_TextMap<FS_FontFileType> fileTypeByExtension;      ///< by lower-case extension with its dot
+    KWUri configUri;                                      ///< empty when no file was used
+    std::map<UnicodeString, FS_FontFolder*> folderByPath; ///< by path key
+    std::vector<std::unique_ptr<FS_FontFolder>> folders;  ///< in scan order
     bool useWindowsRegistry = true;
     bool eudcProcessing = true;
     KWUri eudcSystemDefault;
@@ -42,8 +59,8 @@ public:
     bool otfMetricsWindows = false;
     bool usePreferredFamily = true;
     FS_FontPool fontPool;
-    FS_FontPool aliasPool;       ///< alias names of fonts that `fontPool` holds
-    std::vector<KWError> errors; ///< what went wrong in start-up without stopping it
+    FS_FontPool aliasPool; ///< alias names of fonts that `fontPool` holds
+    FS_ErrorList errors;   ///< what went wrong without stopping the service
     FS_FontRef defaultEudcFont;
     FS_FontRef defaultEudcFontVertical;
     FreeTypeLibrary freeTypeLibrary;

@@ -1,6 +1,6 @@
 #include "service/ConfigErrors.h"
 
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include <KWCommon15/KWErrorLevel.h>
 #include <KWCommon15/KWLang.h>
@@ -69,7 +69,7 @@ void configError(FS_ERROR code, const UnicodeString& argument0, const UnicodeStr
     if (error.getLevel() != KWCommonNS::KWErrorLevel::recorded)
         throw error;
     if (FS_FontService* const service = g_fontService.load(std::memory_order_acquire))
-        service->errors.push_back(error);
+        service->errors.append(error);
 }
 
 } // namespace KWFontService_NS

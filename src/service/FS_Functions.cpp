@@ -1,6 +1,7 @@
 #include <KWFontService17/FS_Functions.h>
 
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
+#include "registry/FolderScan.h"
 #include "service/FontConfigPath.h"
 
 namespace KWFontService_NS {
@@ -32,16 +33,43 @@ int FS_GetFontError(KWError* error, int index) {
         const FS_FontService* const service = getFontService(nullptr, nullptr, nullptr);
         if (service == nullptr)
             return -1;
-        const int count = static_cast<int>(service->errors.size());
         if (error == nullptr)
-            return count;
-        if (index < 0 || index >= count)
+            return static_cast<int>(service->errors.size());
+        const auto entry = service->errors.get(static_cast<std::size_t>(index));
+        if (index < 0 || !entry)
             return -1;
-        *error = service->errors[static_cast<std::size_t>(index)];
+        *error = *entry;
         return index;
     } catch (const KWError&) {
         return -1;
     }
+}
+
+int FS_AddFontFolderPath(const KWUri& folder) {
+    try {
+        FS_FontService* const service = getFontService(nullptr, nullptr, nullptr);
+        return service != nullptr ? addFontFolder(*service, folder) : 0;
+    } catch (const KWError&) {
+        return 0;
+    }
+}
+
+bool FS_GetFontFoldPathVector(const char* configPath, const char* homePath,
+                              std::vector<UnicodeString>& paths) {
+    paths.clear();
+    FS_FontService scratch;
+    if (getFontService(configPath, homePath, &scratch) == nullptr)
+        return false;
+    bool hasAliases = false;
+    for (const auto& folder : scratch.folders) {
+        paths.push_back(folder->getLocalPath());
+        hasAliases = hasAliases || !folder->fileAliases.empty();
+    }
+    return hasAliases;
+}
+
+bool FS_GetFontFoldPathVector(const char* configPath, std::vector<UnicodeString>& paths) {
+    return FS_GetFontFoldPathVector(configPath, nullptr, paths);
 }
 
 UnicodeString FS_GetFontConfigPath(const char* configPath, bool mayBeMissing) {

@@ -1,6 +1,6 @@
 #include "fonts/FS_ServiceContext.h"
 
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include <new>
 

@@ -1,42 +1,10 @@
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include "service/FS_Startup.h"
 
-#include <algorithm>
 #include <new>
 
 namespace KWFontService_NS {
-
-FS_FontService::FS_FontService() : fileTypeByExtension(kTextMapBuckets) {}
-
-FS_FontService::~FS_FontService() {
-    fontPool.byFileName.clear();
-    fontPool.byName.clear();
-    fontPool.byUri.clear();
-    // Fonts close their FreeType faces, so they go before the library.
-    defaultEudcFont = {};
-    defaultEudcFontVertical = {};
-    aliasPool.fonts.clear();
-    fontPool.fonts.clear();
-    keptFonts.clear();
-    freeTypeLibrary.reset();
-    errors.clear();
-}
-
-void FS_FontService::addEudcRange(int first, int last) {
-    constexpr int kLastCodePoint =
-        static_cast<int>(8 * std::tuple_size_v<decltype(eudcBitmap)>) - 1;
-    last = std::min(last, kLastCodePoint);
-    for (int ch = std::max(first, 0); ch <= last; ++ch) {
-        std::uint8_t& byte = eudcBitmap[static_cast<std::size_t>(ch >> 3)];
-        byte = static_cast<std::uint8_t>(byte | (1U << (ch & 7)));
-    }
-}
-
-bool FS_FontService::isEudcCodePoint(int ch) const {
-    const auto byte = static_cast<std::size_t>(ch) >> 3;
-    return byte < eudcBitmap.size() && (eudcBitmap[byte] >> (ch & 7) & 1) != 0;
-}
 
 // The first object of this file with a destructor, and so the last one to go.
 KWCommonNS::KWLock g_fontServiceLock;

@@ -1,6 +1,10 @@
 #include "service/FS_Startup.h"
 
-#include "service/FS_FontService.h"
+#include "platform/Platform.h"
+#include "registry/FS_FontService.h"
+#include "registry/FolderScan.h"
+#include "registry/RegisteredFonts.h"
+#include "service/FontConfigReader.h"
 
 namespace KWFontService_NS {
 
@@ -24,12 +28,31 @@ constexpr ExtensionRow kExtensions[] = {
 constexpr int kFirstPrivateUse = 0xE000;
 constexpr int kLastPrivateUse = 0xF8FF;
 
+void readConfigurationFile(FS_FontService& service, const FS_OpenArguments& arguments) {
+    readFontConfig(service, arguments.configPath, arguments.homePath);
+}
+
+void scanAllFolders(FS_FontService& service, const FS_OpenArguments&) {
+    scanFolders(service);
+}
+
+void loadRegisteredFonts(FS_FontService& service, const FS_OpenArguments&) {
+    if (!service.useWindowsRegistry)
+        return;
+    const KWPlatform::RegisteredFontFiles files = KWPlatform::system().registeredFontFiles();
+    readRegistryFonts(service, files.fonts);
+    readRegistryFonts(service, files.type1);
+}
+
 void setDefaultEudcRange(FS_FontService& service, const FS_OpenArguments&) {
     if (service.eudcProcessing && !service.eudcRangeGiven)
         service.addEudcRange(kFirstPrivateUse, kLastPrivateUse);
 }
 
 constexpr FS_StartupStep kSteps[] = {
+    {Kind::configuration, readConfigurationFile},
+    {Kind::fonts, scanAllFolders},
+    {Kind::fonts, loadRegisteredFonts},
     {Kind::fonts, setDefaultEudcRange},
 };
 
@@ -50,7 +73,7 @@ void startUp(FS_FontService& service, const FS_OpenArguments& arguments) {
         } catch (const KWError& error) {
             if (step.kind == Kind::configuration)
                 throw;
-            service.errors.push_back(error);
+            service.errors.append(error);
             return;
         }
     }
@@ -63,7 +86,7 @@ bool readConfiguration(FS_FontService& scratch, const FS_OpenArguments& argument
                 step.run(scratch, arguments);
         }
     } catch (const KWError& error) {
-        scratch.errors.push_back(error);
+        scratch.errors.append(error);
         return false;
     }
     return true;

@@ -14,10 +14,8 @@ using KWPlatform::KnownFolder;
 constexpr const char* kModuleName = "KWFontService17.dll";
 constexpr const char* kDefaultConfig = "font-config.xml";
 
-void replaceWithFolder(UnicodeString& text, const char16_t* word, KnownFolder folder) {
-    const std::u16string path = KWPlatform::system().knownFolder(folder);
-    if (!path.empty())
-        text.findAndReplace(UnicodeString(word), KWCommonNS::toText(path));
+UnicodeString folderPath(KnownFolder folder) {
+    return KWCommonNS::toText(KWPlatform::system().knownFolder(folder));
 }
 
 /// The user's fonts as a path that has a macro word itself, replaced by a later step.
@@ -27,20 +25,40 @@ UnicodeString userFontsWord() {
                : UnicodeString(u"@@LOCALAPPDATA@@/fonts");
 }
 
+/// Builds the text anew: replacing in place would move the rest of it at every word.
+void replaceWord(UnicodeString& text, const UnicodeString& word, const UnicodeString& by) {
+    std::int32_t at = text.indexOf(word);
+    if (at < 0 || by.isEmpty())
+        return;
+    UnicodeString result;
+    std::int32_t done = 0;
+    for (; at >= 0; at = text.indexOf(word, done)) {
+        result.append(text, done, at - done).append(by);
+        done = at + word.length();
+    }
+    text = result.append(text, done, text.length() - done);
+}
+
 } // namespace
 
-KWCommonNS::KWUri fontConfigUri(const char* configPath) {
+UnicodeString fontConfigPath(const char* configPath) {
     const bool given = configPath != nullptr && *configPath != '\0';
-    return KWCommonNS::KWUri::getModuleUri(UnicodeString(kModuleName),
-                                           KWCommonNS::KWCStr(given ? configPath : kDefaultConfig),
+    return KWCommonNS::KWCStr(given ? configPath : kDefaultConfig);
+}
+
+KWCommonNS::KWUri fontConfigUri(const char* configPath) {
+    return KWCommonNS::KWUri::getModuleUri(UnicodeString(kModuleName), fontConfigPath(configPath),
                                            nullptr);
 }
 
-UnicodeString expandFontPath(const UnicodeString& text) {
+UnicodeString expandFontPath(const UnicodeString& text, const char* homePath) {
     UnicodeString result(text);
-    replaceWithFolder(result, u"@@WINFONTS@@", KnownFolder::fonts);
-    result.findAndReplace(UnicodeString(u"@@USERWINFONTS@@"), userFontsWord());
-    replaceWithFolder(result, u"@@LOCALAPPDATA@@", KnownFolder::localAppData);
+    replaceWord(result, u"@@WINFONTS@@", folderPath(KnownFolder::fonts));
+    replaceWord(result, u"@@USERWINFONTS@@", userFontsWord());
+    replaceWord(result, u"@@APPDATA@@", folderPath(KnownFolder::appData));
+    replaceWord(result, u"@@LOCALAPPDATA@@", folderPath(KnownFolder::localAppData));
+    if (homePath != nullptr)
+        replaceWord(result, u"@@HOME@@", KWCommonNS::KWCStr(homePath));
     return result;
 }
 

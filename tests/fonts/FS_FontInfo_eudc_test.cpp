@@ -1,5 +1,5 @@
 #include "fonts/SfntFixture.h"
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 #include "support/TempDir.h"
 
 #include <KWFontService17/FS_FontInfo.h>

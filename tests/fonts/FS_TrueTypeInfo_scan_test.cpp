@@ -1,6 +1,6 @@
 #include "fonts/SfntFixture.h"
 
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include <KWFontService17/FS_LogFont.h>
 

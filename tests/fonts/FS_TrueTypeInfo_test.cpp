@@ -401,7 +401,7 @@ TEST(TrueTypeLoad, AFailedLoadIsNotTriedAgain) {
     KWError second;
     std::istringstream good(TestFont::latin().build().str());
     EXPECT_FALSE(font->loadFont(second, 0, &good));
-    EXPECT_EQ(second.getCode(), 0);
+    EXPECT_EQ(second.getCode(), FS_ERROR_FONT_FILE) << "a caller tells it from a missing font";
     EXPECT_EQ(font->getGlyphID('A', false, 0), 0xFFFF);
 }
 

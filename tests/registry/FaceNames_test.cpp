@@ -1,7 +1,7 @@
 #include "registry/FaceNames.h"
 
 #include "fonts/FS_TrueType.h"
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 #include "support/FontBuilder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "service/ConfigErrors.h"
 
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include <gtest/gtest.h>
 
@@ -71,10 +71,9 @@ TEST(ConfigErrors, LevelRecordedGoesToTheErrorsOfTheServiceAndReturns) {
         const std::size_t before = service.errors.size();
         EXPECT_NO_THROW(configError(static_cast<FS_ERROR>(code), u"a", u"b", u"c", u"d"));
         ASSERT_EQ(service.errors.size(), before + 1) << code;
-        EXPECT_EQ(service.errors.back().getCode(), code == 7 ? 1024 : code);
+        EXPECT_EQ(service.errors.get(service.errors.size() - 1)->getCode(), code == 7 ? 1024 : code);
     }
-    EXPECT_EQ(utf8(service.errors.back().getMessage()), "FontServiceModule error: 7");
-    service.errors.clear();
+    EXPECT_EQ(utf8(service.errors.get(service.errors.size() - 1)->getMessage()), "FontServiceModule error: 7");
 }
 
 TEST(ConfigErrors, EveryOtherLevelIsThrown) {

@@ -1,5 +1,7 @@
 #include <KWFontService17/FS_Functions.h>
 
+#include "registry/FS_FontService.h"
+#include "registry/RegistryFixture.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -71,6 +73,69 @@ TEST(GetFontConfigPath, AMissingFileIsEmptyUnlessItMayBeMissing) {
     const std::string missing = folder.path("c.xml").string();
     EXPECT_TRUE(FS_GetFontConfigPath(missing.c_str(), false).isEmpty());
     EXPECT_EQ(FS_GetFontConfigPath(missing.c_str(), true), folder.text("c.xml"));
+}
+
+TEST(AddFontFolderPath, AnswersTheNumberOfFontsAndOpensTheServiceOnNeed) {
+    const TempDir files;
+    files.write("a.ttf", KWTest::namedFont(u"Added Face").build());
+    EXPECT_EQ(FS_AddFontFolderPath(KWTest::fileUri(files.path())), 1);
+    EXPECT_EQ(FS_AddFontFolderPath(KWTest::fileUri(files.path())), 0) << "known now";
+    bool inAlias = false;
+    EXPECT_TRUE(
+        getFontService(nullptr, nullptr, nullptr)->findFont(u"addedface", {}, inAlias, false));
+}
+
+/// A configuration in a scratch folder.
+class FontFoldPathVector : public testing::Test {
+protected:
+    bool read(const std::string& config) {
+        files.write("config.xml", config);
+        return FS_GetFontFoldPathVector(files.path("config.xml").c_str(), paths);
+    }
+
+    TempDir files;
+    std::vector<UnicodeString> paths{u"from before"};
+};
+
+TEST_F(FontFoldPathVector, ListsTheFoldersAndAnswersFalseWithoutAnAlias) {
+    EXPECT_FALSE(read("<font-config><font-folder path='/no/such/b'/><font-folder path='/no/such/a'>"
+                      "<font-exclude file='x.ttf'/></font-folder></font-config>"));
+    EXPECT_EQ(paths, (std::vector<UnicodeString>{u"/no/such/b/", u"/no/such/a/"}));
+}
+
+TEST_F(FontFoldPathVector, AnswersTrueForAFontAliasAloneHoweverOddThatLooks) {
+    EXPECT_TRUE(read("<font-config><font-folder path='/no/such/b'/><font-folder path='/no/such/a'>"
+                     "<font-alias file='x.ttf'/></font-folder></font-config>"));
+    EXPECT_EQ(paths.size(), 2U);
+}
+
+TEST_F(FontFoldPathVector, AFailingConfigurationAnswersFalseWithoutPaths) {
+    EXPECT_FALSE(read("<font-config><font-folder path='/no/such/a'>"
+                      "<font-alias file='x.ttf'/></font-folder><font-folder path=''/>"));
+    EXPECT_TRUE(paths.empty());
+    EXPECT_FALSE(read("no XML"));
+    EXPECT_TRUE(paths.empty());
+}
+
+TEST_F(FontFoldPathVector, TakesTheHomeFolder) {
+    files.write("config.xml", "<font-config><font-folder path='@@HOME@@/fonts'/></font-config>");
+    FS_GetFontFoldPathVector(files.path("config.xml").c_str(), "/home/me", paths);
+    EXPECT_EQ(paths, (std::vector<UnicodeString>{u"/home/me/fonts/"}));
+}
+
+TEST_F(FontFoldPathVector, ReadsNoFontsAndOpensNoService) {
+    read("<font-config><font-folder path='/no/such/a'/></font-config>");
+    EXPECT_EQ(g_fontService.load(), nullptr);
+}
+
+TEST_F(FontFoldPathVector, LeavesAnOpenServiceAsItIsButForItsNotes) {
+    const FS_FontService& service = *getFontService(nullptr, nullptr, nullptr);
+    const std::size_t folders = service.folders.size();
+    read("<font-config wrong='1'><font-folder path='/no/such/a'/></font-config>");
+    EXPECT_EQ(service.folders.size(), folders);
+    ASSERT_EQ(service.errors.size(), 1U);
+    EXPECT_EQ(service.errors.get(0)->getCode(), FS_ERROR_UNKNOWN_ATTRIBUTE);
+    EXPECT_EQ(paths.size(), 1U);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "fonts/FS_ServiceContext.h"
 
+#include "registry/FS_FontService.h"
 #include "registry/FakeFont.h"
-#include "service/FS_FontService.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include "fonts/FS_ServiceContext.h"
 #include "registry/FakeFont.h"
@@ -54,60 +54,6 @@ constexpr FS_StartupStep kAsking[] = {{Kind::fonts, askingStep}};
 
 bool extensionTableIsFilled(const FS_FontService* service) {
     return service != nullptr && service->fileTypeByExtension.size() == 7;
-}
-
-TEST(FontService, StartsWithTheStatedSettings) {
-    const auto service = std::make_unique<FS_FontService>();
-    EXPECT_TRUE(service->fileTypeByExtension.empty());
-    EXPECT_GE(service->fileTypeByExtension.bucket_count(), 8U);
-    EXPECT_TRUE(service->configUri.isEmpty());
-    EXPECT_TRUE(service->useWindowsRegistry);
-    EXPECT_TRUE(service->eudcProcessing);
-    EXPECT_TRUE(service->eudcSystemDefault.isEmpty());
-    EXPECT_TRUE(service->eudcMap.empty());
-    EXPECT_FALSE(service->eudcRangeGiven);
-    EXPECT_FALSE(service->otfMetricsWindows);
-    EXPECT_TRUE(service->usePreferredFamily);
-    EXPECT_TRUE(service->fontPool.fonts.empty());
-    EXPECT_TRUE(service->aliasPool.fonts.empty());
-    EXPECT_TRUE(service->errors.empty());
-    EXPECT_FALSE(service->defaultEudcFont);
-    EXPECT_FALSE(service->defaultEudcFontVertical);
-    EXPECT_EQ(service->freeTypeLibrary, nullptr);
-}
-
-TEST(FontService, EudcBitsLieAtBitCAnd7OfByteCShiftedBy3) {
-    const auto service = std::make_unique<FS_FontService>();
-    service->addEudcRange(0xE00A, 0xE00A);
-    EXPECT_EQ(service->eudcBitmap[0xE00A >> 3], 1U << 2);
-    int bits = 0;
-    for (const std::uint8_t byte : service->eudcBitmap)
-        bits += byte != 0;
-    EXPECT_EQ(bits, 1);
-}
-
-TEST(FontService, EudcRangesOutsideTheBitmapFallOutHarmlessly) {
-    const auto service = std::make_unique<FS_FontService>();
-    service->addEudcRange(-5, 1);
-    service->addEudcRange(0xFFFE, 0x7FFFFFFF);
-    service->addEudcRange(0x10000, 0x10FFFF);
-    service->addEudcRange(20, 10);
-    EXPECT_TRUE(service->isEudcCodePoint(0));
-    EXPECT_TRUE(service->isEudcCodePoint(1));
-    EXPECT_FALSE(service->isEudcCodePoint(2));
-    EXPECT_FALSE(service->isEudcCodePoint(15));
-    EXPECT_FALSE(service->isEudcCodePoint(0xFFFD));
-    EXPECT_TRUE(service->isEudcCodePoint(0xFFFE));
-    EXPECT_TRUE(service->isEudcCodePoint(0xFFFF));
-}
-
-TEST(FontService, CodePointsOutsideTheBasicPlaneAreNeverEudc) {
-    const auto service = std::make_unique<FS_FontService>();
-    service->addEudcRange(0, 0xFFFF);
-    EXPECT_FALSE(service->isEudcCodePoint(0x10000));
-    EXPECT_FALSE(service->isEudcCodePoint(0x7FFFFFFF));
-    EXPECT_FALSE(service->isEudcCodePoint(-1));
-    EXPECT_FALSE(service->isEudcCodePoint(-0x7FFFFFFF - 1));
 }
 
 TEST(FontService, EveryCallFindsTheSameObject) {

@@ -1,6 +1,6 @@
 #include "fonts/FS_ServiceContext.h"
+#include "registry/FS_FontService.h"
 #include "registry/FakeFont.h"
-#include "service/FS_FontService.h"
 #include "service/FS_Startup.h"
 
 #include <KWFontService17/FS_Functions.h>

@@ -1,6 +1,8 @@
 #include "service/FS_Startup.h"
 
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
+#include "registry/RegistryFixture.h"
+#include "support/SystemDouble.h"
 
 #include <gtest/gtest.h>
 
@@ -68,13 +70,6 @@ TEST_F(Startup, LeavesTheEudcRangeThatWasGiven) {
     EXPECT_FALSE(service.isEudcCodePoint(0xE000));
 }
 
-TEST_F(Startup, SetsNoEudcRangeWhenEudcProcessingIsOff) {
-    FS_FontService service;
-    service.eudcProcessing = false;
-    startUp(service, {});
-    EXPECT_FALSE(service.isEudcCodePoint(0xE000));
-}
-
 TEST_F(Startup, RunsItsStepsInTheirOrder) {
     const FS_StartupStep steps[] = {
         {Kind::configuration, note<'a'>}, {Kind::fonts, note<'b'>}, {Kind::fonts, note<'c'>}};
@@ -107,8 +102,8 @@ TEST_F(Startup, AFailingLaterStepIsRecordedAndEndsTheRest) {
     EXPECT_NO_THROW(startUp(service, {}));
     EXPECT_EQ(g_trace, (std::vector<std::string>{"a", "fail"}));
     ASSERT_EQ(service.errors.size(), 1U);
-    EXPECT_EQ(service.errors[0].getCode(), 1921);
-    EXPECT_EQ(service.errors[0].getMessage(), UnicodeString(u"from a step"));
+    EXPECT_EQ(service.errors.get(0)->getCode(), 1921);
+    EXPECT_EQ(service.errors.get(0)->getMessage(), UnicodeString(u"from a step"));
 }
 
 TEST_F(Startup, ExceptionsOfOtherTypesPassThrough) {
@@ -148,7 +143,99 @@ TEST_F(Startup, AFailingConfigurationOfAScratchObjectIsRecordedThere) {
     EXPECT_EQ(getFontService(nullptr, nullptr, &scratch), nullptr);
     EXPECT_EQ(g_trace, (std::vector<std::string>{"fail"}));
     ASSERT_EQ(scratch.errors.size(), 1U);
-    EXPECT_EQ(scratch.errors[0].getCode(), 1938);
+    EXPECT_EQ(scratch.errors.get(0)->getCode(), 1938);
+}
+
+/// A system whose font folders are those of a test.
+class OwnFonts : public KWTest::SystemDouble {
+public:
+    std::u16string fonts;
+    std::u16string userFonts;
+    KWPlatform::RegisteredFontFiles registered;
+    int registryReads = 0;
+
+    std::u16string knownFolder(KWPlatform::KnownFolder folder) override {
+        return folder == KWPlatform::KnownFolder::fonts ? fonts : userFonts;
+    }
+    KWPlatform::RegisteredFontFiles registeredFontFiles() override {
+        ++registryReads;
+        return registered;
+    }
+};
+
+/// Start-up as it is, on a service of the test's own.
+class WholeStartup : public KWTest::RegistryTest {
+protected:
+    void start(const std::string& config) {
+        files().write("config.xml", config);
+        startUp(service(), {files().path("config.xml").c_str(), nullptr});
+    }
+    std::string folder(std::string_view name, const char* attributes = "") {
+        return "<font-folder path='" + files().path(name).string() + "' " + attributes + "/>";
+    }
+    std::u16string path(std::string_view name) { return files().path(name).u16string(); }
+};
+
+TEST_F(WholeStartup, ReadsTheConfigurationThenTheFoldersThenTheRegistry) {
+    OwnFonts system;
+    system.registered.fonts = {path("listed/b.ttf")};
+    system.registered.type1 = {path("listed/c.ttf")};
+    write("named/a.ttf", KWTest::namedFont(u"Same"));
+    write("listed/b.ttf", KWTest::namedFont(u"Same"));
+    write("listed/c.ttf", KWTest::namedFont(u"Same"));
+    start("<font-config>" + folder("named") + "</font-config>");
+    EXPECT_EQ(fontFiles(),
+              (std::vector<std::string>{"named/a.ttf", "listed/b.ttf", "listed/c.ttf"}));
+    EXPECT_EQ(found(u"Same"), "named/a.ttf");
+    EXPECT_EQ(system.registryReads, 1) << "both lists come from one reading";
+}
+
+TEST_F(WholeStartup, LeavesTheRegistryAloneWhenItIsOff) {
+    OwnFonts system;
+    system.registered.fonts = {path("b.ttf")};
+    write("b.ttf", KWTest::namedFont(u"Listed"));
+    start("<font-config windows-registry='disable'>" + folder("named") + "</font-config>");
+    EXPECT_TRUE(fontFiles().empty());
+    EXPECT_EQ(system.registryReads, 0);
+}
+
+TEST_F(WholeStartup, WithoutAFileItTakesTheFoldersOfTheUserAndTheSystemAndTheRegistry) {
+    OwnFonts system;
+    system.fonts = path("all");
+    system.userFonts = path("own");
+    system.registered.fonts = {path("far/c.ttf")};
+    write("own/fonts/a.ttf", KWTest::namedFont(u"Own"));
+    write("all/b.ttf", KWTest::namedFont(u"All"));
+    write("all/below/d.ttf", KWTest::namedFont(u"Below"));
+    write("far/c.ttf", KWTest::namedFont(u"Far"));
+    startUp(service(), {files().path("absent.xml").c_str(), nullptr});
+    EXPECT_EQ(fontFiles(), (std::vector<std::string>{"own/fonts/a.ttf", "all/b.ttf", "far/c.ttf"}));
+    EXPECT_TRUE(service().configUri.isEmpty());
+}
+
+TEST_F(WholeStartup, SetsNoEudcRangeWhenEudcProcessingIsOff) {
+    start("<font-config><eudc-processing mapping='disable'/>" + folder("none") + "</font-config>");
+    EXPECT_FALSE(service().isEudcCodePoint(0xE000));
+}
+
+TEST_F(WholeStartup, AFontIsFoundByEveryNameAndStyle) {
+    KWTest::TestFont bold = KWTest::namedFont(u"Book Face", 700, true, 3);
+    bold.name.records.push_back(KWTest::windowsName(1, u"\u672C", 1041));
+    bold.name.records.push_back(KWTest::windowsName(16, u"Book Typographic"));
+    write("fonts/sub/BookBI.ttf", bold);
+    write("fonts/book.ttf", KWTest::namedFont(u"Book Face"));
+    write("fonts/draft.ttf", KWTest::namedFont(u"Book Face", 300));
+    start("<font-config windows-registry='disable'><font-folder path='" +
+          files().path("fonts").string() +
+          "' recursive='true'><font-exclude file='draft.ttf'/>"
+          "<font-alias file='book.ttf'><alias family-name='Brochure'/></font-alias>"
+          "</font-folder></font-config>");
+    EXPECT_EQ(found(u"Book Face", 700, true, 3), "fonts/sub/BookBI.ttf");
+    EXPECT_EQ(found(u"\u672C"), "fonts/sub/BookBI.ttf");
+    EXPECT_EQ(found(u"book typographic"), "fonts/sub/BookBI.ttf");
+    EXPECT_EQ(found(u"bookbi"), "fonts/sub/BookBI.ttf");
+    EXPECT_EQ(found(u"Book-Face", 300), "fonts/book.ttf") << "the light one is left out";
+    EXPECT_EQ(found(u"brochure"), "fonts/book.ttf");
 }
 
 } // namespace

@@ -1,61 +1,18 @@
 #include "service/FontConfigPath.h"
 
-#include "platform/Platform.h"
+#include "service/FakeFolders.h"
 
 #include <KWFontService17/FS_Functions.h>
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 
 namespace {
 
 using namespace KWFontService_NS;
 using KWPlatform::KnownFolder;
-
-/// A system that knows the folders it is given, and is otherwise the real one.
-class FakeFolders : public KWPlatform::System {
-public:
-    std::map<KnownFolder, std::u16string> folders;
-
-    std::u16string knownFolder(KnownFolder folder) override {
-        const auto found = folders.find(folder);
-        return found != folders.end() ? found->second : std::u16string();
-    }
-
-    std::optional<std::vector<KWPlatform::DirectoryEntry>>
-    listDirectory(const std::u16string& path) override {
-        return native_.listDirectory(path);
-    }
-    std::optional<KWPlatform::DirectoryIdentity>
-    directoryIdentity(const std::u16string& path) override {
-        return native_.directoryIdentity(path);
-    }
-    bool isRegularFile(const std::u16string& path) override { return native_.isRegularFile(path); }
-    std::unique_ptr<KWPlatform::FileReader> openFile(const std::u16string& path,
-                                                     std::string& reason) override {
-        return native_.openFile(path, reason);
-    }
-    std::vector<std::u16string> registeredFontFiles(KWPlatform::RegisteredFonts list) override {
-        return native_.registeredFontFiles(list);
-    }
-    std::optional<KWPlatform::RegistryText> registryText(KWPlatform::RegistryHive hive,
-                                                         const std::u16string& key,
-                                                         const std::u16string& name) override {
-        return native_.registryText(hive, key, name);
-    }
-    std::vector<KWPlatform::RegistryText> registryTexts(KWPlatform::RegistryHive hive,
-                                                        const std::u16string& key) override {
-        return native_.registryTexts(hive, key);
-    }
-    std::u16string moduleFolder(const std::u16string& moduleName) override {
-        return native_.moduleFolder(moduleName);
-    }
-
-private:
-    KWPlatform::System& native_ = KWPlatform::nativeSystem();
-};
+using KWTest::FakeFolders;
 
 TEST(ExpandFontPath, ReplacesEveryWordEverywhere) {
     FakeFolders system;
@@ -82,7 +39,54 @@ TEST(ExpandFontPath, AWordWhoseFolderIsNotKnownStays) {
     FakeFolders system;
     const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(expandFontPath(u"@@WINFONTS@@/a"), UnicodeString(u"@@WINFONTS@@/a"));
+    EXPECT_EQ(expandFontPath(u"@@APPDATA@@/a"), UnicodeString(u"@@APPDATA@@/a"));
+    EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@/a"), UnicodeString(u"@@LOCALAPPDATA@@/a"));
     EXPECT_TRUE(expandFontPath(u"@@USERWINFONTS@@").startsWith(u"@@LOCALAPPDATA@@", 16));
+}
+
+TEST(ExpandFontPath, KnowsTheFoldersOfSettingsAndOfLocalData) {
+    FakeFolders system;
+    system.folders = {{KnownFolder::appData, u"/settings"}, {KnownFolder::localAppData, u"/data"}};
+    const KWPlatform::SystemOverride replaced(system);
+    EXPECT_EQ(expandFontPath(u"@@APPDATA@@/f"), UnicodeString(u"/settings/f"));
+    EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@/f"), UnicodeString(u"/data/f"));
+}
+
+TEST(ExpandFontPath, HomeStandsForWhatTheHostGave) {
+    EXPECT_EQ(expandFontPath(u"@@HOME@@/a:@@HOME@@", "/srv/app"),
+              UnicodeString(u"/srv/app/a:/srv/app"));
+    EXPECT_EQ(expandFontPath(u"@@HOME@@/a"), UnicodeString(u"@@HOME@@/a"));
+    EXPECT_EQ(expandFontPath(u"@@HOME@@/a", nullptr), UnicodeString(u"@@HOME@@/a"));
+    EXPECT_EQ(expandFontPath(u"@@HOME@@/a", ""), UnicodeString(u"@@HOME@@/a"));
+    EXPECT_EQ(expandFontPath(u"@@HOME@@", "/\xFF"), UnicodeString(u"/\xDCFF")) << "a path is bytes";
+}
+
+TEST(ExpandFontPath, ReplacesLaterWordsInWhatStandsForEarlierOnes) {
+    FakeFolders system;
+    system.folders = {{KnownFolder::fonts, u"@@APPDATA@@"},
+                      {KnownFolder::appData, u"@@LOCALAPPDATA@@"},
+                      {KnownFolder::localAppData, u"@@HOME@@"}};
+    const KWPlatform::SystemOverride replaced(system);
+    EXPECT_EQ(expandFontPath(u"@@WINFONTS@@", "/h"), UnicodeString(u"/h"));
+}
+
+TEST(ExpandFontPath, LeavesEarlierWordsInWhatStandsForLaterOnes) {
+    FakeFolders system;
+    system.folders = {{KnownFolder::fonts, u"/fonts"},
+                      {KnownFolder::appData, u"@@WINFONTS@@"},
+                      {KnownFolder::localAppData, u"@@USERWINFONTS@@@@APPDATA@@"}};
+    const KWPlatform::SystemOverride replaced(system);
+    EXPECT_EQ(expandFontPath(u"@@APPDATA@@"), UnicodeString(u"@@WINFONTS@@"));
+    EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@"), UnicodeString(u"@@USERWINFONTS@@@@APPDATA@@"));
+    EXPECT_EQ(expandFontPath(u"@@HOME@@", "@@LOCALAPPDATA@@@@HOME@@"),
+              UnicodeString(u"@@LOCALAPPDATA@@@@HOME@@"));
+}
+
+TEST(ExpandFontPath, TakesTimeInProportionToTheText) {
+    UnicodeString text;
+    for (int i = 0; i < 200000; ++i)
+        text.append(u"@@HOME@@");
+    EXPECT_EQ(expandFontPath(text, "/a/longer/home/folder").length(), 200000 * 21);
 }
 
 TEST(FontFolders, AreTheExpansionsOfTheBareWords) {

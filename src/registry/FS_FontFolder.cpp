@@ -1,0 +1,50 @@
+#include "registry/FS_FontFolder.h"
+
+#include <unicode/locid.h>
+
+#include <tuple>
+
+namespace KWFontService_NS {
+
+namespace {
+
+KWUri inDirectoryForm(const KWUri& folder) {
+    UnicodeString text = folder.getString();
+    KWUri::toDirectory(text, L'/');
+    return KWUri(text, KWCommonNS::URISTR_URI);
+}
+
+} // namespace
+
+bool operator<(const FS_FontAliasTarget& a, const FS_FontAliasTarget& b) {
+    return std::tie(a.lowerFileName, a.fileName, a.faceIndex) <
+           std::tie(b.lowerFileName, b.fileName, b.faceIndex);
+}
+
+bool operator<(const FS_FontAlias& a, const FS_FontAlias& b) {
+    return std::tie(a.familyName, a.weight, a.italic, a.stretch) <
+           std::tie(b.familyName, b.weight, b.italic, b.stretch);
+}
+
+FS_FontFolder::FS_FontFolder(const KWUri& folder, bool scanBelow)
+    : KWUri(inDirectoryForm(folder)), recursive(scanBelow) {}
+FS_FontFolder::~FS_FontFolder() = default;
+
+UnicodeString FS_FontFolder::pathKey() const {
+    return lowerFileName(getBaseString());
+}
+
+const FS_FontFileOptions* FS_FontFolder::findOptions(const UnicodeString& fileName) const {
+    const auto found = fileOptions.find(fileName);
+    return found != fileOptions.end() ? &found->second : nullptr;
+}
+
+FS_FontFileOptions& FS_FontFolder::optionsOf(const UnicodeString& fileName) {
+    return fileOptions[fileName];
+}
+
+UnicodeString lowerFileName(const UnicodeString& fileName) {
+    return UnicodeString(fileName).toLower(icu::Locale::getRoot());
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,128 @@
+#include "registry/FolderScan.h"
+
+#include "common/TextView.h"
+#include "platform/Platform.h"
+#include "registry/FontFileLoader.h"
+#include "registry/FontSelection.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <set>
+#include <vector>
+
+namespace KWFontService_NS {
+
+namespace {
+
+using KWPlatform::DirectoryEntry;
+using KWPlatform::DirectoryIdentity;
+
+std::u16string localPath(const KWUri& folder) {
+    return std::u16string(KWCommonNS::toView(folder.getLocalPath()));
+}
+
+std::vector<DirectoryEntry> entriesOf(const KWUri& folder) {
+    auto entries = KWPlatform::system().listDirectory(localPath(folder));
+    return entries ? std::move(*entries) : std::vector<DirectoryEntry>();
+}
+
+/// Loads an entry of a folder, if it is a font file.
+bool loadEntry(FS_FontService& service, const FS_FontFolder& folder, const DirectoryEntry& entry) {
+    const FS_FontFile file(folder, KWCommonNS::toText(entry.name));
+    return isFontFile(service, folder, file) &&
+           loadFont(service, folder, file, FS_LOAD_FOLDER) != nullptr;
+}
+
+FS_FontKey keyOf(const FS_FontAlias& alias) {
+    return {alias.weight > 0 ? alias.weight : FS_FontKey::kNormalWeight, alias.italic == 1,
+            alias.stretch != 0 ? alias.stretch : FS_FontKey::kNormalStretch};
+}
+
+/// Gives fonts the alias names that a folder asks for. A file is looked for among all fonts found
+/// so far: one of that name from any folder serves.
+void attachAliases(FS_FontService& service, const FS_FontFolder& folder) {
+    for (const auto& [target, aliases] : folder.fileAliases) {
+        const auto file = service.fontPool.byFileName.find(target.lowerFileName);
+        if (file == service.fontPool.byFileName.end())
+            continue;
+        for (const FS_FontAlias& alias : aliases) {
+            FS_FontRef ref = selectFont(file->second, file->second.begin()->first);
+            ref.face = static_cast<std::int16_t>(
+                std::clamp<int>(target.faceIndex, 0, std::numeric_limits<std::int16_t>::max()));
+            FS_FontPool::addName(service.aliasPool.byName, normaliseFontName(alias.familyName), ref,
+                                 keyOf(alias));
+        }
+    }
+}
+
+class FolderWalk {
+public:
+    explicit FolderWalk(FS_FontService& service) : service_(service) {
+        for (const auto& folder : service.folders)
+            enter(*folder);
+    }
+
+    void scan(std::size_t index) {
+        // By pointer: the list moves when subfolders come in.
+        FS_FontFolder& folder = *service_.folders[index];
+        std::size_t position = index + 1;
+        for (const DirectoryEntry& entry : entriesOf(folder)) {
+            if (entry.system)
+                continue;
+            if (!entry.directory)
+                loadEntry(service_, folder, entry);
+            else if (folder.recursive && !entry.hidden)
+                addSubfolder(folder, entry, position);
+        }
+        attachAliases(service_, folder);
+    }
+
+private:
+    /// False when the directory was entered already. One that cannot be read is new: the walk
+    /// finds nothing in it.
+    bool enter(const KWUri& folder) {
+        const auto identity = KWPlatform::system().directoryIdentity(localPath(folder));
+        return !identity || entered_.insert(*identity).second;
+    }
+
+    void addSubfolder(const FS_FontFolder& parent, const DirectoryEntry& entry,
+                      std::size_t& position) {
+        auto folder = std::make_unique<FS_FontFolder>(
+            KWUri::fromFileName(parent, KWCommonNS::toText(entry.name)), true);
+        if (service_.findFolder(folder->pathKey()) == nullptr && enter(*folder))
+            service_.addFolder(std::move(folder), &position);
+    }
+
+    FS_FontService& service_;
+    std::set<DirectoryIdentity> entered_;
+};
+
+} // namespace
+
+void scanFolders(FS_FontService& service) {
+    FolderWalk walk(service);
+    for (std::size_t i = 0; i < service.folders.size(); ++i)
+        walk.scan(i);
+}
+
+int addFontFolder(FS_FontService& service, const KWUri& uri) {
+    if (!uri.isFile())
+        return 0;
+    const FS_FontFolder* folder = nullptr;
+    {
+        KWCommonNS::KWMutex mutex(g_fontServiceLock);
+        mutex.lock();
+        folder = service.addFolder(std::make_unique<FS_FontFolder>(uri, false));
+    }
+    if (folder == nullptr)
+        return 0;
+    int count = 0;
+    for (const DirectoryEntry& entry : entriesOf(*folder)) {
+        if (!entry.directory && !entry.system && loadEntry(service, *folder, entry))
+            ++count;
+    }
+    return count;
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,511 @@
+#include "service/ConfigFolderReader.h"
+
+#include "service/FakeFolders.h"
+#include "service/FontConfigFixture.h"
+
+#include <limits>
+
+namespace {
+
+using namespace KWFontService_NS;
+using KWPlatform::KnownFolder;
+using KWTest::ConfigRead;
+using KWTest::FakeFolders;
+using KWTest::utf8;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FontConfigFolder : public KWTest::FontConfigTest {
+protected:
+    ConfigRead readPathAttribute(const std::string& path, const char* home = nullptr) {
+        return read("<font-config><font-folder path='" + path + "'/></font-config>", home);
+    }
+};
+
+// path
+
+TEST_F(FontConfigFolder, StandInTheirOrderInDirectoryForm) {
+    const ConfigRead config =
+        readRoot("<font-folder path='/b'/><font-folder path='/a/'/><font-folder path='/C/d'/>");
+    EXPECT_THAT(config.folderPaths(), ElementsAre("/b/", "/a/", "/C/d/"));
+    EXPECT_EQ(config.service->folders[2]->getString(), UnicodeString(u"file:///C/d/"));
+    ASSERT_EQ(config.service->folderByPath.size(), 3U);
+    EXPECT_EQ(config.service->findFolder(u"file:///c/d/"), config.service->folders[2].get());
+}
+
+TEST_F(FontConfigFolder, PathIsTrimmed) {
+    EXPECT_THAT(readPathAttribute(" \t/my fonts&#10;").folderPaths(), ElementsAre("/my fonts/"));
+}
+
+TEST_F(FontConfigFolder, AFolderMayBeGivenAsAUri) {
+    EXPECT_THAT(readPathAttribute("file:///a%20b/c").folderPaths(), ElementsAre("/a b/c/"));
+}
+
+TEST_F(FontConfigFolder, APathKeepsTheCharactersThatAUriWouldReadOtherwise) {
+    EXPECT_THAT(readPathAttribute("/a%20b#c?d").folderPaths(), ElementsAre("/a%20b#c?d/"));
+}
+
+TEST_F(FontConfigFolder, AFolderWhoseNameIsNotUtf8IsGivenAsAUri) {
+    const ConfigRead config = readPathAttribute("file:///na%EFve");
+    ASSERT_EQ(config.service->folders.size(), 1U);
+    EXPECT_EQ(config.service->folders[0]->getLocalPath(), UnicodeString(u"/na\xDCEFve/"));
+}
+
+TEST_F(FontConfigFolder, AMissingOrEmptyPathEndsTheRead) {
+    for (const char* const attribute : {"", "path=''", "path=' &#9; '", "recursive='yes'"}) {
+        const ConfigRead config =
+            readRoot(std::string("<otf-metrics-mode mode='windows'/><font-folder x='' ")
+                         .append(attribute)
+                         .append("/><font-folder path='/f'/>"));
+        EXPECT_EQ(config.thrown, "1937 Empty value: <font-folder path> in FILE");
+        EXPECT_THAT(config.complaints, IsEmpty());
+        EXPECT_THAT(config.folderPaths(), IsEmpty());
+        EXPECT_TRUE(config.service->otfMetricsWindows) << "what was read before stands";
+    }
+}
+
+TEST_F(FontConfigFolder, APathThatIsNoFileEndsTheRead) {
+    for (const std::string path : {"http://example.org/fonts", "data:,x", "ftp:fonts"}) {
+        const ConfigRead config =
+            readRoot("<font-folder path='/f'/><font-folder path=' " + path + "' y=''/>");
+        EXPECT_EQ(config.thrown,
+                  "1938 No-file path is not allowed: <font-folder path=\"" + path + "\"> in FILE");
+        EXPECT_THAT(config.complaints, IsEmpty());
+        EXPECT_THAT(config.folderPaths(), ElementsAre("/f/"));
+    }
+}
+
+TEST_F(FontConfigFolder, ARelativePathEndsTheReadThoughTheFileHasAFolder) {
+    for (const std::string path : {"fonts", "./fonts", "../fonts", "@@WINFONTS/x"}) {
+        const ConfigRead config =
+            readRoot("<font-folder path='/f'/><font-folder path='" + path + "'/>");
+        EXPECT_EQ(config.thrown,
+                  "1939 Relative path is not allowed: <font-folder path=\"" + path + "\"> in FILE");
+        EXPECT_THAT(config.folderPaths(), ElementsAre("/f/"));
+    }
+}
+
+TEST_F(FontConfigFolder, AKnownPathEndsTheRead) {
+    for (const std::string path :
+         {"/Fonts", "/fonts", "/FONTS/", "/x/../fonts", "/fonts/.", "file:///fonts"}) {
+        const ConfigRead config = readRoot("<font-folder path='/Fonts'/><font-folder path='" +
+                                           path + "' recursive='yes'/>");
+        EXPECT_EQ(config.thrown,
+                  "1940 Already registered value: <font-folder path=\"" + path + "\"> in FILE");
+        ASSERT_EQ(config.service->folders.size(), 1U);
+        EXPECT_FALSE(config.service->folders[0]->recursive);
+    }
+}
+
+TEST_F(FontConfigFolder, ComplaintsQuoteThePathTrimmedAndExpanded) {
+    EXPECT_EQ(readPathAttribute(" @@HOME@@/f ", "home").thrown,
+              "1939 Relative path is not allowed: <font-folder path=\"home/f\"> in FILE");
+}
+
+// Macro words
+
+TEST_F(FontConfigFolder, ExpandsTheMacroWordsOfItsPath) {
+    FakeFolders system;
+    system.folders = {{KnownFolder::fonts, u"/all"},
+                      {KnownFolder::appData, u"/settings"},
+                      {KnownFolder::localAppData, u"/data"}};
+    const KWPlatform::SystemOverride replaced(system);
+    const ConfigRead config = read("<font-config><font-folder path='@@WINFONTS@@'/>"
+                                   "<font-folder path='@@USERWINFONTS@@'/>"
+                                   "<font-folder path='@@APPDATA@@/a'/>"
+                                   "<font-folder path='@@LOCALAPPDATA@@/b'/>"
+                                   "<font-folder path='@@HOME@@/c'/></font-config>",
+                                   "/home/me");
+    EXPECT_EQ(config.thrown, "");
+    EXPECT_THAT(config.folderPaths(),
+                ElementsAre("/all/", "/data/fonts/", "/settings/a/", "/data/b/", "/home/me/c/"));
+}
+
+TEST_F(FontConfigFolder, AWordWithoutAFolderIsARelativePath) {
+    FakeFolders system;
+    const KWPlatform::SystemOverride replaced(system);
+    for (const std::string word : {"@@WINFONTS@@", "@@APPDATA@@", "@@LOCALAPPDATA@@", "@@HOME@@"})
+        EXPECT_EQ(readPathAttribute(word).thrown,
+                  "1939 Relative path is not allowed: <font-folder path=\"" + word + "\"> in FILE");
+    EXPECT_EQ(readPathAttribute("@@HOME@@/x", "").thrown,
+              "1939 Relative path is not allowed: <font-folder path=\"@@HOME@@/x\"> in FILE");
+}
+
+TEST_F(FontConfigFolder, AHomeFolderMayHaveANameThatIsNotUtf8) {
+    const ConfigRead config = readPathAttribute("@@HOME@@/f", "/na\xEFve");
+    ASSERT_EQ(config.service->folders.size(), 1U);
+    EXPECT_EQ(config.service->folders[0]->getLocalPath(), UnicodeString(u"/na\xDCEFve/f/"));
+}
+
+TEST_F(FontConfigFolder, OnlyThePathOfAFolderIsExpanded) {
+    FakeFolders system;
+    system.folders = {{KnownFolder::fonts, u"/all"}};
+    const KWPlatform::SystemOverride replaced(system);
+    const ConfigRead config = readRoot(
+        "<font-folder path='/f'><glyph-list file='@@WINFONTS@@/g.txt' afm='a.afm'/>"
+        "<font-exclude file='@@WINFONTS@@'/></font-folder>"
+        "<eudc-processing><eudc-map family-name='@@WINFONTS@@' file-path='@@WINFONTS@@/e.tte'/>"
+        "<eudc-system-default file-path='@@WINFONTS@@/d.tte'/></eudc-processing>");
+    EXPECT_EQ(utf8(config.options(u"a.afm").glyphList.getLocalPath()), "/f/@@WINFONTS@@/g.txt");
+    EXPECT_TRUE(config.options(u"@@winfonts@@").fontExclude);
+    EXPECT_EQ(config.service->eudcMap.at(u"@@WINFONTS@@"), files().uri("@@WINFONTS@@/e.tte"));
+    EXPECT_EQ(config.service->eudcSystemDefault, files().uri("@@WINFONTS@@/d.tte"));
+}
+
+// recursive
+
+TEST_F(FontConfigFolder, RecursiveIsOnForTheAffirmativeNamesAlone) {
+    for (const auto& [value, recursive] : {std::pair("yes", true),
+                                           {"true", true},
+                                           {" yes ", true},
+                                           {"YES", true},
+                                           {"no", false},
+                                           {"false", false},
+                                           {"1", false},
+                                           {"enable", false},
+                                           {"", false},
+                                           {"yes yes", false},
+                                           {"\"yes\"", false}}) {
+        const ConfigRead config =
+            readRoot(std::string("<font-folder path='/f' recursive='").append(value).append("'/>"));
+        ASSERT_EQ(config.service->folders.size(), 1U);
+        EXPECT_EQ(config.service->folders[0]->recursive, recursive) << value;
+        EXPECT_THAT(config.complaints, IsEmpty()) << value;
+    }
+    EXPECT_FALSE(readFolder("").service->folders[0]->recursive);
+}
+
+TEST_F(FontConfigFolder, UnknownAttributesAndChildrenAreReported) {
+    const ConfigRead config =
+        readRoot("<font-folder file='x' path='/f'><font-config/></font-folder>");
+    EXPECT_THAT(config.complaints, ElementsAre("1935 Unknown attribute: <font-folder file> in FILE",
+                                               "1028 Unexpected start tag: <font-config> in FILE",
+                                               "1029 Unexpected end tag: </font-config> in FILE",
+                                               "1029 Unexpected end tag: </font-folder> in FILE"));
+}
+
+// What all elements with a file name share
+
+TEST_F(FontConfigFolder, AMissingOrEmptyFileEndsTheRead) {
+    for (const std::string element :
+         {"font-alias", "font-entry", "font-exclude", "glyph-list", "use-zero-glyph-id"}) {
+        for (const std::string attribute : {"", " file=''"}) {
+            const ConfigRead config =
+                readFolder("<font-exclude file='before.ttf'/><" + element + attribute +
+                           " x=''/><font-exclude file='behind.ttf'/>");
+            EXPECT_EQ(config.thrown, "1937 Empty value: <" + element + " file> in FILE");
+            EXPECT_THAT(config.complaints, IsEmpty());
+            EXPECT_TRUE(config.options(u"before.ttf").fontExclude);
+            EXPECT_FALSE(config.options(u"behind.ttf").fontExclude);
+        }
+    }
+}
+
+TEST_F(FontConfigFolder, AFileWithAFolderPartEndsTheRead) {
+    for (const std::string element :
+         {"font-alias", "font-entry", "font-exclude", "use-zero-glyph-id"}) {
+        for (const std::string file :
+             {"sub/a.ttf", "/a.ttf", "./a.ttf", "a/", ".", "..", "C:\\a.ttf", "http://h/a.ttf"}) {
+            const ConfigRead config = readFolder("<" + element + " file='" + file + "' x=''/>");
+            EXPECT_EQ(config.thrown, "1941 Font file must be base file name: <" + element +
+                                         " file=\"" + file + "\"> in FILE");
+            EXPECT_THAT(config.complaints, IsEmpty());
+            EXPECT_TRUE(config.service->folders[0]->fileOptions.empty());
+            EXPECT_TRUE(config.service->folders[0]->fileAliases.empty());
+        }
+    }
+}
+
+TEST_F(FontConfigFolder, AnAfmOrPfmWithAFolderPartEndsTheRead) {
+    for (const std::string element : {"glyph-list file='g.txt'", "skip-glyphname-mapping"}) {
+        const std::string name = element.substr(0, element.find(' '));
+        for (const std::string attributes :
+             {"afm='s/a.afm'", "pfm='s/a.afm'", "afm='a.afm' pfm='s/a.afm'",
+              "afm='s/a.afm' pfm='t/a.pfm'"}) {
+            const ConfigRead config = readFolder("<" + element + " " + attributes + "/>");
+            const std::string wrong = attributes.starts_with("afm='s") ? "afm" : "pfm";
+            EXPECT_EQ(config.thrown, "1941 Font file must be base file name: <" + name + " " +
+                                         wrong + "=\"s/a.afm\"> in FILE");
+            EXPECT_TRUE(config.service->folders[0]->fileOptions.empty());
+        }
+    }
+}
+
+TEST_F(FontConfigFolder, FileNamesKeepTheCharactersThatAUriWouldReadOtherwise) {
+    const ConfigRead config = readFolder("<font-exclude file='a%20b#c?d: e.ttf'/>");
+    EXPECT_EQ(config.thrown, "");
+    EXPECT_TRUE(config.options(u"a%20b#c?d: e.ttf").fontExclude);
+}
+
+TEST_F(FontConfigFolder, ElementsOfFilesHaveNoChildrenButFontAlias) {
+    for (const std::string element :
+         {"font-entry file='a'", "font-exclude file='a'", "glyph-list file='g' afm='a.afm'",
+          "skip-glyphname-mapping afm='a.afm'", "use-zero-glyph-id file='a'",
+          "font-alias file='a'"}) {
+        const std::string name = element.substr(0, element.find(' '));
+        const ConfigRead config = readFolder("<" + element + "><font-folder/></" + name + ">");
+        EXPECT_THAT(config.complaints,
+                    ElementsAre("1028 Unexpected start tag: <font-folder> in FILE",
+                                "1029 Unexpected end tag: </font-folder> in FILE",
+                                "1029 Unexpected end tag: </" + name + "> in FILE",
+                                "1029 Unexpected end tag: </font-folder> in FILE"));
+    }
+}
+
+TEST_F(FontConfigFolder, SwitchesAreSetForTheLowerCasedName) {
+    const ConfigRead config =
+        readFolder("<font-exclude file='A.TTF'/><use-zero-glyph-id file='\xC3\x84.otf'/>"
+                   "<font-exclude file='A.ttf'/>");
+    EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 2U);
+    EXPECT_TRUE(config.options(u"a.ttf").fontExclude);
+    EXPECT_FALSE(config.options(u"a.ttf").useZeroGlyphId);
+    EXPECT_TRUE(config.options(u"\u00E4.otf").useZeroGlyphId);
+    EXPECT_FALSE(config.options(u"\u00E4.otf").fontExclude);
+}
+
+// font-entry
+
+TEST_F(FontConfigFolder, AFontEntryMakesARecordWithTheDefaults) {
+    const ConfigRead config = readFolder("<font-entry file='A.ttf'/>");
+    ASSERT_EQ(config.service->folders[0]->fileOptions.count(u"a.ttf"), 1U);
+    const FS_FontFileOptions& options = config.options(u"a.ttf");
+    EXPECT_TRUE(options.glyphList.isEmpty());
+    EXPECT_FALSE(options.skipGlyphNameMapping);
+    EXPECT_FALSE(options.fontExclude);
+    EXPECT_FALSE(options.useZeroGlyphId);
+    EXPECT_EQ(options.fontSizeAdjust, 1.0F);
+    EXPECT_EQ(options.baselineAdjust, 0.0F);
+    EXPECT_EQ(options.unicodeRange, nullptr);
+}
+
+TEST_F(FontConfigFolder, AFontEntrySetsWhatItsAttributesSay) {
+    const ConfigRead config =
+        readFolder("<font-entry file='a.ttf' font-size-adjust='1.25' baseline-adjust='-0.5' "
+                   "unicode-range='U+41-5A, U+3?\?' font-exclude='Yes' use-zero-glyph-id='TRUE'/>");
+    EXPECT_THAT(config.complaints, IsEmpty());
+    const FS_FontFileOptions& options = config.options(u"a.ttf");
+    EXPECT_EQ(options.fontSizeAdjust, 1.25F);
+    EXPECT_EQ(options.baselineAdjust, -0.5F);
+    ASSERT_NE(options.unicodeRange, nullptr);
+    EXPECT_TRUE(options.unicodeRange->inRange(0x41));
+    EXPECT_TRUE(options.unicodeRange->inRange(0x3FF));
+    EXPECT_FALSE(options.unicodeRange->inRange(0x40));
+    EXPECT_TRUE(options.fontExclude);
+    EXPECT_TRUE(options.useZeroGlyphId);
+}
+
+TEST_F(FontConfigFolder, ALaterFontEntryChangesTheSameRecord) {
+    const ConfigRead config =
+        readFolder("<font-exclude file='a.ttf'/><font-entry file='A.ttf' font-size-adjust='2'/>"
+                   "<font-entry file='a.TTF' font-exclude='no'/>");
+    EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 1U);
+    EXPECT_FALSE(config.options(u"a.ttf").fontExclude);
+    EXPECT_EQ(config.options(u"a.ttf").fontSizeAdjust, 2.0F);
+}
+
+TEST_F(FontConfigFolder, NumbersMayBePercentages) {
+    for (const auto& [text, number] : {std::pair("50%", 0.5F),
+                                       {"0.5", 0.5F},
+                                       {" 2", 2.0F},
+                                       {"1e1", 10.0F},
+                                       {"50 %", 50.0F},
+                                       {".5%", 0.005F},
+                                       {"3em", 3.0F},
+                                       {"1e999", std::numeric_limits<float>::max()},
+                                       {"+7%x", 0.07F}}) {
+        const ConfigRead config = readFolder(std::string("<font-entry file='a' font-size-adjust='")
+                                                 .append(text)
+                                                 .append("' baseline-adjust='")
+                                                 .append(text)
+                                                 .append("'/>"));
+        EXPECT_FLOAT_EQ(config.options(u"a").fontSizeAdjust, number) << text;
+        EXPECT_FLOAT_EQ(config.options(u"a").baselineAdjust, number) << text;
+        EXPECT_THAT(config.complaints, IsEmpty()) << text;
+    }
+}
+
+TEST_F(FontConfigFolder, ASizeThatIsNotAboveTheSmallestStepIsReportedAndTaken) {
+    for (const auto& [text, number] : {std::pair("0", 0.0F),
+                                       {"-2", -2.0F},
+                                       {"0%", 0.0F},
+                                       {"1.1920929e-07", 0x1p-23F},
+                                       {"-1e999", std::numeric_limits<float>::lowest()}}) {
+        const ConfigRead config = readFolder(
+            std::string("<font-entry file='a' font-size-adjust='").append(text).append("'/>"));
+        EXPECT_THAT(config.complaints,
+                    ElementsAre("1936 Invalid value: <font-entry font-size-adjust=\"" +
+                                std::string(text) + "\"> in FILE"));
+        EXPECT_EQ(config.options(u"a").fontSizeAdjust, number);
+    }
+    EXPECT_THAT(readFolder("<font-entry file='a' font-size-adjust='1.193e-07'/>").complaints,
+                IsEmpty());
+}
+
+TEST_F(FontConfigFolder, BaselineAdjustTakesAnyNumber) {
+    for (const auto& [text, number] : {std::pair("0", 0.0F), {"-25%", -0.25F}}) {
+        const ConfigRead config = readFolder(
+            std::string("<font-entry file='a' baseline-adjust='").append(text).append("'/>"));
+        EXPECT_THAT(config.complaints, IsEmpty());
+        EXPECT_EQ(config.options(u"a").baselineAdjust, number);
+    }
+}
+
+TEST_F(FontConfigFolder, InvalidValuesAreReportedAndLeaveTheRecord) {
+    const ConfigRead config = readFolder(
+        "<font-entry file='a.pfm' font-size-adjust='2' unicode-range='U+41' baseline-adjust='3' "
+        "skip-glyphname-mapping='yes' font-exclude='yes' use-zero-glyph-id='yes'/>"
+        "<font-entry file='a.pfm' font-size-adjust='big' unicode-range='U+42,' "
+        "baseline-adjust='' skip-glyphname-mapping='0' font-exclude='' use-zero-glyph-id='on'/>");
+    EXPECT_THAT(config.complaints,
+                ElementsAre("1936 Invalid value: <font-entry font-size-adjust=\"big\"> in FILE",
+                            "1936 Invalid value: <font-entry unicode-range=\"U+42,\"> in FILE",
+                            "1936 Invalid value: <font-entry baseline-adjust=\"\"> in FILE",
+                            "1936 Invalid value: <font-entry skip-glyphname-mapping=\"0\"> in FILE",
+                            "1936 Invalid value: <font-entry font-exclude=\"\"> in FILE",
+                            "1936 Invalid value: <font-entry use-zero-glyph-id=\"on\"> in FILE"));
+    const FS_FontFileOptions& options = config.options(u"a.pfm");
+    EXPECT_EQ(options.fontSizeAdjust, 2.0F);
+    ASSERT_NE(options.unicodeRange, nullptr);
+    EXPECT_TRUE(options.unicodeRange->inRange(0x41));
+    EXPECT_FALSE(options.unicodeRange->inRange(0x42));
+    EXPECT_EQ(options.baselineAdjust, 3.0F);
+    EXPECT_TRUE(options.skipGlyphNameMapping);
+    EXPECT_TRUE(options.fontExclude);
+    EXPECT_TRUE(options.useZeroGlyphId);
+}
+
+TEST_F(FontConfigFolder, AnInvalidUnicodeRangeIsQuotedAsAValue) {
+    for (const auto& [text, quoted] : {std::pair("\"latin\"", "\"latin\""),
+                                       {"'latin'", "\"latin\""},
+                                       {" latin ", "latin"},
+                                       {"0041", "41"},
+                                       {"", ""},
+                                       {"U+5A-41", "U+5A-41"},
+                                       {"U+41 U+42", "U+41 U+42"}}) {
+        const char quote = text[0] == '\'' ? '"' : '\'';
+        const ConfigRead config = readFolder(std::string("<font-entry file='a' unicode-range=") +
+                                             quote + text + quote + "/>");
+        EXPECT_THAT(config.complaints, ElementsAre("1936 Invalid value: <font-entry unicode-range="
+                                                   "\"" +
+                                                   std::string(quoted) + "\"> in FILE"));
+        EXPECT_EQ(config.options(u"a").unicodeRange, nullptr);
+    }
+}
+
+// AFM and PFM
+
+TEST_F(FontConfigFolder, AFontEntryOfAMetricsFileSetsBothRecords) {
+    for (const std::string file : {"a.afm", "A.PFM", "a.Afm"}) {
+        const ConfigRead config = readFolder("<font-entry file='" + file +
+                                             "' glyph-list='g.txt' skip-glyphname-mapping='yes' "
+                                             "font-exclude='yes'/>");
+        for (const char16_t* const name : {u"a.afm", u"a.pfm"}) {
+            EXPECT_EQ(utf8(config.options(name).glyphList.getLocalPath()), "/f/g.txt");
+            EXPECT_TRUE(config.options(name).skipGlyphNameMapping);
+        }
+        EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 2U);
+        const bool isPfm = file == "A.PFM";
+        EXPECT_EQ(config.options(u"a.pfm").fontExclude, isPfm) << "the others are of one file";
+        EXPECT_EQ(config.options(u"a.afm").fontExclude, !isPfm);
+    }
+}
+
+TEST_F(FontConfigFolder, AFontEntryReplacesTheGlyphListOfBothRecords) {
+    const ConfigRead config = readFolder("<glyph-list file='old.txt' afm='a.afm'/>"
+                                         "<font-entry file='a.pfm' glyph-list='/abs/new.txt' "
+                                         "skip-glyphname-mapping='no'/>");
+    EXPECT_THAT(config.complaints, IsEmpty());
+    EXPECT_EQ(utf8(config.options(u"a.afm").glyphList.getLocalPath()), "/abs/new.txt");
+    EXPECT_EQ(utf8(config.options(u"a.pfm").glyphList.getLocalPath()), "/abs/new.txt");
+}
+
+TEST_F(FontConfigFolder, GlyphSettingsOfOtherFilesHaveNoEffect) {
+    for (const std::string file : {"a.ttf", "a.pfb", "afm", "a.afm.otf"}) {
+        const ConfigRead config = readFolder("<font-entry file='" + file +
+                                             "' glyph-list='g.txt' "
+                                             "skip-glyphname-mapping='maybe'/>");
+        EXPECT_THAT(config.complaints, IsEmpty());
+        ASSERT_EQ(config.service->folders[0]->fileOptions.size(), 1U);
+        const auto& [name, options] = *config.service->folders[0]->fileOptions.begin();
+        EXPECT_TRUE(options.glyphList.isEmpty());
+        EXPECT_FALSE(options.skipGlyphNameMapping);
+    }
+}
+
+TEST_F(FontConfigFolder, AGlyphListIsForBothMetricsFiles) {
+    for (const std::string attributes : {"afm='A.afm'", "pfm='A.PFM'", "afm='a.AFM' pfm=''",
+                                         "afm='' pfm='a.pfm'", "afm='a.afm' pfm='a.pfm'"}) {
+        const ConfigRead config = readFolder("<glyph-list file='lists/g.txt' " + attributes + "/>" +
+                                             "<skip-glyphname-mapping " + attributes + "/>");
+        EXPECT_THAT(config.complaints, IsEmpty());
+        EXPECT_EQ(config.thrown, "");
+        EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 2U);
+        for (const char16_t* const name : {u"a.afm", u"a.pfm"}) {
+            EXPECT_EQ(utf8(config.options(name).glyphList.getLocalPath()), "/f/lists/g.txt");
+            EXPECT_TRUE(config.options(name).skipGlyphNameMapping);
+        }
+    }
+}
+
+TEST_F(FontConfigFolder, GivenMetricsFilesAreUsedAsWritten) {
+    const ConfigRead config = readFolder("<glyph-list file='g.txt' afm='x.dat' pfm='y.dat'/>"
+                                         "<skip-glyphname-mapping afm='u.afm' pfm='v.pfm'/>");
+    EXPECT_FALSE(config.options(u"x.dat").glyphList.isEmpty());
+    EXPECT_FALSE(config.options(u"y.dat").glyphList.isEmpty());
+    EXPECT_TRUE(config.options(u"u.afm").skipGlyphNameMapping);
+    EXPECT_TRUE(config.options(u"v.pfm").skipGlyphNameMapping);
+    EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 4U);
+}
+
+TEST_F(FontConfigFolder, WithoutAMetricsFileTheReadEnds) {
+    for (const std::string element : {"glyph-list file='g'", "glyph-list file='g' afm='' pfm=''",
+                                      "skip-glyphname-mapping", "skip-glyphname-mapping pfm=''"}) {
+        const ConfigRead config = readFolder("<" + element + " x=''/>");
+        EXPECT_EQ(config.thrown,
+                  "1937 Empty value: <" + element.substr(0, element.find(' ')) + " afm> in FILE");
+        EXPECT_THAT(config.complaints, IsEmpty());
+    }
+}
+
+TEST_F(FontConfigFolder, ASecondGlyphListOfAnAfmEndsTheReadBeforeItsPfm) {
+    const ConfigRead config = readFolder("<glyph-list file='1.txt' afm='a.afm' pfm='x.pfm'/>"
+                                         "<glyph-list file='2.txt' afm='A.afm' pfm='b.pfm' y=''/>");
+    EXPECT_EQ(config.thrown, "1940 Already registered value: <glyph-list afm=\"A.afm\"> in FILE");
+    EXPECT_THAT(config.complaints, IsEmpty());
+    EXPECT_EQ(utf8(config.options(u"a.afm").glyphList.getFileName()), "1.txt");
+    EXPECT_TRUE(config.options(u"b.pfm").glyphList.isEmpty());
+}
+
+TEST_F(FontConfigFolder, ASecondGlyphListOfAPfmEndsTheReadBehindItsAfm) {
+    const ConfigRead config = readFolder("<glyph-list file='1.txt' afm='a.afm' pfm='x.pfm'/>"
+                                         "<glyph-list file='2.txt' afm='x.afm'/>");
+    EXPECT_EQ(config.thrown, "1940 Already registered value: <glyph-list pfm=\"x.pfm\"> in FILE");
+    EXPECT_EQ(utf8(config.options(u"x.pfm").glyphList.getFileName()), "1.txt");
+    EXPECT_EQ(utf8(config.options(u"x.afm").glyphList.getFileName()), "2.txt");
+}
+
+TEST_F(FontConfigFolder, AGlyphListBehindThatOfAFontEntryEndsTheRead) {
+    const ConfigRead config = readFolder("<font-entry file='a.afm' glyph-list='1.txt'/>"
+                                         "<glyph-list file='2.txt' pfm='a.pfm'/>");
+    EXPECT_EQ(config.thrown, "1940 Already registered value: <glyph-list afm=\"a.afm\"> in FILE");
+}
+
+TEST_F(FontConfigFolder, SkippingMayBeSaidTwice) {
+    const ConfigRead config = readFolder("<skip-glyphname-mapping afm='a.afm'/>"
+                                         "<skip-glyphname-mapping pfm='a.pfm'/>");
+    EXPECT_THAT(config.complaints, IsEmpty());
+    EXPECT_EQ(config.thrown, "");
+}
+
+TEST_F(FontConfigFolder, EachFolderHasRecordsOfItsOwn) {
+    const ConfigRead config =
+        readRoot("<font-folder path='/f'><glyph-list file='g' afm='a.afm'/>"
+                 "<font-alias file='a.afm'/></font-folder><font-folder path='/g'>"
+                 "<glyph-list file='g' afm='a.afm'/><font-alias file='a.afm'/></font-folder>");
+    EXPECT_EQ(config.thrown, "");
+    const auto* const options = config.service->folders[1]->findOptions(u"a.afm");
+    ASSERT_NE(options, nullptr);
+    EXPECT_EQ(utf8(options->glyphList.getLocalPath()), "/g/g");
+}
+
+} // namespace
