@@ -4,15 +4,14 @@ set -euo pipefail
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/common.sh"
 
-font=/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf
-
 scripts/setup.sh build
 kw_step "Configuring" kw_configure release \
   -DKW_BUILD_TESTS=OFF -DKW_BUILD_BENCHMARKS=OFF -DKW_BUILD_EXAMPLES=ON
 kw_step "Building" kw_build release --target typeset
 
 mkdir -p out
-build/release/examples/typeset/typeset --font "$font" \
+build/release/examples/typeset/typeset --config examples/font-config.xml \
+  --family "Specimen Text" --heading-family "Specimen Headings" \
   -o out/specimen.pdf --png out/specimen.png examples/typeset/specimen.txt
 
 echo

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Installs what the named groups need and the system lacks, by Debian package name.
 #
-#   scripts/setup.sh [--list] build|test|ci ...
+#   scripts/setup.sh [--list] build|test|ci|bench ...
 #
 # build: to build the libraries and the example, and to show it; test: to run all tests;
-# ci: what the further checks use. A group brings the ones before it. With --list the names are
+# ci: what the further checks use; bench: many more fonts, for benchmarks that mean something.
+# A group brings the ones before it. With --list the names are
 # printed and nothing is installed.
 set -euo pipefail
 
@@ -12,12 +13,12 @@ build_packages=(
   cmake ninja-build g++ pkg-config
   libicu-dev libfreetype-dev zlib1g-dev libexpat1-dev libfontconfig-dev
   libqpdf-dev libpng-dev
-  fonts-dejavu-core
+  fonts-dejavu-core fonts-liberation2
 )
 test_packages=(
   libgtest-dev libgmock-dev
   python3 python3-fonttools opentype-sanitizer poppler-utils
-  fonts-dejavu-extra fonts-dejavu-web fonts-liberation2
+  fonts-dejavu-extra fonts-dejavu-web
   fonts-noto-cjk fonts-ipafont-gothic fonts-ipafont-mincho
   fonts-arphic-gbsn00lp fonts-arphic-uming fonts-wqy-zenhei
   fonts-lmodern lmodern fonts-texgyre-math fonts-urw-base35
@@ -28,6 +29,11 @@ ci_packages=(
   doxygen
   libbenchmark-dev libharfbuzz-dev
 )
+bench_packages=(
+  fonts-noto-core fonts-nanum fonts-unfonts-core fonts-unifont fonts-vlgothic
+  fonts-freefont-otf fonts-sil-padauk
+  cm-super-minimal texlive-fonts-recommended xfonts-scalable
+)
 
 list_only=false
 wanted=()
@@ -37,14 +43,18 @@ for argument in "$@"; do
     build) wanted+=("${build_packages[@]}") ;;
     test) wanted+=("${build_packages[@]}" "${test_packages[@]}") ;;
     ci) wanted+=("${build_packages[@]}" "${test_packages[@]}" "${ci_packages[@]}") ;;
+    bench)
+      wanted+=("${build_packages[@]}" "${test_packages[@]}" "${ci_packages[@]}"
+        "${bench_packages[@]}")
+      ;;
     *)
-      echo "setup.sh: unknown group '$argument' (build, test or ci)" >&2
+      echo "setup.sh: unknown group '$argument' (build, test, ci or bench)" >&2
       exit 2
       ;;
   esac
 done
 if [ ${#wanted[@]} -eq 0 ]; then
-  echo "usage: scripts/setup.sh [--list] build|test|ci ..." >&2
+  echo "usage: scripts/setup.sh [--list] build|test|ci|bench ..." >&2
   exit 2
 fi
 if $list_only; then

@@ -4,9 +4,11 @@
 
 #include <KWCommon15/KWCommon.h>
 
-#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <istream>
+#include <memory>
 #include <vector>
 
 namespace typeset {
@@ -16,6 +18,10 @@ using namespace KWFontService_NS;
 namespace {
 
 constexpr const char* kDefaultFont = "DejaVuSans.ttf";
+/// What a configuration may ask of a font here: this many times its size, this many sizes up or
+/// down.
+constexpr double kMostSizeAdjust = 10;
+constexpr double kMostBaselineAdjust = 2;
 constexpr unsigned short kNoSubsetting = 0x0100; // OpenType OS/2 fsType
 
 std::string findDefaultFont() {
@@ -38,6 +44,37 @@ std::string findDefaultFont() {
                                       "font with --font.");
 }
 
+std::uintmax_t sizeOf(const KWUri& file) {
+    const std::unique_ptr<std::istream> stream(file.getIStream());
+    if (stream == nullptr || !stream->seekg(0, std::ios::end))
+        return 0;
+    return static_cast<std::uintmax_t>(stream->tellg());
+}
+
+/// Checks that the font can go into a PDF, and notes what the example wants to know of it.
+void complete(FontFile& font) {
+    if (font.info.getFontFileType() != FS_FILETYPE_TRUETYPE || !font.info.isTrueTypeFont())
+        throw Failure(ExitCode::font, font.path + " is a font, but not one with TrueType outlines");
+    switch (font.info.getEmbedStatus()) {
+    case FS_EMBED_OUTLINES:
+        break;
+    case FS_EMBED_BITMAP_ONLY:
+        throw Failure(ExitCode::font,
+                      font.path + ": its licence allows to embed bitmaps only, not outlines");
+    case FS_EMBED_RESTRICTED:
+        throw Failure(ExitCode::font, font.path + ": its licence does not allow to embed it");
+    }
+    font.maySubset = (font.info.getFontEmbeddingLicence() & kNoSubsetting) == 0;
+    font.bytes = sizeOf(font.info.getFontFileName());
+    font.sizeAdjust = double{font.info.getFontSizeAdjust()};
+    font.baselineAdjust = double{font.info.getBaselindAdjust()};
+    if (font.sizeAdjust < 1 / kMostSizeAdjust || font.sizeAdjust > kMostSizeAdjust ||
+        std::abs(font.baselineAdjust) > kMostBaselineAdjust) {
+        throw Failure(ExitCode::font, font.path + ": the configuration asks for a size or a "
+                                                  "baseline of this font that fits no page");
+    }
+}
+
 } // namespace
 
 std::string toUtf8(const icu::UnicodeString& text) {
@@ -49,26 +86,26 @@ std::string toUtf8(const icu::UnicodeString& text) {
 FontFile openFont(const std::string& path) {
     FontFile font;
     font.path = path.empty() ? findDefaultFont() : path;
-
     // KWCStr takes a file name of any bytes; URISTR_LOCAL takes it as a path, whatever is in it.
-    const KWCommonNS::KWUri uri(KWCommonNS::KWCStr(font.path.c_str()), KWCommonNS::URISTR_LOCAL);
+    const KWUri uri(KWCommonNS::KWCStr(font.path.c_str()), KWCommonNS::URISTR_LOCAL);
     if (!font.info.createFont(uri))
         throw Failure(ExitCode::font, toUtf8(font.info.getError().getMessage()));
+    complete(font);
+    return font;
+}
 
-    if (font.info.getFontFileType() != FS_FILETYPE_TRUETYPE || !font.info.isTrueTypeFont()) {
-        throw Failure(ExitCode::font, font.path + " is a font, but not one with TrueType outlines");
+std::optional<FontFile> findFont(const FontRequest& request) {
+    FontFile font;
+    const auto name = icu::UnicodeString::fromUTF8(request.name);
+    if (!font.info.createFont(name, request.weight, request.italic, request.stretch, nullptr,
+                              false)) {
+        const KWError& error = font.info.getError();
+        if (error.getCode() == FS_ERROR_NONE)
+            return std::nullopt;
+        throw Failure(ExitCode::font, toUtf8(error.getMessage()));
     }
-    switch (font.info.getEmbedStatus()) {
-    case FS_EMBED_OUTLINES:
-        break;
-    case FS_EMBED_BITMAP_ONLY:
-        throw Failure(ExitCode::font,
-                      font.path + ": its licence allows to embed bitmaps only, not outlines");
-    case FS_EMBED_RESTRICTED:
-        throw Failure(ExitCode::font, font.path + ": its licence does not allow to embed it");
-    }
-    font.maySubset = (font.info.getFontEmbeddingLicence() & kNoSubsetting) == 0;
-    font.bytes = std::filesystem::file_size(font.path);
+    font.path = toUtf8(font.info.getFontFileName().getLocalPath());
+    complete(font);
     return font;
 }
 

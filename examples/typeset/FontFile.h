@@ -3,22 +3,39 @@
 #include <KWFontService17/KWFontService.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace typeset {
 
-/// The font that a document is set in.
+/// A font that text is set in.
 struct FontFile {
     KWFontService_NS::FS_FontInfo info;
     std::string path;
     std::uintmax_t bytes = 0;
     /// False when the font's licence wants it embedded whole or not at all (OS/2 fsType, bit 8).
     bool maySubset = true;
+    /// What the configuration asks of whoever sets the font: a factor of every size, and how far
+    /// its baseline stands above that of the line, in parts of the size.
+    double sizeAdjust = 1;
+    double baselineAdjust = 0;
+};
+
+/// A font as people speak of it: a name and a style.
+struct FontRequest {
+    std::string name; // UTF-8
+    int weight = 400;
+    bool italic = false;
+    int stretch = 5;
 };
 
 /// Opens a TrueType font; an empty path asks for the default one. Throws `Failure` (font) when it
 /// is not there, not a TrueType font, or may not be embedded.
 FontFile openFont(const std::string& path);
+
+/// Finds a font among those that the font service knows, and opens it. Nothing when there is none;
+/// throws `Failure` (font) when it is not a TrueType font that may be embedded.
+std::optional<FontFile> findFont(const FontRequest& request);
 
 std::string toUtf8(const icu::UnicodeString& text);
 

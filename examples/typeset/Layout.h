@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace typeset {
@@ -16,6 +17,7 @@ struct PlacedGlyph {
 };
 
 struct Line {
+    std::size_t font = 0; // index in the fonts of the document
     double baseline = 0;
     double size = 0;
     std::vector<PlacedGlyph> glyphs; // never empty
@@ -31,7 +33,8 @@ struct Layout {
     double pageHeight = 0;
     double size = 0; // of the body text
     std::vector<Page> pages;
-    std::map<char32_t, std::size_t> missing; // characters that the font lacks, and how often
+    // Characters that a font lacks, by its index and the character, and how often.
+    std::map<std::pair<std::size_t, char32_t>, std::size_t> missing;
 
     std::size_t lineCount() const;
 };

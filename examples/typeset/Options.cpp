@@ -3,6 +3,7 @@
 #include "Failure.h"
 
 #include <charconv>
+#include <set>
 
 namespace typeset {
 
@@ -11,16 +12,33 @@ const char* const kUsage = R"(usage: typeset [options] -o FILE.pdf TEXT
 Sets TEXT, a UTF-8 file or - for standard input, into a PDF. Blank lines separate paragraphs;
 a line that begins with "# " is a heading, one that begins with "## " a lesser one.
 
-  -o FILE.pdf         the PDF to write
-  --png FILE          draw the first lines as a picture, too
-  --font FILE         a TrueType font file (default: DejaVu Sans, where it is installed)
-  --size PT           size of the text, 4 to 72 points (default 10.5)
-  --dpi N             resolution of the picture, 36 to 1200 (default 150)
-  --ragged            lines of natural length instead of justified ones
-  --embed-whole-font  embed the font file as it is instead of a subset
-  --help              show this
+  -o FILE.pdf           the PDF to write
+  --png FILE            draw the first lines as a picture, too
+  --size PT             size of the text, 4 to 72 points (default 10.5)
+  --dpi N               resolution of the picture, 36 to 1200 (default 150)
+  --ragged              lines of natural length instead of justified ones
+  --embed-whole-font    embed font files as they are instead of subsets
+  --help                show this
 
-exit codes: 0 done, 1 wrong usage, 2 font, 3 text, 4 output
+The font, by its file:
+  --font FILE           a TrueType font file (default: DejaVu Sans, where it is installed)
+
+or by its name:
+  --family NAME         a family, one of the names of a font, the name of its file, or an alias
+  --weight N            1 to 1000; 400 is regular (the default), 700 is bold
+  --italic              an italic or oblique face
+  --stretch N           1, ultra-condensed, to 9, ultra-expanded (default 5)
+  --heading-family NAME sets the headings in another font, upright and of normal width
+  --heading-weight N    weight of that font (default 700)
+  --config FILE         configuration of the font service (default: the font-config.xml beside its
+                        library, if there is one)
+
+--font excludes all of the second group; all of the second group want --family, and
+--heading-weight wants --heading-family. A weight that a family lacks is filled with the nearest
+one; an italic or a stretch that it lacks is left out. Where the configuration asks for another
+size or baseline of a font, the font is set so.
+
+exit codes: 0 done, 1 wrong usage, 2 font or configuration, 3 text, 4 output
 )";
 
 namespace {
@@ -39,11 +57,54 @@ Number parseNumber(const std::string& option, const std::string& text, Number le
     return value;
 }
 
+/// Options about the font of the text and the one of the headings.
+/// @param value  answers the value that follows the option
+/// @return       false when it is none of them
+template <typename Value>
+bool readFontOption(const std::string& option, const Value& value, FontChoice& fonts) {
+    if (option == "--font")
+        fonts.file = value();
+    else if (option == "--family")
+        fonts.text.name = value();
+    else if (option == "--weight")
+        fonts.text.weight = parseNumber(option, value(), 1, 1000);
+    else if (option == "--italic")
+        fonts.text.italic = true;
+    else if (option == "--stretch")
+        fonts.text.stretch = parseNumber(option, value(), 1, 9);
+    else if (option == "--heading-family")
+        fonts.headings.name = value();
+    else if (option == "--heading-weight")
+        fonts.headings.weight = parseNumber(option, value(), 1, 1000);
+    else if (option == "--config")
+        fonts.config = value();
+    else
+        return false;
+    return true;
+}
+
+void checkFontOptions(const std::set<std::string>& given) {
+    static constexpr const char* kByName[] = {"--family",  "--weight",         "--italic",
+                                              "--stretch", "--heading-family", "--heading-weight",
+                                              "--config"};
+    for (const std::string option : kByName) {
+        if (given.count(option) == 0)
+            continue;
+        if (given.count("--font") != 0)
+            throw Failure(ExitCode::usage, "--font and " + option + " exclude each other");
+        if (given.count("--family") == 0)
+            throw Failure(ExitCode::usage, option + " wants --family");
+    }
+    if (given.count("--heading-weight") != 0 && given.count("--heading-family") == 0)
+        throw Failure(ExitCode::usage, "--heading-weight wants --heading-family");
+}
+
 } // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments) {
     Options options;
     std::vector<std::string> files;
+    std::set<std::string> fontOptions;
     bool onlyFiles = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
@@ -63,8 +124,6 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             options.pdfPath = value();
         } else if (argument == "--png") {
             options.pngPath = value();
-        } else if (argument == "--font") {
-            options.fontPath = value();
         } else if (argument == "--size") {
             options.size = parseNumber(argument, value(), 4.0, 72.0);
         } else if (argument == "--dpi") {
@@ -73,10 +132,13 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             options.justified = false;
         } else if (argument == "--embed-whole-font") {
             options.wholeFont = true;
+        } else if (readFontOption(argument, value, options.fonts)) {
+            fontOptions.insert(argument);
         } else {
             throw Failure(ExitCode::usage, "unknown option '" + argument + "'");
         }
     }
+    checkFontOptions(fontOptions);
     if (files.empty() || files.front().empty())
         throw Failure(ExitCode::usage, "no text to set");
     if (files.size() > 1)

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "FontSet.h"
+
 #include <string>
 #include <vector>
 
 namespace typeset {
 
 struct Options {
-    std::string fontPath; // empty: the default font
+    FontChoice fonts;
     std::string textPath; // "-": standard input
     std::string pdfPath;
     std::string pngPath; // empty: no picture

@@ -89,10 +89,13 @@ std::string postScriptName(const FS_FontInfo& font) {
 
 } // namespace
 
-UsedGlyphs usedGlyphs(const Layout& layout) {
-    UsedGlyphs glyphs{{0, {U'\uFFFD', 0}}};
+UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font) {
+    UsedGlyphs glyphs;
     for (const Page& page : layout.pages) {
         for (const Line& line : page.lines) {
+            if (line.font != font)
+                continue;
+            glyphs.try_emplace(0, UsedGlyph{U'\uFFFD', 0});
             for (const PlacedGlyph& glyph : line.glyphs) {
                 // A no-break space is a space in the text that one reads back.
                 const char32_t character = glyph.character == 0x00A0 ? U' ' : glyph.character;

@@ -14,10 +14,12 @@ struct UsedGlyph {
     char32_t character = 0; // that it stands for in the text
     float advance = 0;      // thousandths of an em
 };
-/// By glyph id, in order. Glyph 0, which every font program has, is always among them.
+/// By glyph id, in order. Glyph 0, which every font program has, is among them.
 using UsedGlyphs = std::map<unsigned short, UsedGlyph>;
 
-UsedGlyphs usedGlyphs(const Layout& layout);
+/// @param font  index of the font in the fonts of the document
+/// @return      empty when no line is set in it
+UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font);
 
 /// What a PDF wants to know of a font (ISO 32000-1, 9.8). Lengths are thousandths of an em.
 struct PdfFont {
@@ -33,6 +35,9 @@ struct PdfFont {
     std::string program; // an sfnt, for FontFile2
     bool subset = true;
 };
+
+/// By index in the fonts of the document.
+using PdfFonts = std::map<std::size_t, PdfFont>;
 
 /// Asks the library for all that, and for a subset with the glyphs unless the whole font is wanted
 /// here or by its licence. Throws `Failure` (font) when the library cannot write it.

@@ -91,6 +91,11 @@ QPDFObjectHandle makeFont(QPDF& pdf, const PdfFont& font) {
     return pdf.makeIndirectObject(type0);
 }
 
+/// What the pages call a font.
+std::string resourceName(std::size_t font) {
+    return "/F" + std::to_string(font + 1);
+}
+
 std::string number(double value) {
     return QUtil::double_to_string(value, 3, true);
 }
@@ -104,8 +109,8 @@ void addCode(std::string& out, unsigned short gid) {
 /// A line as one TJ: runs of glyph ids, and between them what the pen must move, in thousandths of
 /// the font size and to the left, to come to where the next glyph stands.
 void addLine(std::string& out, const Line& line, double pageHeight) {
-    out += "BT /F1 " + number(line.size) + " Tf " + number(line.glyphs.front().x) + ' ' +
-           number(pageHeight - line.baseline) + " Td [<";
+    out += "BT " + resourceName(line.font) + ' ' + number(line.size) + " Tf " +
+           number(line.glyphs.front().x) + ' ' + number(pageHeight - line.baseline) + " Td [<";
     double pen = line.glyphs.front().x;
     for (const PlacedGlyph& glyph : line.glyphs) {
         const double shift = std::round((pen - glyph.x) * 1e6 / line.size) / 1000;
@@ -119,15 +124,16 @@ void addLine(std::string& out, const Line& line, double pageHeight) {
 
 } // namespace
 
-std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFont& font,
+std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFonts& fonts,
                      const std::string& title) {
     QPDF pdf;
     pdf.emptyPDF();
 
-    QPDFObjectHandle fonts = QPDFObjectHandle::newDictionary();
-    fonts.replaceKey("/F1", makeFont(pdf, font));
+    QPDFObjectHandle fontDictionary = QPDFObjectHandle::newDictionary();
+    for (const auto& [index, font] : fonts)
+        fontDictionary.replaceKey(resourceName(index), makeFont(pdf, font));
     QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
-    resources.replaceKey("/Font", fonts);
+    resources.replaceKey("/Font", fontDictionary);
     resources = pdf.makeIndirectObject(resources);
 
     Progress progress("Writing the pages");

@@ -8,10 +8,12 @@
 
 namespace typeset {
 
-/// Writes the pages, with the font embedded. The same input gives the same bytes. Throws `Failure`.
+/// Writes the pages, with the fonts embedded. The same input gives the same bytes. Throws
+/// `Failure`.
+/// @param fonts  those that lines are set in, by their index in the fonts of the document
 /// @param title  document title in UTF-8, empty for none
 /// @return       size of the PDF in bytes
-std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFont& font,
+std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFonts& fonts,
                      const std::string& title);
 
 } // namespace typeset

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace typeset {
@@ -91,7 +92,7 @@ const FS_GlyphBMP* drawnGlyph(FS_GlyphBMPStore& store, const PlacedGlyph& glyph,
 
 } // namespace
 
-void writePng(const std::string& path, const Layout& layout, FontFile& font, unsigned dpi) {
+void writePng(const std::string& path, const Layout& layout, FontSet& fonts, unsigned dpi) {
     std::vector<const Line*> lines;
     for (const Line& line : layout.pages.front().lines) {
         if (lines.empty() || line.baseline < layout.pageHeight / 2)
@@ -103,12 +104,13 @@ void writePng(const std::string& path, const Layout& layout, FontFile& font, uns
                     static_cast<unsigned>(std::lround(height * pixels)));
 
     Progress progress("Drawing the picture");
-    std::map<double, FS_GlyphBMPStore> stores; // by size
+    std::map<std::pair<std::size_t, double>, FS_GlyphBMPStore> stores; // by font and size
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const Line& line = *lines[i];
+        FS_GlyphBMPStore& store = stores[{line.font, line.size}];
         for (const PlacedGlyph& glyph : line.glyphs) {
             if (const FS_GlyphBMP* drawn =
-                    drawnGlyph(stores[line.size], glyph, line.size, font, dpi)) {
+                    drawnGlyph(store, glyph, line.size, fonts[line.font], dpi)) {
                 picture.add(*drawn, std::lround(glyph.x * pixels * kFiner),
                             std::lround(line.baseline * pixels * kFiner));
             }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "FontFile.h"
-#include "TextLayout.h"
+#include "FontSet.h"
+#include "Layout.h"
 
 #include <string>
 
@@ -9,6 +9,6 @@ namespace typeset {
 
 /// Draws the lines of the upper half of the first page, glyph by glyph where the PDF has them, as a
 /// greyscale PNG. Throws `Failure`.
-void writePng(const std::string& path, const Layout& layout, FontFile& font, unsigned dpi);
+void writePng(const std::string& path, const Layout& layout, FontSet& fonts, unsigned dpi);
 
 } // namespace typeset

@@ -35,23 +35,24 @@ struct Style {
     double before;
     double after;
     bool justified;
+    std::size_t font;
 };
 
-Style styleOf(BlockKind kind, bool justified) {
+Style styleOf(BlockKind kind, bool justified, std::size_t headingFont) {
     switch (kind) {
     case BlockKind::title:
-        return {2.3, 2.75, 2, 0.8, false};
+        return {2.3, 2.75, 2, 0.8, false, headingFont};
     case BlockKind::heading:
-        return {1.3, 1.65, 1.25, 0, false};
+        return {1.3, 1.65, 1.25, 0, false, headingFont};
     case BlockKind::paragraph:
         break;
     }
-    return {1, 1.5, 0.55, 0, justified};
+    return {1, 1.5, 0.55, 0, justified, 0};
 }
 
 class Layouter {
 public:
-    Layouter(const FontFile& font, double size) : font_(font.info) {
+    Layouter(const FontSet& fonts, double size) : fonts_(fonts) {
         layout_.pageWidth = kPageWidth;
         layout_.pageHeight = kPageHeight;
         layout_.size = size;
@@ -65,24 +66,30 @@ public:
     Layout finish();
 
 private:
-    std::vector<Box> shape(const icu::UnicodeString& text);
+    double sizeOf(const Style& style) const;
+    std::vector<Box> shape(const icu::UnicodeString& text, std::size_t fontIndex);
     Line place(const std::vector<Box>& boxes, std::size_t begin, std::size_t end,
                const Style& style, bool lastLine) const;
     void nextBaseline(double advance, double room, double size);
 
-    const KWFontService_NS::FS_FontInfo& font_;
+    const FontSet& fonts_;
     std::unique_ptr<icu::BreakIterator> breaker_;
     Layout layout_;
     double baseline_ = 0;
 };
 
+double Layouter::sizeOf(const Style& style) const {
+    return layout_.size * style.scale * fonts_[style.font].sizeAdjust;
+}
+
 /// One box for each character that shows, with the font's advances and kerning.
-std::vector<Box> Layouter::shape(const icu::UnicodeString& text) {
+std::vector<Box> Layouter::shape(const icu::UnicodeString& text, std::size_t fontIndex) {
+    const KWFontService_NS::FS_FontInfo& font = fonts_[fontIndex].info;
     std::vector<unsigned short> gids(static_cast<std::size_t>(text.countChar32()));
     int count = 0;
-    if (!font_.getGlyphIDs(text, gids.data(), count, false, nullptr))
+    if (!font.getGlyphIDs(text, gids.data(), count, false, nullptr))
         throw Failure(ExitCode::font, "the font maps no characters to glyphs");
-    const bool kerned = font_.hasPairKerningInfo(false);
+    const bool kerned = font.hasPairKerningInfo(false);
 
     breaker_->setText(text);
     std::vector<Box> boxes;
@@ -97,13 +104,13 @@ std::vector<Box> Layouter::shape(const icu::UnicodeString& text) {
             box.character = static_cast<char32_t>(character);
             box.blank = u_charType(character) == U_SPACE_SEPARATOR;
             if (box.gid == KWFontService_NS::FS_NO_GLYPH || box.gid == 0) {
-                ++layout_.missing[box.character];
+                ++layout_.missing[{fontIndex, box.character}];
                 box.gid = 0; // shows the box that stands for a missing glyph
             }
-            box.advance = font_.getGlyphWidth(box.gid, kPerMille, false);
+            box.advance = font.getGlyphWidth(box.gid, kPerMille, false);
             if (kerned && !boxes.empty()) {
                 boxes.back().kern =
-                    font_.getPairKerningValue(boxes.back().gid, box.gid, kPerMille, false);
+                    font.getPairKerningValue(boxes.back().gid, box.gid, kPerMille, false);
             }
             boxes.push_back(box);
         }
@@ -119,8 +126,9 @@ std::vector<Box> Layouter::shape(const icu::UnicodeString& text) {
 Line Layouter::place(const std::vector<Box>& boxes, std::size_t begin, std::size_t end,
                      const Style& style, bool lastLine) const {
     Line line;
-    line.baseline = baseline_;
-    line.size = layout_.size * style.scale;
+    line.font = style.font;
+    line.size = sizeOf(style);
+    line.baseline = baseline_ - fonts_[style.font].baselineAdjust * line.size;
     const double perMille = line.size / 1000;
     const LineExtent extent = measureLine(boxes, begin, end);
 
@@ -151,10 +159,10 @@ void Layouter::nextBaseline(double advance, double room, double size) {
 }
 
 void Layouter::add(const Block& block, bool justified) {
-    const Style style = styleOf(block.kind, justified);
+    const Style style = styleOf(block.kind, justified, fonts_.size() - 1);
     const double size = layout_.size;
-    const std::vector<Box> boxes = shape(block.text);
-    const double measure = (kPageWidth - 2 * kSideMargin) * 1000 / (size * style.scale);
+    const std::vector<Box> boxes = shape(block.text, style.font);
+    const double measure = (kPageWidth - 2 * kSideMargin) * 1000 / sizeOf(style);
     const std::vector<std::size_t> ends = breakLines(boxes, measure, style.justified);
 
     std::size_t begin = 0;
@@ -165,8 +173,7 @@ void Layouter::add(const Block& block, bool justified) {
         double room = keepsNext ? style.leading * size : 0;
         if (block.kind != BlockKind::paragraph)
             room = (static_cast<double>(ends.size() - 1 - i) * style.leading + 4) * size;
-        nextBaseline((style.leading + (i == 0 ? style.before : 0)) * size, room,
-                     size * style.scale);
+        nextBaseline((style.leading + (i == 0 ? style.before : 0)) * size, room, sizeOf(style));
         Line line = place(boxes, begin, ends[i], style, last);
         if (!line.glyphs.empty())
             layout_.pages.back().lines.push_back(std::move(line));
@@ -177,11 +184,11 @@ void Layouter::add(const Block& block, bool justified) {
 
 Layout Layouter::finish() {
     if (layout_.pages.size() > 1) {
-        const Style style{0.85, 0, 0, 0, false};
+        const Style style{0.85, 0, 0, 0, false, 0};
         baseline_ = kFooterBaseline;
         for (std::size_t i = 0; i < layout_.pages.size(); ++i) {
             const std::string number = std::to_string(i + 1);
-            const std::vector<Box> boxes = shape(icu::UnicodeString::fromUTF8(number));
+            const std::vector<Box> boxes = shape(icu::UnicodeString::fromUTF8(number), style.font);
             Line line = place(boxes, 0, boxes.size(), style, true);
             const double width = measureLine(boxes, 0, boxes.size()).width * line.size / 1000;
             for (PlacedGlyph& glyph : line.glyphs)
@@ -201,9 +208,9 @@ std::size_t Layout::lineCount() const {
     return count;
 }
 
-Layout layOut(const Document& document, const FontFile& font, double size, bool justified) {
+Layout layOut(const Document& document, const FontSet& fonts, double size, bool justified) {
     Progress progress("Setting the text");
-    Layouter layouter(font, size);
+    Layouter layouter(fonts, size);
     for (std::size_t i = 0; i < document.blocks.size(); ++i) {
         layouter.add(document.blocks[i], justified);
         progress.update(i + 1, document.blocks.size());

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "Document.h"
-#include "FontFile.h"
+#include "FontSet.h"
 #include "Layout.h"
 
 namespace typeset {
 
-Layout layOut(const Document& document, const FontFile& font, double size, bool justified);
+/// @param fonts  not empty
+Layout layOut(const Document& document, const FontSet& fonts, double size, bool justified);
 
 } // namespace typeset

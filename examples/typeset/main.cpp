@@ -1,13 +1,15 @@
-// Sets a text in a TrueType font: reads, lays out, writes a PDF and, when asked, a PNG.
+// Sets a text in one or two TrueType fonts: reads, lays out, writes a PDF and, when asked, a PNG.
 
 #include "Document.h"
 #include "Failure.h"
-#include "FontFile.h"
+#include "FontSet.h"
 #include "Options.h"
 #include "PdfFont.h"
 #include "PdfWriter.h"
 #include "PngWriter.h"
 #include "TextLayout.h"
+
+#include <KWCommon15/KWError.h>
 
 #include <chrono>
 #include <cstdio>
@@ -32,10 +34,17 @@ void row(const char* label, const std::string& text) {
     std::printf("%-16s %s\n", label, text.c_str());
 }
 
-void reportMissing(const Layout& layout) {
-    for (const auto& [character, count] : layout.missing) {
-        std::fprintf(stderr, "typeset: the font has no glyph for U+%04X (%s)\n",
-                     static_cast<unsigned>(character), plural(count, "time").c_str());
+void warn(const std::string& text) {
+    std::fprintf(stderr, "typeset: %s\n", text.c_str());
+}
+
+void reportMissing(const Layout& layout, const FontSet& fonts) {
+    for (const auto& [which, count] : layout.missing) {
+        const auto& [font, character] = which;
+        char code[16];
+        std::snprintf(code, sizeof code, "U+%04X", static_cast<unsigned>(character));
+        warn((fonts.size() == 1 ? "the font" : toUtf8(fonts[font].info.getFullFontName(0))) +
+             " has no glyph for " + code + " (" + plural(count, "time") + ")");
     }
 }
 
@@ -47,38 +56,58 @@ std::string percentOf(std::size_t part, std::uintmax_t whole) {
     return text;
 }
 
+/// What the PDF carries of each font that the layout uses.
+PdfFonts embeddedFonts(const Layout& layout, const FontSet& fonts, bool wholeFont) {
+    PdfFonts embedded;
+    for (std::size_t i = 0; i < fonts.size(); ++i) {
+        const UsedGlyphs glyphs = usedGlyphs(layout, i);
+        if (glyphs.empty())
+            continue;
+        const PdfFont& font = embedded[i] = makePdfFont(fonts[i], glyphs, wholeFont);
+        if (!font.subset && !wholeFont)
+            warn("the font's licence wants it embedded whole");
+    }
+    return embedded;
+}
+
+void reportFont(const char* label, const FontFile& font, const PdfFont& embedded) {
+    row(label, toUtf8(font.info.getFullFontName(0)) + " (" + font.path + ")");
+    row("Glyphs used", grouped(embedded.glyphs.size()));
+    row("Font file", grouped(font.bytes) + " bytes");
+    row(embedded.subset ? "Embedded subset" : "Embedded whole",
+        grouped(embedded.program.size()) + " bytes, " +
+            percentOf(embedded.program.size(), font.bytes));
+}
+
 void run(const Options& options) {
     const auto start = std::chrono::steady_clock::now();
 
-    FontFile font = openFont(options.fontPath);
+    if (options.fonts.byName()) {
+        for (const std::string& note : openService(options.fonts.config))
+            warn(note);
+    }
+    FontSet fonts = openFonts(options.fonts);
     const Document document = readDocument(options.textPath);
     if (document.hasRightToLeft())
-        std::fprintf(stderr, "typeset: right-to-left text is set from left to right\n");
-    const Layout layout = layOut(document, font, options.size, options.justified);
-    reportMissing(layout);
+        warn("right-to-left text is set from left to right");
+    const Layout layout = layOut(document, fonts, options.size, options.justified);
+    reportMissing(layout, fonts);
 
-    const UsedGlyphs glyphs = usedGlyphs(layout);
-    const PdfFont pdfFont = makePdfFont(font, glyphs, options.wholeFont);
-    if (!pdfFont.subset && !options.wholeFont)
-        std::fprintf(stderr, "typeset: the font's licence wants it embedded whole\n");
+    const PdfFonts embedded = embeddedFonts(layout, fonts, options.wholeFont);
     const std::size_t pdfBytes =
-        writePdf(options.pdfPath, layout, pdfFont, toUtf8(document.title()));
+        writePdf(options.pdfPath, layout, embedded, toUtf8(document.title()));
     if (!options.pngPath.empty())
-        writePng(options.pngPath, layout, font, options.dpi);
+        writePng(options.pngPath, layout, fonts, options.dpi);
 
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.3f s", time.count());
 
-    row("Font", toUtf8(font.info.getFullFontName(0)) + " (" + font.path + ")");
     row("Text", plural(document.blocks.size(), "block") + ", " +
                     plural(layout.lineCount(), "line") + ", " +
                     plural(layout.pages.size(), "page"));
-    row("Glyphs used", grouped(glyphs.size()));
-    row("Font file", grouped(font.bytes) + " bytes");
-    row(pdfFont.subset ? "Embedded subset" : "Embedded whole",
-        grouped(pdfFont.program.size()) + " bytes, " +
-            percentOf(pdfFont.program.size(), font.bytes));
+    for (const auto& [index, font] : embedded)
+        reportFont(index == 0 ? "Font" : "Heading font", fonts[index], font);
     row("PDF, compressed", grouped(pdfBytes) + " bytes");
     row("Time", seconds);
 }
@@ -104,6 +133,8 @@ int main(int argc, char** argv) {
         return static_cast<int>(ExitCode::ok);
     } catch (const typeset::Failure& failure) {
         return fail(failure.code(), failure.what());
+    } catch (const KWCommonNS::KWError& error) { // from the reader of a font that was found
+        return fail(ExitCode::font, typeset::toUtf8(error.getMessage()).c_str());
     } catch (const std::exception& exception) {
         return fail(ExitCode::output, exception.what());
     }

@@ -19,7 +19,7 @@ UsedGlyphs glyphsOf(std::initializer_list<std::pair<unsigned short, char32_t>> l
 
 Layout layoutOf(std::vector<PlacedGlyph> glyphs) {
     Layout layout;
-    layout.pages.push_back({{Line{10, 10, std::move(glyphs)}}});
+    layout.pages.push_back({{Line{0, 10, 10, std::move(glyphs)}}});
     return layout;
 }
 
@@ -67,7 +67,7 @@ TEST(ToUnicode, BlocksHoldAtMostAHundredEntries) {
 }
 
 TEST(UsedGlyphs, AlwaysHasGlyphZero) {
-    const UsedGlyphs glyphs = usedGlyphs(layoutOf({{36, U'A', 684, 0}}));
+    const UsedGlyphs glyphs = usedGlyphs(layoutOf({{36, U'A', 684, 0}}), 0);
     ASSERT_EQ(glyphs.size(), 2U);
     EXPECT_EQ(glyphs.at(0).character, U'\uFFFD');
     EXPECT_EQ(glyphs.at(36).character, U'A');
@@ -75,14 +75,24 @@ TEST(UsedGlyphs, AlwaysHasGlyphZero) {
 }
 
 TEST(UsedGlyphs, GlyphZeroHasItsWidthButNoCharacterOfTheText) {
-    const UsedGlyphs glyphs = usedGlyphs(layoutOf({{0, U'\u4E00', 600, 0}}));
+    const UsedGlyphs glyphs = usedGlyphs(layoutOf({{0, U'\u4E00', 600, 0}}), 0);
     EXPECT_EQ(glyphs.at(0).character, U'\uFFFD');
     EXPECT_EQ(glyphs.at(0).advance, 600);
 }
 
 TEST(UsedGlyphs, AGlyphStandsForTheFirstCharacterThatUsedItAndANoBreakSpaceForASpace) {
     const UsedGlyphs glyphs = usedGlyphs(
-        layoutOf({{5, U'\u03BC', 600, 0}, {5, U'\u00B5', 600, 0}, {6, U'\u00A0', 300, 0}}));
+        layoutOf({{5, U'\u03BC', 600, 0}, {5, U'\u00B5', 600, 0}, {6, U'\u00A0', 300, 0}}), 0);
     EXPECT_EQ(glyphs.at(5).character, U'\u03BC');
     EXPECT_EQ(glyphs.at(6).character, U' ');
+}
+
+TEST(UsedGlyphs, AreThoseOfOneFontAndNoneOfAFontThatSetsNoLine) {
+    Layout layout = layoutOf({{36, U'A', 684, 0}});
+    layout.pages[0].lines.push_back(Line{1, 30, 20, {{37, U'B', 700, 0}}});
+    EXPECT_EQ(usedGlyphs(layout, 0).count(36), 1U);
+    EXPECT_EQ(usedGlyphs(layout, 0).count(37), 0U);
+    EXPECT_EQ(usedGlyphs(layout, 1).count(36), 0U);
+    EXPECT_EQ(usedGlyphs(layout, 1).count(37), 1U);
+    EXPECT_TRUE(usedGlyphs(layout, 2).empty());
 }

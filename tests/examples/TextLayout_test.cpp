@@ -16,9 +16,15 @@ const FontFile& dejaVu() {
     return font;
 }
 
-Layout laidOut(const std::string& text, double size = 10, bool justified = true) {
-    return layOut(parseDocument(text, "it"), dejaVu(), size, justified);
+FontSet dejaVuAndLiberation() {
+    return {dejaVu(), openFont(KWTest::packagedFont("LiberationSerif").string())};
 }
+
+Layout laidOut(const std::string& text, double size = 10, bool justified = true) {
+    return layOut(parseDocument(text, "it"), {dejaVu()}, size, justified);
+}
+
+using Missing = decltype(Layout::missing);
 
 std::string words(int count) {
     std::string text;
@@ -107,7 +113,7 @@ TEST(TextLayout, NoGlyphOfAnyLineLeavesTheMargins) {
 
 TEST(TextLayout, CharactersThatTheFontLacksShowGlyphZeroAndAreCounted) {
     const Layout layout = laidOut("a\xE4\xB8\x80\xE4\xB8\x80 \xE4\xBA\x8C");
-    EXPECT_EQ(layout.missing, (std::map<char32_t, std::size_t>{{0x4E00, 2}, {0x4E8C, 1}}));
+    EXPECT_EQ(layout.missing, (Missing{{{0, 0x4E00}, 2}, {{0, 0x4E8C}, 1}}));
     EXPECT_EQ(layout.pages[0].lines[0].glyphs[1].gid, 0);
     EXPECT_GT(layout.pages[0].lines[0].glyphs[1].advance, 0);
 }
@@ -150,5 +156,66 @@ TEST(TextLayout, NoLineOfAParagraphStandsAloneOnAPageAndNoHeadingAtItsFoot) {
         const bool alone = lines[1].baseline - lines[0].baseline > leading + 0.01 &&
                            rightEdge(lines[0]) < layout.pageWidth - 81 && lines[0].size == 10;
         EXPECT_FALSE(alone && paragraphGoesOn) << "page " << i + 1;
+    }
+}
+
+TEST(TextLayout, TheLastFontSetsTheHeadingsAndTheFirstOneTheText) {
+    const FontSet fonts = dejaVuAndLiberation();
+    const Layout layout =
+        layOut(parseDocument("# Title\n\ntext\n\n## Part\n\nmore", "it"), fonts, 10, true);
+    const std::vector<Line>& lines = layout.pages[0].lines;
+    ASSERT_EQ(lines.size(), 4U);
+    const std::vector<std::size_t> expected{1, 0, 1, 0};
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const PlacedGlyph& first = lines[i].glyphs.front();
+        const KWFontService_NS::FS_FontInfo& info = fonts[expected[i]].info;
+        EXPECT_EQ(lines[i].font, expected[i]) << i;
+        EXPECT_EQ(first.gid, info.getGlyphID(static_cast<int>(first.character), false)) << i;
+        EXPECT_EQ(first.advance, info.getGlyphWidth(first.gid, -1000, false)) << i;
+    }
+}
+
+TEST(TextLayout, PageNumbersAreSetInTheFontOfTheText) {
+    const Layout layout =
+        layOut(parseDocument("# " + words(1000), "it"), dejaVuAndLiberation(), 10, true);
+    ASSERT_GT(layout.pages.size(), 1U);
+    EXPECT_EQ(layout.pages[1].lines.front().font, 1U);
+    EXPECT_EQ(layout.pages[1].lines.back().font, 0U);
+}
+
+TEST(TextLayout, CharactersAreMissingFromTheFontThatShouldShowThem) {
+    // U+0531, Armenian, is in DejaVu Sans only.
+    const Layout layout =
+        layOut(parseDocument("# \xD4\xB1\n\n\xD4\xB1", "it"), dejaVuAndLiberation(), 10, true);
+    EXPECT_EQ(layout.missing, (Missing{{{1, 0x0531}, 1}}));
+}
+
+TEST(TextLayout, TheSizeThatTheConfigurationAsksForScalesTheLineAndWhatFitsIn) {
+    FontSet fonts{dejaVu()};
+    const Layout plain = layOut(parseDocument(words(40), "it"), fonts, 10, true);
+    fonts[0].sizeAdjust = 0.5;
+    const Layout adjusted = layOut(parseDocument(words(40), "it"), fonts, 10, true);
+    const Layout half = layOut(parseDocument(words(40), "it"), {dejaVu()}, 5, true);
+    ASSERT_EQ(adjusted.lineCount(), half.lineCount());
+    ASSERT_LT(adjusted.lineCount(), plain.lineCount());
+    for (std::size_t i = 0; i < half.lineCount(); ++i) {
+        EXPECT_EQ(adjusted.pages[0].lines[i].size, 5);
+        EXPECT_EQ(adjusted.pages[0].lines[i].glyphs.back().x,
+                  half.pages[0].lines[i].glyphs.back().x);
+    }
+    // The lines stay as far apart as the size of the text wants it.
+    EXPECT_NEAR(adjusted.pages[0].lines[1].baseline - adjusted.pages[0].lines[0].baseline,
+                plain.pages[0].lines[1].baseline - plain.pages[0].lines[0].baseline, 1e-9);
+}
+
+TEST(TextLayout, TheBaselineThatTheConfigurationAsksForMovesLinesUpByPartsOfTheirSize) {
+    FontSet fonts{dejaVu()};
+    const Document document = parseDocument("# Title\n\ntext", "it");
+    const Layout plain = layOut(document, fonts, 10, true);
+    fonts[0].baselineAdjust = 0.1;
+    const Layout moved = layOut(document, fonts, 10, true);
+    for (std::size_t i = 0; i < 2; ++i) {
+        const Line& line = moved.pages[0].lines[i];
+        EXPECT_NEAR(plain.pages[0].lines[i].baseline - line.baseline, 0.1 * line.size, 1e-9);
     }
 }

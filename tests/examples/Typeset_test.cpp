@@ -111,6 +111,39 @@ TEST_F(Typeset, WrongUsageIsExitCodeOneAndSaysWhatIsWrong) {
     EXPECT_FALSE(std::filesystem::exists(pdf));
 }
 
+TEST_F(Typeset, TheFontIsChosenByItsFileOrByItsNameAndNotByBoth) {
+    const std::string text = folder.write("text.txt", "text").string();
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{"--font", font, "--family", "F"}, "--font and --family exclude each other"},
+        {{"--font", font, "--config", "F"}, "--font and --config exclude each other"},
+        {{"--weight", "700", "--font", font}, "--font and --weight exclude each other"},
+        {{"--italic", "--font", font}, "--font and --italic exclude each other"},
+        {{"--stretch", "3", "--font", font}, "--font and --stretch exclude each other"},
+        {{"--heading-family", "F", "--font", font},
+         "--font and --heading-family exclude each other"},
+        {{"--config", "F"}, "--config wants --family"},
+        {{"--weight", "700"}, "--weight wants --family"},
+        {{"--italic"}, "--italic wants --family"},
+        {{"--stretch", "3"}, "--stretch wants --family"},
+        {{"--heading-family", "F"}, "--heading-family wants --family"},
+        {{"--family", "F", "--heading-weight", "400"}, "--heading-weight wants --heading-family"},
+        {{"--family", ""}, "--family wants a value"},
+        {{"--family", "F", "--weight", "0"}, "--weight wants a number from 1 to 1000, not '0'"},
+        {{"--family", "F", "--weight", "bold"},
+         "--weight wants a number from 1 to 1000, not 'bold'"},
+        {{"--family", "F", "--stretch", "10"}, "--stretch wants a number from 1 to 9, not '10'"},
+        {{"--family", "F", "--heading-family", "F", "--heading-weight", "1001"},
+         "--heading-weight wants a number from 1 to 1000, not '1001'"},
+    };
+    for (auto [arguments, message] : cases) {
+        arguments.insert(arguments.end(), {"-o", pdf, text});
+        const ProcessResult result = run(arguments);
+        EXPECT_EQ(result.exitCode, 1) << message;
+        EXPECT_THAT(result.errors, HasSubstr("typeset: " + message + "\n"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
 TEST_F(Typeset, AFileNameMayLookLikeAnOptionBehindTwoDashes) {
     const ProcessResult result = run({"--font", font, "-o", pdf, "--", "--help"});
     EXPECT_EQ(result.exitCode, 3);

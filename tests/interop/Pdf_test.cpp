@@ -55,8 +55,8 @@ protected:
         return readPgm(file(name + ".pgm"));
     }
     static typeset::Layout layout() {
-        return typeset::layOut(typeset::readDocument(KW_SPECIMEN), typeset::openFont(font()), kSize,
-                               true);
+        return typeset::layOut(typeset::readDocument(KW_SPECIMEN), {typeset::openFont(font())},
+                               kSize, true);
     }
     /// The lines that the picture shows: those of the upper half.
     static std::vector<typeset::Line> pictured(const typeset::Layout& layout) {
@@ -135,7 +135,7 @@ TEST_F(Pdf, PassesTheCheckOfQpdf) {
 }
 
 TEST_F(Pdf, TheFontDescriptorHasTheMetricsOfTheFont) {
-    const QpdfFont pdf = readFont(file("subset.pdf"));
+    const QpdfFont pdf = readFonts(file("subset.pdf")).at("/F1");
     const FreeTypeFace face(readFile(font()));
     const auto perMille = [&](long units) {
         return static_cast<double>(units) * 1000 / face->units_per_EM;
@@ -165,7 +165,7 @@ TEST_F(Pdf, AnObliqueFontHasItsAngle) {
         runProgram(KW_TYPESET, {"--font", packagedFont("DejaVuSans-Oblique").string(), "-o", path,
                                 KW_SPECIMEN});
     ASSERT_TRUE(result.ok()) << result.describe();
-    const QpdfFont pdf = readFont(path);
+    const QpdfFont pdf = readFonts(path).at("/F1");
     EXPECT_EQ(pdf.descriptor.at("/ItalicAngle"), -11);
     EXPECT_EQ(pdf.descriptor.at("/Flags"), 4 + 64); // symbolic, italic
 }

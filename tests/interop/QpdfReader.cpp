@@ -1,5 +1,6 @@
 #include "interop/QpdfReader.h"
 
+#include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFJob.hh>
 #include <qpdf/QPDFLogger.hh>
@@ -21,15 +22,20 @@ QpdfReport checkWithQpdf(const std::string& path) {
     return {job.getExitCode(), output.str()};
 }
 
-QpdfFont readFont(const std::string& path) {
-    QPDF pdf;
-    pdf.processFile(path.c_str());
-    QPDFObjectHandle page = pdf.getAllPages().at(0);
-    QPDFObjectHandle type0 = page.getKey("/Resources").getKey("/Font").getKey("/F1");
+namespace {
+
+std::string dataOf(QPDFObjectHandle stream) {
+    const auto data = stream.getStreamData();
+    return {reinterpret_cast<const char*>(data->getBuffer()), data->getSize()};
+}
+
+QpdfFont readFont(QPDFObjectHandle type0) {
     QPDFObjectHandle cidFont = type0.getKey("/DescendantFonts").getArrayItem(0);
+    QPDFObjectHandle descriptor = cidFont.getKey("/FontDescriptor");
 
     QpdfFont font;
-    QPDFObjectHandle descriptor = cidFont.getKey("/FontDescriptor");
+    font.name = type0.getKey("/BaseFont").getName();
+    font.program = dataOf(descriptor.getKey("/FontFile2"));
     for (const auto& [key, value] : descriptor.getDictAsMap()) {
         QPDFObjectHandle number = value;
         if (number.isNumber())
@@ -44,6 +50,65 @@ QpdfFont readFont(const std::string& path) {
             font.widths[gid++] = width.getNumericValue();
     }
     return font;
+}
+
+/// Notes which glyphs a page shows in which font.
+class ShownText : public QPDFObjectHandle::ParserCallbacks {
+public:
+    ShownText(std::map<std::string, QpdfFont>& fonts, bool firstPage)
+        : fonts_(fonts), firstPage_(firstPage) {}
+
+    void handleObject(QPDFObjectHandle object) override {
+        if (!object.isOperator()) {
+            operands_.push_back(object);
+            return;
+        }
+        const std::string name = object.getOperatorValue();
+        if (name == "Tf") {
+            font_ = &fonts_.at(operands_.at(0).getName());
+            font_->sizes.insert(operands_.at(1).getNumericValue());
+        } else if (name == "Td" && firstPage_) {
+            font_->baselines.push_back(operands_.at(1).getNumericValue());
+        } else if (name == "TJ") {
+            for (QPDFObjectHandle part : operands_.at(0).getArrayAsVector()) {
+                if (part.isString())
+                    show(part.getStringValue());
+            }
+        }
+        operands_.clear();
+    }
+    void handleEOF() override {}
+
+private:
+    void show(const std::string& codes) {
+        for (std::size_t i = 0; i + 1 < codes.size(); i += 2) {
+            font_->shown.insert(
+                static_cast<unsigned short>(static_cast<unsigned char>(codes[i]) << 8 |
+                                            static_cast<unsigned char>(codes[i + 1])));
+        }
+    }
+
+    std::map<std::string, QpdfFont>& fonts_;
+    bool firstPage_;
+    QpdfFont* font_ = nullptr;
+    std::vector<QPDFObjectHandle> operands_;
+};
+
+} // namespace
+
+std::map<std::string, QpdfFont> readFonts(const std::string& path) {
+    QPDF pdf;
+    pdf.processFile(path.c_str());
+    std::map<std::string, QpdfFont> fonts;
+    bool firstPage = true;
+    for (QPDFObjectHandle page : pdf.getAllPages()) {
+        for (const auto& [name, font] : page.getKey("/Resources").getKey("/Font").getDictAsMap())
+            fonts.try_emplace(name, readFont(font));
+        ShownText text(fonts, firstPage);
+        page.parsePageContents(&text);
+        firstPage = false;
+    }
+    return fonts;
 }
 
 } // namespace KWTest

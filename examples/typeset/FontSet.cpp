@@ -1,0 +1,78 @@
+#include "FontSet.h"
+
+#include "Failure.h"
+
+#include <KWCommon15/KWCommon.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <utility>
+
+namespace typeset {
+
+using namespace KWFontService_NS;
+
+namespace {
+
+/// As the service takes it, for which a relative path starts at the folder of the library.
+std::string fullPath(const std::string& config) {
+    return config.empty() ? config : std::filesystem::absolute(config).string();
+}
+
+/// What "@@HOME@@" in a configuration stands for.
+const char* homePath() {
+    return std::getenv("HOME");
+}
+
+FontFile findOrExplain(const FontRequest& request, const std::string& config) {
+    if (std::optional<FontFile> font = findFont(request))
+        return std::move(*font);
+    std::string text = "there is no font '" + request.name +
+                       "'\nThe font service knows what the system lists, unless its configuration "
+                       "switches that off,\nand what lies in the folders";
+    std::vector<icu::UnicodeString> folders;
+    FS_GetFontFoldPathVector(fullPath(config).c_str(), homePath(), folders);
+    for (const icu::UnicodeString& folder : folders)
+        text += "\n  " + toUtf8(folder);
+    throw Failure(ExitCode::font,
+                  text + "\nA font goes by its family, by a name of its own, by the name of its "
+                         "file, or by an alias of the\nconfiguration. 'fc-list : family' shows the "
+                         "families that the system lists.");
+}
+
+} // namespace
+
+std::vector<std::string> openService(const std::string& config) {
+    const std::string path = fullPath(config);
+    // Without its configuration the service opens all the same, with the fonts of the system.
+    if (!path.empty() && FS_GetFontConfigPath(path.c_str(), false).isEmpty())
+        throw Failure(ExitCode::font, "there is no configuration file " + path);
+    KWError error;
+    if (FontServiceOpen(path.c_str(), homePath(), &error) != FS_ERROR_NONE)
+        throw Failure(ExitCode::font, toUtf8(error.getMessage()));
+
+    std::vector<std::string> notes;
+    for (int i = 0, count = FS_GetFontError(nullptr, 0); i < count; ++i) {
+        FS_GetFontError(&error, i);
+        notes.push_back(toUtf8(error.getMessage()));
+    }
+    return notes;
+}
+
+FontSet openFonts(const FontChoice& choice) {
+    FontSet fonts;
+    if (!choice.byName()) {
+        fonts.push_back(openFont(choice.file));
+        return fonts;
+    }
+    fonts.push_back(findOrExplain(choice.text, choice.config));
+    if (!choice.headings.name.empty()) {
+        FontFile headings = findOrExplain(choice.headings, choice.config);
+        if (headings.info.getFont() != fonts.front().info.getFont())
+            fonts.push_back(std::move(headings));
+    }
+    return fonts;
+}
+
+} // namespace typeset
