@@ -1,6 +1,5 @@
 #include "bench/RatioReporter.h"
 #include "bench/Subjects.h"
-#include "fonts/FontTyping.h"
 #include "support/Paths.h"
 
 #include <KWCommon15/KWPtr.h>
@@ -25,18 +24,7 @@ namespace {
 
 using KWCommonNS::KWPtr;
 using KWFontService_NS::FS_BaseFont;
-using KWFontService_NS::KWError;
 using KWFontService_NS::KWUri;
-
-KWPtr<FS_BaseFont> scan(const KWUri& uri) {
-    const std::unique_ptr<std::istream> stream(uri.getIStream(nullptr, nullptr));
-    if (!stream)
-        return {};
-    KWPtr<FS_BaseFont> font =
-        KWFontService_NS::createFontObject(uri, KWFontService_NS::sfntTypeOf(*stream));
-    KWError error;
-    return font->scanFont(error, *stream) ? font : KWPtr<FS_BaseFont>();
-}
 
 std::vector<KWUri> installedUris() {
     std::vector<KWUri> uris;
@@ -49,7 +37,7 @@ void scanOurs(benchmark::State& state) {
     const std::vector<KWUri> uris = installedUris();
     for (auto _ : state) {
         for (const KWUri& uri : uris)
-            benchmark::DoNotOptimize(scan(uri));
+            benchmark::DoNotOptimize(scanFile(uri));
     }
     state.counters["files"] = static_cast<double>(uris.size());
 }
@@ -124,7 +112,7 @@ void scannedHeap(benchmark::State& state) {
         fonts.reserve(uris.size());
         const std::size_t before = mallinfo2().uordblks;
         for (const KWUri& uri : uris) {
-            if (KWPtr<FS_BaseFont> font = scan(uri))
+            if (KWPtr<FS_BaseFont> font = scanFile(uri))
                 fonts.push_back(std::move(font));
         }
         const double perFace =

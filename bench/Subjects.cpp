@@ -1,5 +1,6 @@
 #include "bench/Subjects.h"
 
+#include "fonts/FontTyping.h"
 #include "support/Paths.h"
 
 #include <hb-ot.h>
@@ -9,6 +10,10 @@
 
 namespace KWBench {
 
+using KWCommonNS::KWPtr;
+using KWFontService_NS::FS_BaseFont;
+using KWFontService_NS::KWError;
+using KWFontService_NS::KWUri;
 using KWFontService_NS::UnicodeString;
 
 Subject::Subject(const std::filesystem::path& file)
@@ -83,6 +88,16 @@ std::vector<unsigned short> spreadGlyphs(Subject& subject, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         glyphs.push_back(static_cast<unsigned short>(i * all / count));
     return glyphs;
+}
+
+KWPtr<FS_BaseFont> scanFile(const KWUri& uri) {
+    const std::unique_ptr<std::istream> stream(uri.getIStream(nullptr, nullptr));
+    if (!stream)
+        return {};
+    KWPtr<FS_BaseFont> font =
+        KWFontService_NS::createFontObject(uri, KWFontService_NS::sfntTypeOf(*stream));
+    KWError error;
+    return font->scanFont(error, *stream) ? font : KWPtr<FS_BaseFont>();
 }
 
 const std::vector<std::filesystem::path>& installedFonts() {

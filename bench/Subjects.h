@@ -4,6 +4,8 @@
 
 #include <KWFontService17/FS_FontInfo.h>
 
+#include <KWCommon15/KWPtr.h>
+
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include <hb.h>
@@ -56,6 +58,9 @@ std::vector<hb_codepoint_t> codePoints(const KWFontService_NS::UnicodeString& te
 
 /// Glyph ids spread over a whole font.
 std::vector<unsigned short> spreadGlyphs(Subject& subject, std::size_t count);
+
+/// A font that was scanned and not loaded; null when the file is not usable.
+KWCommonNS::KWPtr<KWFontService_NS::FS_BaseFont> scanFile(const KWCommonNS::KWUri& uri);
 
 /// Every sfnt file with one face under the system's font folder.
 const std::vector<std::filesystem::path>& installedFonts();
