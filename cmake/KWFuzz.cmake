@@ -21,7 +21,9 @@ function(kw_add_fuzzer name)
     add_executable(${target} ${arg_UNPARSED_ARGUMENTS} "${PROJECT_SOURCE_DIR}/fuzz/ReplayMain.cpp")
     if(KW_BUILD_TESTS)
       add_test(NAME Fuzz.${name}ReplaysItsCorpus COMMAND ${target} ${arg_CORPUS})
-      set_tests_properties(Fuzz.${name}ReplaysItsCorpus PROPERTIES LABELS fuzz TIMEOUT 300)
+      set_tests_properties(Fuzz.${name}ReplaysItsCorpus PROPERTIES
+        LABELS fuzz TIMEOUT 300
+        ENVIRONMENT "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/no-fonts.conf")
     endif()
   endif()
   kw_set_warnings(${target})

@@ -3,7 +3,7 @@
 #include "SampleArguments.h"
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
-#include "service/FS_FontService.h"
+#include "registry/FS_FontService.h"
 
 #include <KWFontService17/FS_FontInfo.h>
 #include <KWFontService17/FS_GlyphBMPStore.h>

@@ -139,6 +139,10 @@ void makeTextSeeds(const std::filesystem::path& root) {
     value.add("css", "a b\\26 c \"str\\\nx\" 'y' url( x.ttf ) f(1,2) #id @at /* c */ <!-- --> U+1");
     value.add("plain", "a;b,c 5. .5 x=y /Name (str)");
 
+    const SeedFolder config(root / "config");
+    config.add("plain",
+               "<font-config><font-folder path=\"/fonts\" recursive=\"true\"/></font-config>");
+
     const SeedFolder xml(root / "xml");
     xml.add("plain", "<?xml version=\"1.0\"?><a b=\"c&amp;\"><d>t</d><![CDATA[x]]><e/></a>");
     xml.add("entities", "<!DOCTYPE a [<!ENTITY b 'x'><!ENTITY c '&b;&b;'>]><a q='&c;'>&c;</a>");
