@@ -44,16 +44,18 @@ public:
     bool createFont(const KWUri& file);
     /// Binds this object to the font that a name and a style mean: among the fonts that the
     /// document brought, then the aliases of the configuration, then all fonts. The name may be
-    /// any name of the font in any language, or the name of its file; case, blanks and hyphens do
-    /// not count. A style that the family lacks is filled from its other faces as CSS does it; no
-    /// face is slanted or emboldened.
+    /// any name of the font in any language; case, blanks, hyphens and ideographic spaces do not
+    /// count. It may be the name of the font's file as well, with its extension or without; there
+    /// only case does not count. A style that the family lacks is filled from its other faces as
+    /// CSS does it; no face is slanted or emboldened.
     /// @param weight       CSS weight; 0 is 400
     /// @param stretch      1 ultra-condensed to 9 ultra-expanded; 0 is 5, normal
     /// @param extraFonts   fonts that are searched first; may be null
     /// @param skipAliases  leaves the aliases of the configuration out
     /// @return false when there is no such font: `getError` is then empty and this object as it
     ///         was. False also when the font does not open, with the reason in `getError`
-    /// @throws KWCommonNS::KWError  what a reader of the font throws outright
+    /// @throws KWCommonNS::KWError  what a reader of the font throws outright; and when this call
+    ///         is the one that opens the service, what is wrong with the configuration
     bool createFont(const UnicodeString& family, int weight, bool italic, int stretch,
                     FS_ExtraFonts* extraFonts, bool skipAliases);
     /// The same with the normal stretch.
@@ -294,6 +296,7 @@ public:
 private:
     struct VertOriginCache;
 
+    void bind(FS_BaseFont* newFont, int newFaceIndex);
     int vertOriginShift(unsigned short gid) const;
     int computeVertOriginShift(unsigned short gid) const;
     /// The font that has an end-user-defined character, and its glyph.

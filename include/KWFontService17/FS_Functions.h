@@ -32,8 +32,9 @@ KWFONTSERVICE_API FS_ERROR FontServiceOpen(const char* configPath, KWCommonNS::K
 /// the library is unloaded.
 KWFONTSERVICE_API FS_ERROR FontServiceClose();
 
-/// Reads what went wrong while the service started up without stopping it. Opens the service on
-/// first need; a service that is open is read without a lock.
+/// Reads what went wrong without stopping the service: while it started up, in folders that were
+/// added since, and in configurations that `FS_GetFontFoldPathVector` read. There are ten thousand
+/// entries at most. Opens the service on first need; waits for no other thread's font work.
 /// @param error  receives the entry; null asks for the number of entries
 /// @param index  of the entry, from 0 on; not looked at when `error` is null
 /// @return       the number of entries, or `index`; -1 when there is no such entry or no service

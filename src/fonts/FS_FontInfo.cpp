@@ -30,15 +30,17 @@ bool FS_FontInfo::createFont(const KWUri& file) {
     if (!created->scanFont(error, *stream) || !created->loadFont(error, 0, stream.get()))
         return false;
     FS_ServiceContext::keepFont(*created);
-    font = created.get();
-    faceIndex = 0;
-    vertOriginCache.reset();
+    bind(created.get(), 0);
     return true;
 }
 
 void FS_FontInfo::deleteFont() {
-    font = nullptr;
-    faceIndex = 0;
+    bind(nullptr, 0);
+}
+
+void FS_FontInfo::bind(FS_BaseFont* newFont, int newFaceIndex) {
+    font = newFont;
+    faceIndex = newFaceIndex;
     vertOriginCache.reset();
 }
 

@@ -72,7 +72,7 @@ public:
     float getOwnTypoDescender() const;
     void setPostScriptName(const UnicodeString& name);
     void setHasVerticalGlyph() {
-        verticalGlyphsGiven_ = true;
+        verticalGlyphsGiven_.store(true, std::memory_order_relaxed);
     }
     /// The face's file as it stands: `output` becomes a stream over `source`, which the caller
     /// keeps alive as long; null opens the font's own, which `output` then owns.
@@ -148,11 +148,13 @@ private:
     TTI_Names nameTable_;
     std::unique_ptr<LoadedTables> loadedTables_;
     std::atomic<const LoadedTables*> usableTables_;
-    FS_FontRef eudcFont;
+    // Set during start-up; only taking the link away may meet readers.
+    std::atomic<FS_BaseFont*> eudcFont_ = nullptr;
+    std::atomic<std::int16_t> eudcFace_ = 0;
     bool macFont = false;
     bool allowGlyphZero = false;
-    bool verticalGlyphsGiven_ = false;
-    std::atomic<bool> cidFont_ = false; ///< asked by fonts that are being loaded
+    std::atomic<bool> verticalGlyphsGiven_ = false; ///< set by whoever opens the font
+    std::atomic<bool> cidFont_ = false;             ///< asked by fonts that are being loaded
     bool loadOk = false;
     std::unique_ptr<KWError> loadError_; ///< null unless the load failed
     std::atomic<bool> loaded = false;

@@ -56,7 +56,7 @@ bool FS_TrueTypeInfo::getGlyphIDs(const UnicodeString& text, unsigned short* gly
 }
 
 FS_FontRef FS_TrueTypeInfo::findEudcGlyph(int ch, unsigned short& gid) const {
-    return searchEudcFonts(eudcFont, hasVerticalGlyph(), ch, gid);
+    return searchEudcFonts(getEudcFont(), hasVerticalGlyph(), ch, gid);
 }
 
 unsigned short FS_TrueTypeInfo::getEudcGlyphID(int ch) const {

@@ -52,8 +52,9 @@ bool FS_TrueTypeInfo::loadTables(KWError& error, std::istream* stream, bool embe
 }
 
 bool FS_TrueTypeInfo::answerLoad(KWError& error) const {
-    if (loadError_)
-        error = *loadError_;
+    // A load that was left by an exception has kept no error of its own.
+    if (!loadOk)
+        error = loadError_ ? *loadError_ : cannotReadFontError(owner->getUri());
     return loadOk;
 }
 

@@ -1,6 +1,7 @@
 #include "registry/FS_FontFolder.h"
 
-#include <unicode/locid.h>
+#include "common/TextView.h"
+#include "registry/NameKeys.h"
 
 #include <tuple>
 
@@ -10,6 +11,10 @@ namespace {
 
 KWUri inDirectoryForm(const KWUri& folder) {
     UnicodeString text = folder.getString();
+    // A query or a fragment is no part of a folder.
+    const auto end = KWCommonNS::toView(text).find_first_of(u"?#");
+    if (end != std::u16string_view::npos)
+        text.truncate(static_cast<std::int32_t>(end));
     KWUri::toDirectory(text, L'/');
     return KWUri(text, KWCommonNS::URISTR_URI);
 }
@@ -31,7 +36,7 @@ FS_FontFolder::FS_FontFolder(const KWUri& folder, bool scanBelow)
 FS_FontFolder::~FS_FontFolder() = default;
 
 UnicodeString FS_FontFolder::pathKey() const {
-    return lowerFileName(getBaseString());
+    return lowerFileName(getLocalPath());
 }
 
 const FS_FontFileOptions* FS_FontFolder::findOptions(const UnicodeString& fileName) const {
@@ -41,10 +46,6 @@ const FS_FontFileOptions* FS_FontFolder::findOptions(const UnicodeString& fileNa
 
 FS_FontFileOptions& FS_FontFolder::optionsOf(const UnicodeString& fileName) {
     return fileOptions[fileName];
-}
-
-UnicodeString lowerFileName(const UnicodeString& fileName) {
-    return UnicodeString(fileName).toLower(icu::Locale::getRoot());
 }
 
 } // namespace KWFontService_NS

@@ -42,7 +42,7 @@ public:
     FS_FontFolder(const FS_FontFolder&) = delete;
     FS_FontFolder& operator=(const FS_FontFolder&) = delete;
 
-    /// What tells folders apart: the URI in lower case, so that paths that differ only in case are
+    /// What tells folders apart: the path in lower case, so that paths that differ only in case are
     /// one folder.
     UnicodeString pathKey() const;
     /// The options of a file; null when the configuration says nothing of it. Fonts keep the
@@ -55,8 +55,5 @@ public:
     std::map<UnicodeString, FS_FontFileOptions> fileOptions; ///< by lower-cased file name
     std::map<FS_FontAliasTarget, std::set<FS_FontAlias>> fileAliases;
 };
-
-/// A file name as a key: in lower case, whatever the language of the process.
-UnicodeString lowerFileName(const UnicodeString& fileName);
 
 } // namespace KWFontService_NS

@@ -57,9 +57,7 @@ bool FS_FontInfo::createFont(const UnicodeString& family, int weight, bool itali
         return false;
     if (!found.isExtra && !found.ref.font->loadFont(error, found.ref.face, nullptr))
         return false;
-    font = found.ref.font;
-    faceIndex = found.ref.face;
-    vertOriginCache.reset();
+    bind(found.ref.font, found.ref.face);
     openEudcLink(found.ref);
     return true;
 }

@@ -1,13 +1,9 @@
 #include "registry/FS_FontPool.h"
 
-#include "common/AsciiChars.h"
-#include "common/TextView.h"
 #include "registry/FS_ServiceLock.h"
 #include "registry/FontSelection.h"
 
 #include <KWCommon15/KWLang.h>
-
-#include <unicode/locid.h>
 
 #include <string>
 
@@ -15,30 +11,11 @@ namespace KWFontService_NS {
 
 namespace {
 
-/// Case is folded without a language, so that a Turkish locale finds "ARIAL" as well.
-const icu::Locale& caseLocale() {
-    return icu::Locale::getRoot();
-}
-
 UnicodeString withNumber(const UnicodeString& name, unsigned int number) {
     return name + UnicodeString::fromUTF8(std::to_string(number));
 }
 
 } // namespace
-
-UnicodeString normaliseFontName(const UnicodeString& name) {
-    std::u16string kept;
-    kept.reserve(static_cast<std::size_t>(name.length()));
-    bool ascii = true;
-    for (const char16_t unit : KWCommonNS::toView(name)) {
-        if (unit == u' ' || unit == u'-' || unit == u'\u3000')
-            continue;
-        ascii = ascii && unit < 0x80;
-        kept.push_back(KWCommonNS::toAsciiUpper(unit));
-    }
-    UnicodeString result = KWCommonNS::toText(kept);
-    return ascii ? result : result.toUpper(caseLocale());
-}
 
 FS_FontKey FS_FontKey::ofRequest(int weight, bool italic, int stretch) {
     return {weight != 0 ? weight : kNormalWeight, italic, stretch != 0 ? stretch : kNormalStretch};
@@ -85,9 +62,7 @@ bool FS_FontPool::findName(const UnicodeString& name, FS_FontFamilyMap*& out) {
         out = &found->second;
         return true;
     }
-    UnicodeString fileName(name);
-    if (const auto found = byFileName.find(fileName.toLower(caseLocale()));
-        found != byFileName.end()) {
+    if (const auto found = byFileName.find(lowerFileName(name)); found != byFileName.end()) {
         out = &found->second;
         return true;
     }
@@ -109,7 +84,7 @@ void FS_FontPool::addName(FS_TextMap<FS_FontFamilyMap>& map, const UnicodeString
 
 void FS_FontPool::addFileName(const KWUri& uri, const FS_FontRef& ref, const FS_FontKey& key) {
     // The empty URI and `data:` have no file name.
-    addName(byFileName, uri.getFileName().toLower(caseLocale()), ref, key);
+    addName(byFileName, lowerFileName(uri.getFileName()), ref, key);
 }
 
 void FS_FontPool::addExtraFamilies(const std::set<UnicodeString>& names, const FS_FontRef& ref,

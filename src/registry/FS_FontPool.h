@@ -1,6 +1,7 @@
 #pragma once
 
 #include "registry/FS_TextHash.h"
+#include "registry/NameKeys.h"
 
 #include <KWFontService17/FS_BaseFont.h>
 
@@ -15,9 +16,6 @@
 namespace KWFontService_NS {
 
 using KWCommonNS::KWPtr;
-
-/// The form of a name that is a key: without U+0020, U+002D and U+3000, in capitals.
-UnicodeString normaliseFontName(const UnicodeString& name);
 
 /// The style of an entry; compared weight first, then italic, then stretch.
 struct FS_FontKey {

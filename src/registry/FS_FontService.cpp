@@ -25,18 +25,14 @@ FS_FontFolder* FS_FontService::findFolder(const UnicodeString& pathKey) const {
     return found != folderByPath.end() ? found->second : nullptr;
 }
 
-FS_FontFolder* FS_FontService::addFolder(std::unique_ptr<FS_FontFolder> folder,
-                                         std::size_t* position) {
-    FS_FontFolder* const added = folder.get();
-    if (!folderByPath.emplace(added->pathKey(), added).second)
+FS_FontFolder* FS_FontService::addFolder(std::unique_ptr<FS_FontFolder> folder) {
+    const UnicodeString key = folder->pathKey();
+    if (findFolder(key) != nullptr)
         return nullptr;
-    if (position == nullptr) {
-        folders.push_back(std::move(folder));
-    } else {
-        folders.insert(folders.begin() + static_cast<std::ptrdiff_t>(*position), std::move(folder));
-        ++*position;
-    }
-    return added;
+    // In this order nothing dangles when memory runs out between the two.
+    folders.push_back(std::move(folder));
+    folderByPath.emplace(key, folders.back().get());
+    return folders.back().get();
 }
 
 FS_FontRef FS_FontService::findFont(const UnicodeString& name, const FS_FontKey& key,
@@ -53,10 +49,19 @@ FS_FontRef FS_FontService::findFont(const UnicodeString& name, const FS_FontKey&
 void FS_FontService::addEudcRange(int first, int last) {
     constexpr int kLastCodePoint =
         static_cast<int>(8 * std::tuple_size_v<decltype(eudcBitmap)>) - 1;
+    first = std::max(first, 0);
     last = std::min(last, kLastCodePoint);
-    for (int ch = std::max(first, 0); ch <= last; ++ch) {
-        std::uint8_t& byte = eudcBitmap[static_cast<std::size_t>(ch >> 3)];
-        byte = static_cast<std::uint8_t>(byte | (1U << (ch & 7)));
+    if (first > last)
+        return;
+    const auto firstByte = static_cast<std::size_t>(first >> 3);
+    const auto lastByte = static_cast<std::size_t>(last >> 3);
+    const unsigned int fromFirst = 0xFFU << (first & 7);
+    const unsigned int upToLast = 0xFFU >> (7 - (last & 7));
+    // Whole bytes in between: a configuration may name the whole plane over and over.
+    for (std::size_t i = firstByte; i <= lastByte; ++i) {
+        const unsigned int bits =
+            (i == firstByte ? fromFirst : 0xFFU) & (i == lastByte ? upToLast : 0xFFU);
+        eudcBitmap[i] = static_cast<std::uint8_t>(eudcBitmap[i] | bits);
     }
 }
 

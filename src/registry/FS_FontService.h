@@ -26,13 +26,12 @@ public:
     FS_FontService(const FS_FontService&) = delete;
     FS_FontService& operator=(const FS_FontService&) = delete;
 
-    /// The folder of a path key; null when it is not known.
+    /// The folder of a path key; null when it is not known. `g_fontServiceLock` is held.
     FS_FontFolder* findFolder(const UnicodeString& pathKey) const;
-    /// Takes a folder in, unless one with the same path is known; it then goes at the end of
-    /// `folders`, or at `*position`, which moves on by one.
+    /// Takes a folder in at the end of `folders`, unless one with the same path is known.
+    /// `g_fontServiceLock` is held.
     /// @return  the folder as it is stored from now on; null when the path was known
-    FS_FontFolder* addFolder(std::unique_ptr<FS_FontFolder> folder,
-                             std::size_t* position = nullptr);
+    FS_FontFolder* addFolder(std::unique_ptr<FS_FontFolder> folder);
 
     /// The face for a name and a style: from the aliases, then from all fonts. Takes
     /// `g_fontServiceLock` for one pool at a time.

@@ -3,15 +3,15 @@
 #include <KWFontService17/FS_Export.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <unordered_map>
 
 namespace KWFontService_NS {
 
+/// Hash of a text under a key that the process draws once (SipHash-1-3). Names come from fonts that
+/// anybody may have made: with a hash that can be foretold, such as ICU's, a few of them fill one
+/// bucket with thousands of names.
 struct FS_TextHash {
-    std::size_t operator()(const UnicodeString& text) const {
-        return static_cast<std::uint32_t>(text.hashCode());
-    }
+    std::size_t operator()(const UnicodeString& text) const noexcept;
 };
 
 template <typename T>

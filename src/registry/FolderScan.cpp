@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <deque>
+#include <iterator>
 #include <limits>
 #include <set>
 #include <vector>
@@ -35,8 +37,8 @@ bool loadEntry(FS_FontService& service, const FS_FontFolder& folder, const Direc
 }
 
 FS_FontKey keyOf(const FS_FontAlias& alias) {
-    return {alias.weight > 0 ? alias.weight : FS_FontKey::kNormalWeight, alias.italic == 1,
-            alias.stretch != 0 ? alias.stretch : FS_FontKey::kNormalStretch};
+    return FS_FontKey::ofRequest(alias.weight != -1 ? alias.weight : 0, alias.italic == 1,
+                                 alias.stretch);
 }
 
 /// Gives fonts the alias names that a folder asks for. A file is looked for among all fonts found
@@ -56,29 +58,60 @@ void attachAliases(FS_FontService& service, const FS_FontFolder& folder) {
     }
 }
 
+/// Takes the folders of a service one by one; those below a folder come right behind it. What is
+/// left when the walk is broken off goes back to the service.
 class FolderWalk {
 public:
     explicit FolderWalk(FS_FontService& service) : service_(service) {
-        for (const auto& folder : service.folders)
-            enter(*folder);
+        for (auto& folder : service.folders) {
+            // Whatever lies below a recursive folder is found by its own path.
+            if (folder->recursive)
+                enter(*folder);
+            waiting_.push_back(std::move(folder));
+        }
+        service.folders.clear();
+    }
+    ~FolderWalk() {
+        std::move(waiting_.begin(), waiting_.end(), std::back_inserter(service_.folders));
+    }
+    FolderWalk(const FolderWalk&) = delete;
+    FolderWalk& operator=(const FolderWalk&) = delete;
+
+    void run() {
+        while (!waiting_.empty()) {
+            service_.folders.push_back(std::move(waiting_.front()));
+            waiting_.pop_front();
+            scan(*service_.folders.back());
+        }
     }
 
-    void scan(std::size_t index) {
-        // By pointer: the list moves when subfolders come in.
-        FS_FontFolder& folder = *service_.folders[index];
-        std::size_t position = index + 1;
+private:
+    using Folders = std::deque<std::unique_ptr<FS_FontFolder>>;
+
+    void scan(const FS_FontFolder& folder) {
+        Folders below;
         for (const DirectoryEntry& entry : entriesOf(folder)) {
             if (entry.system)
                 continue;
             if (!entry.directory)
                 loadEntry(service_, folder, entry);
             else if (folder.recursive && !entry.hidden)
-                addSubfolder(folder, entry, position);
+                addSubfolder(folder, entry, below);
         }
+        waiting_.insert(waiting_.begin(), std::make_move_iterator(below.begin()),
+                        std::make_move_iterator(below.end()));
         attachAliases(service_, folder);
     }
 
-private:
+    void addSubfolder(const FS_FontFolder& parent, const DirectoryEntry& entry, Folders& below) {
+        auto folder = std::make_unique<FS_FontFolder>(
+            KWUri::fromFileName(parent, KWCommonNS::toText(entry.name)), true);
+        if (service_.findFolder(folder->pathKey()) != nullptr || !enter(*folder))
+            return;
+        below.push_back(std::move(folder));
+        service_.folderByPath.emplace(below.back()->pathKey(), below.back().get());
+    }
+
     /// False when the directory was entered already. One that cannot be read is new: the walk
     /// finds nothing in it.
     bool enter(const KWUri& folder) {
@@ -86,24 +119,15 @@ private:
         return !identity || entered_.insert(*identity).second;
     }
 
-    void addSubfolder(const FS_FontFolder& parent, const DirectoryEntry& entry,
-                      std::size_t& position) {
-        auto folder = std::make_unique<FS_FontFolder>(
-            KWUri::fromFileName(parent, KWCommonNS::toText(entry.name)), true);
-        if (service_.findFolder(folder->pathKey()) == nullptr && enter(*folder))
-            service_.addFolder(std::move(folder), &position);
-    }
-
     FS_FontService& service_;
+    Folders waiting_;
     std::set<DirectoryIdentity> entered_;
 };
 
 } // namespace
 
 void scanFolders(FS_FontService& service) {
-    FolderWalk walk(service);
-    for (std::size_t i = 0; i < service.folders.size(); ++i)
-        walk.scan(i);
+    FolderWalk(service).run();
 }
 
 int addFontFolder(FS_FontService& service, const KWUri& uri) {

@@ -8,8 +8,8 @@ namespace KWFontService_NS {
 /// Subfolders come right behind their parent, so the walk goes depth first; entries come in the
 /// order of the file system. Then the folder's aliases attach.
 ///
-/// A folder that was entered already, or will be by a path of its own, is not entered through a
-/// link. `g_fontServiceLock` is held.
+/// A directory that a recursive folder has led to is not entered again below another path, so links
+/// may go in circles. `g_fontServiceLock` is held.
 /// @throws KWError  what a reader throws outright, which ends the walk
 void scanFolders(FS_FontService& service);
 

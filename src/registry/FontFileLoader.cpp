@@ -4,6 +4,7 @@
 #include "fonts/FontTyping.h"
 
 #include <new>
+#include <utility>
 
 namespace KWFontService_NS {
 
@@ -92,11 +93,14 @@ FS_BaseFont* loadFont(FS_FontService& service, const FS_FontFolder& folder, cons
     const int mode = (flags & FS_LOAD_EUDC) != 0 ? FS_FILETYPE_REQUEST_TRUETYPE : 0;
     const FS_FontFileType type = fontFileType(service, file.extension(), mode, stream.get());
     KWPtr<FS_BaseFont> font = createFontObject(&folder, file, type);
-    if (!font)
-        return nullptr;
+    return font ? takeFont(service, std::move(font), *stream, flags) : nullptr;
+}
+
+FS_BaseFont* takeFont(FS_FontService& service, KWPtr<FS_BaseFont> font, std::istream& stream,
+                      unsigned int flags) {
     font->setMarks(marksOf(flags));
     KWError error;
-    const bool usable = font->scanFont(error, *stream);
+    const bool usable = font->scanFont(error, stream);
     if (error.isError())
         service.errors.append(error);
     if (!usable)

@@ -50,6 +50,11 @@ KWPtr<FS_BaseFont> createFontObject(const FS_FontFolder* folder, const FS_FontFi
 FS_BaseFont* loadFont(FS_FontService& service, const FS_FontFolder& folder, const FS_FontFile& file,
                       unsigned int flags);
 
+/// Scans a font object that was just made and takes it into the font pool: what `loadFont` does
+/// with a file that opens.
+FS_BaseFont* takeFont(FS_FontService& service, KWPtr<FS_BaseFont> font, std::istream& stream,
+                      unsigned int flags);
+
 /// True when the scan takes a file: its extension is known and the configuration does not leave it
 /// out.
 bool isFontFile(const FS_FontService& service, const FS_FontFolder& folder,

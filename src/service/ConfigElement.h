@@ -79,7 +79,7 @@ private:
     FS_Word name_;
 };
 
-/// Moves on a value that was read, and leaves the member when there is none.
+/// Sets a member to a value, if one was read.
 template <typename T>
 void setIfRead(T& member, const std::optional<T>& value) {
     if (value)

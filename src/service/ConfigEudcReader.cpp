@@ -3,6 +3,7 @@
 #include "service/ConfigValues.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace KWFontService_NS {
 

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
+#include <utility>
 
 namespace KWFontService_NS {
 

@@ -51,9 +51,9 @@ void setDefaultEudcRange(FS_FontService& service, const FS_OpenArguments&) {
 
 constexpr FS_StartupStep kSteps[] = {
     {Kind::configuration, readConfigurationFile},
-    {Kind::fonts, scanAllFolders},
-    {Kind::fonts, loadRegisteredFonts},
-    {Kind::fonts, setDefaultEudcRange},
+    {Kind::later, scanAllFolders},
+    {Kind::later, loadRegisteredFonts},
+    {Kind::later, setDefaultEudcRange},
 };
 
 std::span<const FS_StartupStep> g_steps = kSteps;

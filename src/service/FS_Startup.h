@@ -16,7 +16,7 @@ struct FS_OpenArguments {
 struct FS_StartupStep {
     enum class Kind {
         configuration, ///< a failure is the caller's, and a scratch object runs nothing else
-        fonts,         ///< a failure is recorded and ends the rest of start-up
+        later,         ///< a failure is recorded and ends the rest of start-up
     };
 
     Kind kind;

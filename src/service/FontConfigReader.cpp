@@ -9,6 +9,7 @@
 #include "service/ConfigValues.h"
 #include "service/FontConfigPath.h"
 
+#include <memory>
 #include <utility>
 
 namespace KWFontService_NS {

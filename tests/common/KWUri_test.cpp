@@ -1,6 +1,6 @@
 #include "KWCommon15/KWUri.h"
 
-#include "platform/Platform.h"
+#include "support/SystemDouble.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -35,31 +35,14 @@ std::string resolved(const char16_t* base, const char16_t* text, URISTRTYPE type
 }
 
 // A system with "\" between the parts of a path and with any file.
-class WindowsSystem : public KWPlatform::System {
+class WindowsSystem : public KWTest::SystemDouble {
 public:
-    std::optional<std::vector<KWPlatform::DirectoryEntry>>
-    listDirectory(const std::u16string&) override {
-        return std::nullopt;
-    }
-    std::optional<KWPlatform::DirectoryIdentity> directoryIdentity(const std::u16string&) override {
-        return std::nullopt;
-    }
     bool isRegularFile(const std::u16string& path) override {
         asked = path;
         return true;
     }
     std::unique_ptr<KWPlatform::FileReader> openFile(const std::u16string&, std::string&) override {
         return nullptr;
-    }
-    std::u16string knownFolder(KWPlatform::KnownFolder) override { return {}; }
-    KWPlatform::RegisteredFontFiles registeredFontFiles() override { return {}; }
-    std::optional<KWPlatform::RegistryText>
-    registryText(KWPlatform::RegistryHive, const std::u16string&, const std::u16string&) override {
-        return std::nullopt;
-    }
-    std::vector<KWPlatform::RegistryText> registryTexts(KWPlatform::RegistryHive,
-                                                        const std::u16string&) override {
-        return {};
     }
     std::u16string moduleFolder(const std::u16string&) override { return u"C:\\program"; }
     char16_t preferredSeparator() override { return u'\\'; }
@@ -338,7 +321,6 @@ TEST(Uri, DigitsOfEncodedCharactersAreUpperCaseInHostsToo) {
 
 TEST(Uri, WindowsTakesBackslashesAndEncodedOnesAreNoPath) {
     WindowsSystem windows;
-    const KWPlatform::SystemOverride replaced(windows);
     EXPECT_EQ(uriOf(u"fonts\\a.ttf"), "fonts/a.ttf");
     EXPECT_EQ(pathOf(u"fonts/a.ttf"), "fonts\\a.ttf");
     EXPECT_EQ(uriOf(u"//Server/share/x"), "file://server/share/x");

@@ -405,6 +405,24 @@ TEST(TrueTypeLoad, AFailedLoadIsNotTriedAgain) {
     EXPECT_EQ(font->getGlyphID('A', false, 0), 0xFFFF);
 }
 
+TEST(TrueTypeLoad, ALoadThatAnExceptionLeftAnswersCannotReadFromThenOn) {
+    class Throwing : public std::streambuf {
+        int_type underflow() override { throw 7; }
+        pos_type seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode) override {
+            throw 7;
+        }
+        pos_type seekpos(pos_type, std::ios_base::openmode) override { throw 7; }
+    } source;
+    MemoryFont font(TestFont::latin().build());
+    ASSERT_TRUE(font.scan());
+    std::istream stream(&source);
+    stream.exceptions(std::ios::badbit);
+    KWError error;
+    EXPECT_THROW(font->loadFont(error, 0, &stream), int);
+    EXPECT_FALSE(font->loadFont(error, 0, nullptr));
+    EXPECT_EQ(error.getCode(), FS_ERROR_FONT_READ);
+}
+
 TEST(TrueTypeLoad, AFontOpensItsOwnFileWhenNoStreamIsGiven) {
     const TempDir dir;
     dir.write("a.ttf", TestFont::latin().build());

@@ -14,6 +14,12 @@ TEST(FontFolder, ItsUriEndsInASlash) {
     EXPECT_TRUE(FS_FontFolder(KWUri(), false).isEmpty());
 }
 
+TEST(FontFolder, AQueryAndAFragmentAreNoPartOfIt) {
+    const FS_FontFolder folder(KWUri(u"file:///a/b?q#f"), false);
+    EXPECT_EQ(folder.getString(), UnicodeString(u"file:///a/b/"));
+    EXPECT_EQ(folder.pathKey(), FS_FontFolder(KWUri(u"/a/b"), false).pathKey());
+}
+
 TEST(FontFolder, KeepsAFolderNameThatLooksEncoded) {
     const FS_FontFolder folder(KWUri(u"/a/100%25 #1", KWCommonNS::URISTR_LOCAL), false);
     EXPECT_EQ(folder.getLocalPath(), UnicodeString(u"/a/100%25 #1/"));
@@ -22,6 +28,9 @@ TEST(FontFolder, KeepsAFolderNameThatLooksEncoded) {
 TEST(FontFolder, PathsThatDifferInCaseHaveOneKey) {
     EXPECT_EQ(FS_FontFolder(KWUri(u"/Fonts/A"), false).pathKey(),
               FS_FontFolder(KWUri(u"/fonts/a/"), true).pathKey());
+    EXPECT_EQ(FS_FontFolder(KWUri(u"/\u00C4"), false).pathKey(),
+              FS_FontFolder(KWUri(u"/\u00E4"), false).pathKey())
+        << "beyond ASCII too";
     EXPECT_NE(FS_FontFolder(KWUri(u"/fonts/a"), false).pathKey(),
               FS_FontFolder(KWUri(u"/fonts/b"), false).pathKey());
 }
@@ -59,11 +68,6 @@ TEST(FontFolder, AliasTargetsGoByLowerCaseNameThenNameThenFace) {
     int expected = 0;
     for (const auto& [target, order] : targets)
         EXPECT_EQ(order, expected++);
-}
-
-TEST(LowerFileName, FollowsNoLocale) {
-    EXPECT_EQ(lowerFileName(u"ABI.TTF"), UnicodeString(u"abi.ttf"));
-    EXPECT_EQ(lowerFileName(u"\u00C4\uFF21.Otf"), UnicodeString(u"\u00E4\uFF41.otf"));
 }
 
 } // namespace

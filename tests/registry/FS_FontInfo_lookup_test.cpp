@@ -18,6 +18,14 @@ constexpr KWLang::LanguageID kJapanese = 1041;
 /// The one service, with the fonts that a test puts into a folder.
 class Lookup : public testing::Test {
 protected:
+    Lookup() {
+        // The fonts of another test are still there; nothing finds them.
+        for (FS_FontPool* const pool : {&service().fontPool, &service().aliasPool}) {
+            pool->byName.clear();
+            pool->byFileName.clear();
+        }
+    }
+
     void write(std::string_view name, const TestFont& font) { files.write(name, font.build()); }
     int addAll() { return FS_AddFontFolderPath(fileUri(files.path())); }
     static FS_FontService& service() { return *getFontService(nullptr, nullptr, nullptr); }
@@ -106,7 +114,10 @@ TEST_F(Lookup, TakesNoReference) {
 /// A font that is found under a name of one pool.
 class PooledFont : public FakeFont {
 public:
+    using FakeFont::FakeFont;
+
     int loads = 0;
+    int refusals = 0; ///< of the first loads
     bool opens = true;
     bool vertical = false;
     int madeVertical = 0;
@@ -114,7 +125,7 @@ public:
 
     bool loadFont(KWError& error, int, std::istream*) override {
         ++loads;
-        return opens || fontError(error, FS_ERROR_FONT_FILE, u"refused");
+        return (opens && loads > refusals) || fontError(error, FS_ERROR_FONT_FILE, u"refused");
     }
     int getUnitsPerEm(int faceIndex) const override { return 1000 + faceIndex; }
     bool hasVerticalGlyph(int) const override { return vertical; }
@@ -196,6 +207,44 @@ TEST_F(Lookup, ALinkThatDoesNotOpenIsTriedTwiceAndClearedAndTheFontIsThere) {
     EXPECT_EQ(link->loads, 2);
     EXPECT_FALSE(main->link);
     EXPECT_EQ(link->madeVertical, 0);
+}
+
+TEST_F(Lookup, ALinkThatOpensTheSecondTimeServesButIsNoLongerLinked) {
+    const auto main = pooled(service().fontPool, u"Main");
+    const auto link = pooled(service().fontPool, u"Link");
+    main->link = {link.get(), 0};
+    main->vertical = true;
+    link->refusals = 1;
+    EXPECT_EQ(bound(u"Main", nullptr, false), main.get());
+    EXPECT_EQ(link->loads, 2);
+    EXPECT_FALSE(main->link);
+    EXPECT_EQ(link->madeVertical, 1);
+}
+
+TEST_F(Lookup, TheLinkOfAnExtraFontIsOpenedThoughTheFontIsNot) {
+    FS_ExtraFontPool extra;
+    const auto main = pooled(extra, u"Main");
+    const auto link = pooled(service().fontPool, u"Link");
+    main->link = {link.get(), 0};
+    EXPECT_EQ(bound(u"Main", &extra, false), main.get());
+    EXPECT_EQ(main->loads, 0);
+    EXPECT_EQ(link->loads, 1);
+}
+
+TEST_F(Lookup, QueriesByNameAskTheExtraFontsFirst) {
+    FS_ExtraFontPool extra;
+    pooled(extra, u"Name")->family = u"Of the document";
+    const auto real = pooled(service().fontPool, u"Name");
+    EXPECT_EQ(FS_FontInfo::getFamilyName(kEnglish, u"Name", &extra),
+              UnicodeString(u"Of the document"));
+    EXPECT_EQ(FS_FontInfo::getFamilyName(kEnglish, u"Name", nullptr), UnicodeString(u"Name"));
+    extra.fonts.clear();
+    extra.byName.clear();
+    const KWPtr<PooledFont> brought(new PooledFont(u"/document/brought.ttf"));
+    extra.fonts.push_back(brought);
+    FS_FontPool::addName(extra.byName, u"NAME", {brought.get(), 0}, FS_FontKey());
+    EXPECT_EQ(FS_FontInfo().getFontFolderPath(u"Name", 0, false, 0, &extra), brought->getUri());
+    EXPECT_EQ(FS_FontInfo().getFontFolderPath(u"Name", 0, false, 0, nullptr), real->getUri());
 }
 
 TEST_F(Lookup, FontFolderPathIsDespiteItsNameTheUriOfTheFile) {

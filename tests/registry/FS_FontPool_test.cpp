@@ -1,8 +1,7 @@
 #include "registry/FS_FontPool.h"
 
 #include "registry/FakeFont.h"
-
-#include <unicode/locid.h>
+#include "support/DefaultLocale.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +10,7 @@
 namespace {
 
 using namespace KWFontService_NS;
+using KWTest::DefaultLocale;
 using KWTest::FakeFont;
 
 KWPtr<FakeFont> fakeFont(const UnicodeString& file, const UnicodeString& family) {
@@ -25,45 +25,7 @@ FS_BaseFont* fontOf(FS_FontPool& pool, const UnicodeString& name) {
     return pool.findName(name, faces) ? faces->begin()->second.font : nullptr;
 }
 
-/// Sets ICU's default locale for the length of a scope.
-class DefaultLocale {
-public:
-    explicit DefaultLocale(const char* name) : previous_(icu::Locale::getDefault()) { set(name); }
-    ~DefaultLocale() { set(previous_.getName()); }
-
-private:
-    static void set(const char* name) {
-        UErrorCode status = U_ZERO_ERROR;
-        icu::Locale::setDefault(icu::Locale(name), status);
-        EXPECT_TRUE(U_SUCCESS(status));
-    }
-
-    icu::Locale previous_;
-};
-
 // --- names ------------------------------------------------------------------------------------
-
-TEST(NormaliseFontName, DropsBlanksHyphensAndIdeographicSpacesAndCapitalises) {
-    EXPECT_EQ(normaliseFontName(u"MS Gothic-b\u3000x"), UnicodeString(u"MSGOTHICBX"));
-}
-
-TEST(NormaliseFontName, KeepsEveryOtherKindOfBlankAndDash) {
-    EXPECT_EQ(normaliseFontName(u"a\tb\u00A0c\u2010d_e"), UnicodeString(u"A\tB\u00A0C\u2010D_E"));
-}
-
-TEST(NormaliseFontName, CapitalisesTheWholeText) {
-    EXPECT_EQ(normaliseFontName(u"Stra\u00DFe \u0436"), UnicodeString(u"STRASSE\u0416"));
-}
-
-TEST(NormaliseFontName, DoesNotFollowTheLocale) {
-    const DefaultLocale turkish("tr_TR");
-    EXPECT_EQ(normaliseFontName(u"Arial Mini"), UnicodeString(u"ARIALMINI"));
-}
-
-TEST(NormaliseFontName, MayLeaveNothing) {
-    EXPECT_TRUE(normaliseFontName(u"- -\u3000").isEmpty());
-    EXPECT_TRUE(normaliseFontName(UnicodeString()).isEmpty());
-}
 
 // --- style keys -------------------------------------------------------------------------------
 
@@ -91,11 +53,6 @@ TEST(FontPool, MapsStartWithEightBucketsAtLeastAndALoadFactorOfOne) {
     EXPECT_GE(pool.byFileName.bucket_count(), 8U);
     EXPECT_GE(pool.byUri.bucket_count(), 8U);
     EXPECT_EQ(pool.byName.max_load_factor(), 1.0F);
-}
-
-TEST(FontPool, MapsHashWithTheHashOfTheText) {
-    const UnicodeString name(u"NAME");
-    EXPECT_EQ(FS_TextHash()(name), static_cast<std::uint32_t>(name.hashCode()));
 }
 
 TEST(FontPool, AddNameSkipsAnEmptyName) {

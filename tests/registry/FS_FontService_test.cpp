@@ -1,5 +1,7 @@
 #include "registry/FS_FontService.h"
 
+#include "registry/FakeFont.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -35,26 +37,19 @@ std::unique_ptr<FS_FontFolder> folderAt(const char16_t* path) {
     return std::make_unique<FS_FontFolder>(KWUri(path), false);
 }
 
-TEST(FontService, FoldersComeAtTheEndOrAtAPositionThatMovesOn) {
+TEST(FontService, FoldersComeInTheOrderTheyWereAdded) {
     const auto service = std::make_unique<FS_FontService>();
-    FS_FontFolder* const first = service->addFolder(folderAt(u"/a"));
-    FS_FontFolder* const last = service->addFolder(folderAt(u"/b"));
-    std::size_t position = 1;
-    FS_FontFolder* const second = service->addFolder(folderAt(u"/c"), &position);
-    FS_FontFolder* const third = service->addFolder(folderAt(u"/d"), &position);
-    EXPECT_EQ(position, 3U);
-    std::vector<FS_FontFolder*> order;
-    for (const auto& folder : service->folders)
-        order.push_back(folder.get());
-    EXPECT_EQ(order, (std::vector{first, second, third, last}));
+    FS_FontFolder* const first = service->addFolder(folderAt(u"/b"));
+    FS_FontFolder* const second = service->addFolder(folderAt(u"/a"));
+    ASSERT_EQ(service->folders.size(), 2U);
+    EXPECT_EQ(service->folders[0].get(), first);
+    EXPECT_EQ(service->folders[1].get(), second);
 }
 
 TEST(FontService, AFolderThatIsKnownIsNotTakenAgain) {
     const auto service = std::make_unique<FS_FontService>();
     FS_FontFolder* const known = service->addFolder(folderAt(u"/Fonts"));
-    std::size_t position = 0;
-    EXPECT_EQ(service->addFolder(folderAt(u"/fonts/"), &position), nullptr);
-    EXPECT_EQ(position, 0U);
+    EXPECT_EQ(service->addFolder(folderAt(u"/fonts/")), nullptr);
     EXPECT_EQ(service->folders.size(), 1U);
     EXPECT_EQ(service->findFolder(folderAt(u"/FONTS")->pathKey()), known);
     EXPECT_EQ(service->findFolder(folderAt(u"/other")->pathKey()), nullptr);
@@ -83,6 +78,30 @@ TEST(FontService, EudcRangesOutsideTheBitmapFallOutHarmlessly) {
     EXPECT_FALSE(service->isEudcCodePoint(0xFFFD));
     EXPECT_TRUE(service->isEudcCodePoint(0xFFFE));
     EXPECT_TRUE(service->isEudcCodePoint(0xFFFF));
+}
+
+TEST(FontService, AnEudcRangeSetsItsBitsAndNoOthers) {
+    for (const auto& [first, last] : {std::pair(0xE000, 0xE000), std::pair(0xE003, 0xE005),
+                                      std::pair(0xE007, 0xE008), std::pair(0xE001, 0xE02F)}) {
+        const auto service = std::make_unique<FS_FontService>();
+        service->addEudcRange(first, last);
+        for (int ch = 0xDFF0; ch < 0xE040; ++ch)
+            EXPECT_EQ(service->isEudcCodePoint(ch), ch >= first && ch <= last) << ch;
+    }
+}
+
+TEST(FontService, ALookupTellsWhetherAnAliasAnswered) {
+    const auto service = std::make_unique<FS_FontService>();
+    const KWPtr<KWTest::FakeFont> font(new KWTest::FakeFont);
+    FS_FontPool::addName(service->aliasPool.byName, u"ALIAS", {font.get(), 0}, {});
+    FS_FontPool::addName(service->fontPool.byName, u"REAL", {font.get(), 0}, {});
+    bool foundInAlias = false;
+    EXPECT_TRUE(service->findFont(u"Real", {}, foundInAlias, false));
+    EXPECT_FALSE(foundInAlias);
+    EXPECT_FALSE(service->findFont(u"Alias", {}, foundInAlias, true));
+    EXPECT_FALSE(foundInAlias);
+    EXPECT_TRUE(service->findFont(u"Alias", {}, foundInAlias, false));
+    EXPECT_TRUE(foundInAlias);
 }
 
 TEST(FontService, CodePointsOutsideTheBasicPlaneAreNeverEudc) {

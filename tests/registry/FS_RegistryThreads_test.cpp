@@ -58,4 +58,38 @@ TEST(RegistryInThreads, OpeningLookingUpListingAndAddingFoldersGoTogether) {
     EXPECT_EQ(FS_GetFontError(nullptr, 0), kFolders);
 }
 
+/// The one font of the pool with that name.
+FS_FontRef fontNamed(const UnicodeString& name) {
+    bool inAlias = false;
+    return getFontService(nullptr, nullptr, nullptr)->findFont(name, {}, inAlias, false);
+}
+
+TEST(RegistryInThreads, FontsWithALinkedEudcFontAreCreatedTogether) {
+    const TempDir files;
+    TestFont vertical = TestFont::vertical();
+    vertical.name = Name::english(u"Main");
+    files.write("main.ttf", vertical.build());
+    vertical.name = Name::english(u"Orphan");
+    files.write("orphan.ttf", vertical.build());
+    files.write("link.ttf", namedFont(u"Link").build());
+    files.write("broken.ttf", namedFont(u"Broken").without("hmtx").build());
+    ASSERT_EQ(FS_AddFontFolderPath(fileUri(files.path())), 4);
+    fontNamed(u"Main").font->setEudcFont(fontNamed(u"Link"), 0);
+    fontNamed(u"Orphan").font->setEudcFont(fontNamed(u"Broken"), 0);
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([] {
+                FS_FontInfo font;
+                EXPECT_TRUE(font.createFont(u"Main", 0, false, nullptr, false));
+                font.getEudcGlyphID(0xE000);
+                EXPECT_TRUE(font.createFont(u"Orphan", 0, false, nullptr, false));
+                font.getEudcGlyphID(0xE000);
+            });
+        }
+    }
+    EXPECT_TRUE(fontNamed(u"Link").font->hasVerticalGlyph(0));
+    EXPECT_FALSE(fontNamed(u"Orphan").font->getEudcFont(0));
+}
+
 } // namespace

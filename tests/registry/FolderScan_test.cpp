@@ -225,14 +225,23 @@ TEST_F(FolderScan, ALinkToAFolderOutsideIsEntered) {
     EXPECT_THAT(fontFiles(), ElementsAre("a/link/1.ttf"));
 }
 
-TEST_F(FolderScan, ALinkToAFolderThatIsNamedIsNotEntered) {
+TEST_F(FolderScan, ALinkToARecursiveFolderIsNotEntered) {
     write("named/1.ttf", namedFont(u"One"));
     files().makeFolder("a");
     fs::create_directory_symlink(files().path("named"), files().path("a/link"));
     addFolder("a", true);
-    addFolder("named", false);
+    addFolder("named", true);
     scanFolders(service());
     EXPECT_THAT(fontFiles(), ElementsAre("named/1.ttf"));
+}
+
+TEST_F(FolderScan, AFolderThatALinkNamesFlatHidesNothingBelowIt) {
+    write("top/sub/deep/1.ttf", namedFont(u"One"));
+    fs::create_directory_symlink(files().path("top/sub"), files().path("short"));
+    addFolder("short", false);
+    addFolder("top", true);
+    scanFolders(service());
+    EXPECT_THAT(fontFiles(), ElementsAre("top/sub/deep/1.ttf"));
 }
 
 TEST_F(FolderScan, AFolderThatDoesNotExistStaysInTheLists) {
@@ -312,6 +321,18 @@ TEST_F(FolderScan, AnAliasStyleThatIsNotGivenIsNormal) {
         ASSERT_EQ(entries.size(), 1U);
         EXPECT_TRUE(entries.contains({400, false, 5}));
     }
+}
+
+TEST_F(FolderScan, AnAliasWeightOutOfRangeIsTakenAsGiven) {
+    write("a.ttf", namedFont(u"Alpha"));
+    FS_FontFolder& folder = addFolder("", false);
+    alias(folder, u"a.ttf", {u"Odd", -5});
+    alias(folder, u"a.ttf", {u"Odd", 50});
+    scanFolders(service());
+    const FS_FontFamilyMap& entries = service().aliasPool.byName.at(u"ODD");
+    EXPECT_EQ(entries.size(), 2U);
+    EXPECT_TRUE(entries.contains({-5, false, 5}));
+    EXPECT_TRUE(entries.contains({50, false, 5}));
 }
 
 TEST_F(FolderScan, AnAliasNameThatNormalisesToNothingIsSkipped) {
@@ -411,6 +432,48 @@ TEST_F(AddFontFolder, NamesThatAreTakenStayWithTheFirstFont) {
     EXPECT_EQ(found(u"Same"), "old/a.ttf");
     EXPECT_EQ(found(u"b"), "new/b.ttf");
     EXPECT_THAT(fontFiles(), ElementsAre("old/a.ttf", "new/b.ttf"));
+}
+
+TEST_F(FolderScan, AWalkThatIsBrokenOffKeepsEveryFolder) {
+    class Breaking : public OrderedFolders {
+    public:
+        std::optional<std::vector<KWPlatform::DirectoryEntry>>
+        listDirectory(const std::u16string& path) override {
+            if (path.ends_with(u"b/"))
+                throw KWError(FS_ERROR_FONT_READ, u"broken off");
+            return OrderedFolders::listDirectory(path);
+        }
+    } system;
+    system.root = files().path();
+    system.listed = {{"a/", {system.folder(u"below")}}, {"a/below/", {}}};
+    addFolder("a", true);
+    addFolder("b", false);
+    addFolder("c", false);
+    EXPECT_THROW(scanFolders(service()), KWError);
+    EXPECT_THAT(folderNames(), ElementsAre("a/", "a/below/", "b/", "c/"));
+    EXPECT_EQ(service().folderByPath.size(), 4U);
+}
+
+TEST_F(FolderScan, ATreeOfManyFoldersIsWalkedInLinearTime) {
+    class Wide : public OrderedFolders {
+    public:
+        std::optional<std::vector<KWPlatform::DirectoryEntry>>
+        listDirectory(const std::u16string& path) override {
+            if (path.ends_with(u"wide/"))
+                return many;
+            if (path.ends_with(u"x/"))
+                return std::vector<KWPlatform::DirectoryEntry>();
+            return std::vector{folder(u"x")};
+        }
+        std::vector<KWPlatform::DirectoryEntry> many;
+    } system;
+    for (int i = 0; i < 20000; ++i) {
+        const std::string name = std::to_string(i);
+        system.many.push_back(system.folder(std::u16string(name.begin(), name.end())));
+    }
+    addFolder("wide", true);
+    scanFolders(service());
+    EXPECT_EQ(service().folders.size(), 40001U);
 }
 
 TEST_F(FolderScan, AFolderOfAHundredThousandEntriesIsWalked) {

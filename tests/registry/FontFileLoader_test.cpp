@@ -1,5 +1,6 @@
 #include "registry/FontFileLoader.h"
 
+#include "registry/FakeFont.h"
 #include "registry/RegistryFixture.h"
 
 #include <gmock/gmock.h>
@@ -59,6 +60,12 @@ TEST_F(FontFileLoader, TheSignatureDecidesBetween5And7) {
     EXPECT_EQ(typedWith(u".otf", ""), 5);
 }
 
+TEST_F(FontFileLoader, ACidFontWithTrueTypeOutlinesIsTrueType) {
+    service().fileTypeByExtension[u".cid"] = FS_FILETYPE_OPENTYPE_CID;
+    EXPECT_EQ(typedWith(u".cid", kTrueType), 5);
+    EXPECT_EQ(typedWith(u".cid", kCff), 8);
+}
+
 TEST_F(FontFileLoader, OtherTypesStayWhateverTheSignature) {
     EXPECT_EQ(typedWith(u".ttc", kCff), 6);
     EXPECT_EQ(typedWith(u".woff", kTrueType), 10);
@@ -107,13 +114,38 @@ TEST_F(FontFileLoader, ThePoolHoldsTheOneReference) {
     EXPECT_EQ(font->getRefCount(), 1);
 }
 
-TEST_F(FontFileLoader, WhatTheScanComplainsOfIsNotedForARefusedFont) {
+/// A font whose scan complains, and answers what it is told to.
+class ComplainingFont : public FakeFont {
+public:
+    explicit ComplainingFont(bool isUsable) : usable(isUsable) {}
+    bool scanFont(KWError& error, std::istream&) override {
+        error = KWError(FS_ERROR_FONT_FILE, u"odd");
+        return usable;
+    }
+
+    bool usable;
+};
+
+TEST_F(FontFileLoader, WhatTheScanComplainsOfIsNotedWhetherTheFontIsUsableOrNot) {
+    std::istringstream stream;
+    for (const bool usable : {true, false}) {
+        const KWPtr<FS_BaseFont> font(new ComplainingFont(usable));
+        const std::size_t notes = service().errors.size();
+        EXPECT_EQ(takeFont(service(), font, stream, FS_LOAD_FOLDER) != nullptr, usable);
+        EXPECT_EQ(service().errors.size(), notes + 1);
+        EXPECT_EQ(font->getRefCount(), usable ? 2 : 1);
+    }
+    EXPECT_EQ(service().fontPool.fonts.size(), 1U);
+}
+
+TEST_F(FontFileLoader, WhatTheScanComplainsOfEndsWithThePath) {
     write("bad.ttf", namedFont(u"Bad").without("head"));
     EXPECT_EQ(loadFont(service(), addFolder("", false), FS_FontFile(files().uri("bad.ttf")),
                        FS_LOAD_FOLDER),
               nullptr);
     ASSERT_EQ(service().errors.size(), 1U);
     EXPECT_EQ(service().errors.get(0)->getCode(), 1928);
+    EXPECT_TRUE(service().errors.get(0)->getMessage().endsWith(files().text("bad.ttf")));
     EXPECT_TRUE(service().fontPool.fonts.empty());
 }
 

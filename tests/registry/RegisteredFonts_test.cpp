@@ -2,6 +2,7 @@
 
 #include "registry/FolderScan.h"
 #include "registry/RegistryFixture.h"
+#include "support/SystemDouble.h"
 
 #include <gmock/gmock.h>
 
@@ -39,6 +40,14 @@ TEST_F(RegisteredFonts, AValueThatIsNoFullPathOfAFileIsSkipped) {
     EXPECT_THAT(fontFiles(), IsEmpty());
     EXPECT_THAT(folderNames(), IsEmpty());
     EXPECT_TRUE(service().errors.empty());
+}
+
+TEST_F(RegisteredFonts, ABareFileNameIsNotFollowedEvenIfItIsThere) {
+    class EveryFile : public SystemDouble {
+        bool isRegularFile(const std::u16string&) override { return true; }
+    } system;
+    readRegistryFonts(service(), {u"a.ttf", u"sub/a.ttf"});
+    EXPECT_THAT(folderNames(), IsEmpty());
 }
 
 TEST_F(RegisteredFonts, AnUnknownExtensionIsSkipped) {

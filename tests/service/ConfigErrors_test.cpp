@@ -71,9 +71,11 @@ TEST(ConfigErrors, LevelRecordedGoesToTheErrorsOfTheServiceAndReturns) {
         const std::size_t before = service.errors.size();
         EXPECT_NO_THROW(configError(static_cast<FS_ERROR>(code), u"a", u"b", u"c", u"d"));
         ASSERT_EQ(service.errors.size(), before + 1) << code;
-        EXPECT_EQ(service.errors.get(service.errors.size() - 1)->getCode(), code == 7 ? 1024 : code);
+        EXPECT_EQ(service.errors.get(service.errors.size() - 1)->getCode(),
+                  code == 7 ? 1024 : code);
     }
-    EXPECT_EQ(utf8(service.errors.get(service.errors.size() - 1)->getMessage()), "FontServiceModule error: 7");
+    EXPECT_EQ(utf8(service.errors.get(service.errors.size() - 1)->getMessage()),
+              "FontServiceModule error: 7");
 }
 
 TEST(ConfigErrors, EveryOtherLevelIsThrown) {

@@ -2,6 +2,8 @@
 
 #include "registry/FS_FontService.h"
 #include "registry/RegistryFixture.h"
+#include "support/OwnProcess.h"
+#include "support/SystemDouble.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -35,17 +37,25 @@ TEST(ToTag, AnyCharacterOutsidePrintableAsciiGives0) {
     EXPECT_EQ(toTAG(u"\U00010000a"), 0U);
 }
 
-TEST(FontServiceOpen, OpensWithTheDefaultsForANullOrEmptyPath) {
-    EXPECT_EQ(FontServiceOpen(nullptr, nullptr), FS_ERROR_NONE);
-    EXPECT_EQ(FontServiceOpen("", nullptr), FS_ERROR_NONE);
-    EXPECT_EQ(FontServiceOpen("", "", nullptr), FS_ERROR_NONE);
+/// Whether the service is open with the folders of the system.
+bool isOpenWithTheDefaults() {
+    const FS_FontService* const service = g_fontService.load();
+    return service != nullptr && service->configUri.isEmpty() && service->folders.size() == 2;
+}
+
+TEST(FontServiceOpen, OpensWithTheDefaultsForANullPath) {
+    KW_IN_OWN_PROCESS(EXPECT_EQ(FontServiceOpen(nullptr, nullptr), FS_ERROR_NONE);
+                      EXPECT_TRUE(isOpenWithTheDefaults()));
+}
+
+TEST(FontServiceOpen, OpensWithTheDefaultsForAnEmptyPath) {
+    KW_IN_OWN_PROCESS(EXPECT_EQ(FontServiceOpen("", "", nullptr), FS_ERROR_NONE);
+                      EXPECT_TRUE(isOpenWithTheDefaults()));
 }
 
 TEST(GetFontError, AServiceWithoutProblemsHasNone) {
-    EXPECT_EQ(FS_GetFontError(nullptr, 0), 0);
-    KWCommonNS::KWError error;
-    EXPECT_EQ(FS_GetFontError(&error, 0), -1);
-    EXPECT_FALSE(error.isError());
+    KW_IN_OWN_PROCESS(EXPECT_EQ(FS_GetFontError(nullptr, 0), 0); KWCommonNS::KWError error;
+                      EXPECT_EQ(FS_GetFontError(&error, 0), -1); EXPECT_FALSE(error.isError()));
 }
 
 TEST(GetFontConfigPath, TakesARelativePathAgainstTheFolderOfTheLibrary) {
@@ -83,6 +93,17 @@ TEST(AddFontFolderPath, AnswersTheNumberOfFontsAndOpensTheServiceOnNeed) {
     bool inAlias = false;
     EXPECT_TRUE(
         getFontService(nullptr, nullptr, nullptr)->findFont(u"addedface", {}, inAlias, false));
+}
+
+TEST(AddFontFolderPath, SwallowsAnErrorAndAnswers0) {
+    FontServiceOpen(nullptr, nullptr);
+    class Broken : public KWTest::SystemDouble {
+        std::optional<std::vector<KWPlatform::DirectoryEntry>>
+        listDirectory(const std::u16string&) override {
+            throw KWError(FS_ERROR_FONT_READ, u"broken");
+        }
+    } system;
+    EXPECT_EQ(FS_AddFontFolderPath(KWUri(u"/somewhere")), 0);
 }
 
 /// A configuration in a scratch folder.
@@ -124,17 +145,18 @@ TEST_F(FontFoldPathVector, TakesTheHomeFolder) {
 }
 
 TEST_F(FontFoldPathVector, ReadsNoFontsAndOpensNoService) {
-    read("<font-config><font-folder path='/no/such/a'/></font-config>");
-    EXPECT_EQ(g_fontService.load(), nullptr);
+    KW_IN_OWN_PROCESS(read("<font-config><font-folder path='/no/such/a'/></font-config>");
+                      EXPECT_EQ(paths.size(), 1U); EXPECT_EQ(g_fontService.load(), nullptr));
 }
 
 TEST_F(FontFoldPathVector, LeavesAnOpenServiceAsItIsButForItsNotes) {
     const FS_FontService& service = *getFontService(nullptr, nullptr, nullptr);
     const std::size_t folders = service.folders.size();
+    const std::size_t notes = service.errors.size();
     read("<font-config wrong='1'><font-folder path='/no/such/a'/></font-config>");
     EXPECT_EQ(service.folders.size(), folders);
-    ASSERT_EQ(service.errors.size(), 1U);
-    EXPECT_EQ(service.errors.get(0)->getCode(), FS_ERROR_UNKNOWN_ATTRIBUTE);
+    ASSERT_EQ(service.errors.size(), notes + 1);
+    EXPECT_EQ(service.errors.get(notes)->getCode(), FS_ERROR_UNKNOWN_ATTRIBUTE);
     EXPECT_EQ(paths.size(), 1U);
 }
 

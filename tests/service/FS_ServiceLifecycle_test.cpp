@@ -48,9 +48,9 @@ void askingStep(FS_FontService& service, const FS_OpenArguments&) {
 }
 
 constexpr FS_StartupStep kFailingConfiguration[] = {{Kind::configuration, failingConfiguration}};
-constexpr FS_StartupStep kFailingScan[] = {{Kind::fonts, failingScan}};
-constexpr FS_StartupStep kThrowing[] = {{Kind::fonts, throwingStep}};
-constexpr FS_StartupStep kAsking[] = {{Kind::fonts, askingStep}};
+constexpr FS_StartupStep kFailingScan[] = {{Kind::later, failingScan}};
+constexpr FS_StartupStep kThrowing[] = {{Kind::later, throwingStep}};
+constexpr FS_StartupStep kAsking[] = {{Kind::later, askingStep}};
 
 bool extensionTableIsFilled(const FS_FontService* service) {
     return service != nullptr && service->fileTypeByExtension.size() == 7;

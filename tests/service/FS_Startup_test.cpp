@@ -72,7 +72,7 @@ TEST_F(Startup, LeavesTheEudcRangeThatWasGiven) {
 
 TEST_F(Startup, RunsItsStepsInTheirOrder) {
     const FS_StartupStep steps[] = {
-        {Kind::configuration, note<'a'>}, {Kind::fonts, note<'b'>}, {Kind::fonts, note<'c'>}};
+        {Kind::configuration, note<'a'>}, {Kind::later, note<'b'>}, {Kind::later, note<'c'>}};
     const FS_StartupOverride replaced(steps);
     FS_FontService service;
     startUp(service, {});
@@ -81,7 +81,7 @@ TEST_F(Startup, RunsItsStepsInTheirOrder) {
 }
 
 TEST_F(Startup, AFailingConfigurationIsThrownAndEndsStartup) {
-    const FS_StartupStep steps[] = {{Kind::configuration, fail<1937>}, {Kind::fonts, note<'b'>}};
+    const FS_StartupStep steps[] = {{Kind::configuration, fail<1937>}, {Kind::later, note<'b'>}};
     const FS_StartupOverride replaced(steps);
     FS_FontService service;
     try {
@@ -96,7 +96,7 @@ TEST_F(Startup, AFailingConfigurationIsThrownAndEndsStartup) {
 
 TEST_F(Startup, AFailingLaterStepIsRecordedAndEndsTheRest) {
     const FS_StartupStep steps[] = {
-        {Kind::configuration, note<'a'>}, {Kind::fonts, fail<1921>}, {Kind::fonts, note<'c'>}};
+        {Kind::configuration, note<'a'>}, {Kind::later, fail<1921>}, {Kind::later, note<'c'>}};
     const FS_StartupOverride replaced(steps);
     FS_FontService service;
     EXPECT_NO_THROW(startUp(service, {}));
@@ -108,7 +108,7 @@ TEST_F(Startup, AFailingLaterStepIsRecordedAndEndsTheRest) {
 
 TEST_F(Startup, ExceptionsOfOtherTypesPassThrough) {
     const FS_StartupStep steps[] = {
-        {Kind::fonts, [](FS_FontService&, const FS_OpenArguments&) { throw 7; }}};
+        {Kind::later, [](FS_FontService&, const FS_OpenArguments&) { throw 7; }}};
     const FS_StartupOverride replaced(steps);
     FS_FontService service;
     EXPECT_THROW(startUp(service, {}), int);
@@ -127,7 +127,7 @@ TEST_F(Startup, HandsTheArgumentsToEveryStep) {
 }
 
 TEST_F(Startup, AScratchObjectRunsTheConfigurationAlone) {
-    const FS_StartupStep steps[] = {{Kind::configuration, note<'a'>}, {Kind::fonts, note<'b'>}};
+    const FS_StartupStep steps[] = {{Kind::configuration, note<'a'>}, {Kind::later, note<'b'>}};
     const FS_StartupOverride replaced(steps);
     FS_FontService scratch;
     EXPECT_EQ(getFontService("config", nullptr, &scratch), &scratch);

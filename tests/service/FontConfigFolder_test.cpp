@@ -30,7 +30,8 @@ TEST_F(FontConfigFolder, StandInTheirOrderInDirectoryForm) {
     EXPECT_THAT(config.folderPaths(), ElementsAre("/b/", "/a/", "/C/d/"));
     EXPECT_EQ(config.service->folders[2]->getString(), UnicodeString(u"file:///C/d/"));
     ASSERT_EQ(config.service->folderByPath.size(), 3U);
-    EXPECT_EQ(config.service->findFolder(u"file:///c/d/"), config.service->folders[2].get());
+    EXPECT_EQ(config.service->findFolder(FS_FontFolder(KWUri(u"/c/D"), false).pathKey()),
+              config.service->folders[2].get());
 }
 
 TEST_F(FontConfigFolder, PathIsTrimmed) {
@@ -109,7 +110,6 @@ TEST_F(FontConfigFolder, ExpandsTheMacroWordsOfItsPath) {
     system.folders = {{KnownFolder::fonts, u"/all"},
                       {KnownFolder::appData, u"/settings"},
                       {KnownFolder::localAppData, u"/data"}};
-    const KWPlatform::SystemOverride replaced(system);
     const ConfigRead config = read("<font-config><font-folder path='@@WINFONTS@@'/>"
                                    "<font-folder path='@@USERWINFONTS@@'/>"
                                    "<font-folder path='@@APPDATA@@/a'/>"
@@ -123,7 +123,6 @@ TEST_F(FontConfigFolder, ExpandsTheMacroWordsOfItsPath) {
 
 TEST_F(FontConfigFolder, AWordWithoutAFolderIsARelativePath) {
     FakeFolders system;
-    const KWPlatform::SystemOverride replaced(system);
     for (const std::string word : {"@@WINFONTS@@", "@@APPDATA@@", "@@LOCALAPPDATA@@", "@@HOME@@"})
         EXPECT_EQ(readPathAttribute(word).thrown,
                   "1939 Relative path is not allowed: <font-folder path=\"" + word + "\"> in FILE");
@@ -140,7 +139,6 @@ TEST_F(FontConfigFolder, AHomeFolderMayHaveANameThatIsNotUtf8) {
 TEST_F(FontConfigFolder, OnlyThePathOfAFolderIsExpanded) {
     FakeFolders system;
     system.folders = {{KnownFolder::fonts, u"/all"}};
-    const KWPlatform::SystemOverride replaced(system);
     const ConfigRead config = readRoot(
         "<font-folder path='/f'><glyph-list file='@@WINFONTS@@/g.txt' afm='a.afm'/>"
         "<font-exclude file='@@WINFONTS@@'/></font-folder>"

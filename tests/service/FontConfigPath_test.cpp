@@ -17,7 +17,6 @@ using KWTest::FakeFolders;
 TEST(ExpandFontPath, ReplacesEveryWordEverywhere) {
     FakeFolders system;
     system.folders = {{KnownFolder::fonts, u"/fonts"}, {KnownFolder::localAppData, u"/home/data"}};
-    const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(expandFontPath(u"@@WINFONTS@@/a:@@WINFONTS@@/b"),
               UnicodeString(u"/fonts/a:/fonts/b"));
     EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@/x"), UnicodeString(u"/home/data/x"));
@@ -28,7 +27,6 @@ TEST(ExpandFontPath, ReplacesEveryWordEverywhere) {
 TEST(ExpandFontPath, TheUsersFontsLieInTheirLocalData) {
     FakeFolders system;
     system.folders = {{KnownFolder::localAppData, u"/home/data"}};
-    const KWPlatform::SystemOverride replaced(system);
     const UnicodeString expected = KWPlatform::preferredSeparator() == u'\\'
                                        ? UnicodeString(u"/home/data\\Microsoft\\Windows\\Fonts")
                                        : UnicodeString(u"/home/data/fonts");
@@ -37,7 +35,6 @@ TEST(ExpandFontPath, TheUsersFontsLieInTheirLocalData) {
 
 TEST(ExpandFontPath, AWordWhoseFolderIsNotKnownStays) {
     FakeFolders system;
-    const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(expandFontPath(u"@@WINFONTS@@/a"), UnicodeString(u"@@WINFONTS@@/a"));
     EXPECT_EQ(expandFontPath(u"@@APPDATA@@/a"), UnicodeString(u"@@APPDATA@@/a"));
     EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@/a"), UnicodeString(u"@@LOCALAPPDATA@@/a"));
@@ -47,7 +44,6 @@ TEST(ExpandFontPath, AWordWhoseFolderIsNotKnownStays) {
 TEST(ExpandFontPath, KnowsTheFoldersOfSettingsAndOfLocalData) {
     FakeFolders system;
     system.folders = {{KnownFolder::appData, u"/settings"}, {KnownFolder::localAppData, u"/data"}};
-    const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(expandFontPath(u"@@APPDATA@@/f"), UnicodeString(u"/settings/f"));
     EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@/f"), UnicodeString(u"/data/f"));
 }
@@ -66,7 +62,6 @@ TEST(ExpandFontPath, ReplacesLaterWordsInWhatStandsForEarlierOnes) {
     system.folders = {{KnownFolder::fonts, u"@@APPDATA@@"},
                       {KnownFolder::appData, u"@@LOCALAPPDATA@@"},
                       {KnownFolder::localAppData, u"@@HOME@@"}};
-    const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(expandFontPath(u"@@WINFONTS@@", "/h"), UnicodeString(u"/h"));
 }
 
@@ -75,7 +70,6 @@ TEST(ExpandFontPath, LeavesEarlierWordsInWhatStandsForLaterOnes) {
     system.folders = {{KnownFolder::fonts, u"/fonts"},
                       {KnownFolder::appData, u"@@WINFONTS@@"},
                       {KnownFolder::localAppData, u"@@USERWINFONTS@@@@APPDATA@@"}};
-    const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(expandFontPath(u"@@APPDATA@@"), UnicodeString(u"@@WINFONTS@@"));
     EXPECT_EQ(expandFontPath(u"@@LOCALAPPDATA@@"), UnicodeString(u"@@USERWINFONTS@@@@APPDATA@@"));
     EXPECT_EQ(expandFontPath(u"@@HOME@@", "@@LOCALAPPDATA@@@@HOME@@"),
@@ -92,7 +86,6 @@ TEST(ExpandFontPath, TakesTimeInProportionToTheText) {
 TEST(FontFolders, AreTheExpansionsOfTheBareWords) {
     FakeFolders system;
     system.folders = {{KnownFolder::fonts, u"/fonts"}, {KnownFolder::localAppData, u"/home/data"}};
-    const KWPlatform::SystemOverride replaced(system);
     EXPECT_EQ(getWinFontsPath(), UnicodeString(u"/fonts"));
     EXPECT_EQ(getUserWinFontsPath(), expandFontPath(u"@@USERWINFONTS@@"));
 }

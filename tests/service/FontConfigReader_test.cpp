@@ -57,7 +57,6 @@ TEST_F(FontConfig, AFileThatCannotBeReadIsThrownWithTheReason) {
     FakeFolders system;
     system.opensFiles = false;
     files().write("fonts.xml", "<font-config/>");
-    const KWPlatform::SystemOverride replaced(system);
     const ConfigRead config = readPath(files().path("fonts.xml").string());
     EXPECT_EQ(config.thrown, "900 FILE: Permission denied");
     EXPECT_THAT(config.complaints, IsEmpty());
@@ -69,7 +68,6 @@ TEST_F(FontConfig, AFileThatCannotBeReadIsThrownWithTheReason) {
 TEST_F(FontConfig, WithoutAFileItTakesTheFoldersOfTheSystem) {
     FakeFolders system;
     system.folders = {{KnownFolder::fonts, u"/all/fonts"}, {KnownFolder::localAppData, u"/user"}};
-    const KWPlatform::SystemOverride replaced(system);
     ConfigRead config;
     config.service->useWindowsRegistry = false;
     config.service->eudcProcessing = false;
@@ -87,7 +85,6 @@ TEST_F(FontConfig, WithoutAFileItTakesTheFoldersOfTheSystem) {
 TEST_F(FontConfig, AMissingFileIsNotReported) {
     FakeFolders system;
     system.folders = {{KnownFolder::fonts, u"/all/fonts"}, {KnownFolder::localAppData, u"/user"}};
-    const KWPlatform::SystemOverride replaced(system);
     const ConfigRead config = readPath(files().path("missing.xml").string());
     EXPECT_THAT(config.complaints, IsEmpty());
     EXPECT_EQ(config.thrown, "");
@@ -96,7 +93,6 @@ TEST_F(FontConfig, AMissingFileIsNotReported) {
 TEST_F(FontConfig, AnUnknownFontsFolderIsReportedWithTheCallersPathAndBecomesAnEmptyOne) {
     FakeFolders system;
     system.folders = {{KnownFolder::localAppData, u"/user"}};
-    const KWPlatform::SystemOverride replaced(system);
     const ConfigRead config = readPath("no/such.xml");
     EXPECT_THAT(config.complaints, ElementsAre("1026 FontConfig file is not found: FILE"));
     EXPECT_EQ(config.thrown, "");
@@ -108,7 +104,6 @@ TEST_F(FontConfig, AnUnknownFontsFolderIsReportedWithTheCallersPathAndBecomesAnE
 TEST_F(FontConfig, AnUnknownUserFolderKeepsItsWord) {
     FakeFolders system;
     system.folders = {{KnownFolder::fonts, u"/all/fonts"}};
-    const KWPlatform::SystemOverride replaced(system);
     const ConfigRead config = readPath("no/such.xml");
     EXPECT_THAT(config.folderPaths(), ElementsAre("@@LOCALAPPDATA@@/fonts/", "/all/fonts/"));
     EXPECT_THAT(config.complaints, IsEmpty());
@@ -116,7 +111,6 @@ TEST_F(FontConfig, AnUnknownUserFolderKeepsItsWord) {
 
 TEST_F(FontConfig, NullAndEmptyPathsMeanTheDefaultName) {
     FakeFolders system;
-    const KWPlatform::SystemOverride replaced(system);
     for (const char* const path : {static_cast<const char*>(nullptr), ""}) {
         FS_FontService service;
         readFontConfig(service, path, nullptr);

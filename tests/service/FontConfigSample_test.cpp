@@ -112,7 +112,6 @@ protected:
 
 private:
     KWTest::FakeFolders system_;
-    KWPlatform::SystemOverride replaced_{system_};
 };
 
 TEST_F(FontConfigPage, TheWholeFileMeansWhatItSays) {
