@@ -72,6 +72,7 @@ public:
         service.folders.clear();
     }
     ~FolderWalk() {
+        queueSubfolders();
         std::move(waiting_.begin(), waiting_.end(), std::back_inserter(service_.folders));
     }
     FolderWalk(const FolderWalk&) = delete;
@@ -89,27 +90,31 @@ private:
     using Folders = std::deque<std::unique_ptr<FS_FontFolder>>;
 
     void scan(const FS_FontFolder& folder) {
-        Folders below;
         for (const DirectoryEntry& entry : entriesOf(folder)) {
             if (entry.system)
                 continue;
             if (!entry.directory)
                 loadEntry(service_, folder, entry);
             else if (folder.recursive && !entry.hidden)
-                addSubfolder(folder, entry, below);
+                addSubfolder(folder, entry);
         }
-        waiting_.insert(waiting_.begin(), std::make_move_iterator(below.begin()),
-                        std::make_move_iterator(below.end()));
+        queueSubfolders();
         attachAliases(service_, folder);
     }
 
-    void addSubfolder(const FS_FontFolder& parent, const DirectoryEntry& entry, Folders& below) {
+    void addSubfolder(const FS_FontFolder& parent, const DirectoryEntry& entry) {
         auto folder = std::make_unique<FS_FontFolder>(
             KWUri::fromFileName(parent, KWCommonNS::toText(entry.name)), true);
         if (service_.findFolder(folder->pathKey()) != nullptr || !enter(*folder))
             return;
-        below.push_back(std::move(folder));
-        service_.folderByPath.emplace(below.back()->pathKey(), below.back().get());
+        below_.push_back(std::move(folder));
+        service_.folderByPath.emplace(below_.back()->pathKey(), below_.back().get());
+    }
+
+    void queueSubfolders() {
+        waiting_.insert(waiting_.begin(), std::make_move_iterator(below_.begin()),
+                        std::make_move_iterator(below_.end()));
+        below_.clear();
     }
 
     /// False when the directory was entered already. One that cannot be read is new: the walk
@@ -121,6 +126,7 @@ private:
 
     FS_FontService& service_;
     Folders waiting_;
+    Folders below_; ///< those of the folder that is being scanned
     std::set<DirectoryIdentity> entered_;
 };
 

@@ -454,6 +454,26 @@ TEST_F(FolderScan, AWalkThatIsBrokenOffKeepsEveryFolder) {
     EXPECT_EQ(service().folderByPath.size(), 4U);
 }
 
+TEST_F(FolderScan, AFolderThatIsBrokenOffHalfwayKeepsItsSubfolders) {
+    class Breaking : public OrderedFolders {
+    public:
+        std::optional<KWPlatform::DirectoryIdentity>
+        directoryIdentity(const std::u16string& path) override {
+            if (path.ends_with(u"worse/"))
+                throw KWError(FS_ERROR_FONT_READ, u"broken off");
+            return std::nullopt;
+        }
+    } system;
+    system.root = files().path();
+    system.listed = {{"a/", {system.folder(u"below"), system.folder(u"worse")}}};
+    addFolder("a", true);
+    addFolder("b", false);
+    EXPECT_THROW(scanFolders(service()), KWError);
+    EXPECT_THAT(folderNames(), ElementsAre("a/", "a/below/", "b/"));
+    for (const auto& [key, folder] : service().folderByPath)
+        EXPECT_EQ(folder->pathKey(), key);
+}
+
 TEST_F(FolderScan, ATreeOfManyFoldersIsWalkedInLinearTime) {
     class Wide : public OrderedFolders {
     public:
