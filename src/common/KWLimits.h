@@ -24,8 +24,9 @@ inline constexpr std::size_t kXmlMaxDeclarations = 256;
 /// a few entities stay below it.
 inline constexpr unsigned long long kXmlFreeExpansion = 256ULL << 10;
 
-/// Bytes that the entities of a document may expand to, however long it is. Entities that hold
-/// entities multiply, and an attribute value is built whole before anybody sees it.
+/// Bytes that the entities of a document may expand to, and bytes that its attributes may hold by
+/// default, however long it is. Entities that hold entities multiply, and an attribute value is
+/// built whole before anybody sees it; a default value comes with every element of its name.
 inline constexpr float kXmlMaxExpansion = 2097152.0F;
 
 /// Events, and bytes in them, that one piece of input may give. A piece without entities stays far

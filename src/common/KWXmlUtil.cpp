@@ -68,6 +68,7 @@ struct KWXmlParser::State {
     std::size_t declarations = 0;
     XML_Index bytesFed = 0;
     std::size_t waitingBytes = 0;
+    std::size_t defaultedBytes = 0; // in attributes that no tag held, of the whole document
     bool finished = true;
     bool outOfMemory = false;
     bool declaredUtf8Alias = false;
@@ -137,10 +138,17 @@ void XMLCALL KWXmlParser::State::onStart(void* data, const XML_Char* name,
         }
         Event& event = state.push(KWXmlEvent::startTag);
         event.text = state.keep(name);
-        for (; *attributes != nullptr; attributes += 2) {
+        // Names and values that stand in the tag; those that declarations add come behind.
+        const int given = XML_GetSpecifiedAttributeCount(state.expat.get());
+        for (int i = 0; attributes[i] != nullptr; i += 2) {
+            const std::size_t before = state.waitingBytes;
             state.waitingBytes += kXmlAttributeCost;
-            event.attributes.emplace_back(state.keep(attributes[0]), state.keep(attributes[1]));
+            event.attributes.emplace_back(state.keep(attributes[i]), state.keep(attributes[i + 1]));
+            if (i >= given)
+                state.defaultedBytes += state.waitingBytes - before;
         }
+        if (static_cast<float>(state.defaultedBytes) > kXmlMaxExpansion)
+            state.fail("attributes hold too much by default");
     });
 }
 

@@ -57,12 +57,17 @@ void FS_FontService::addEudcRange(int first, int last) {
     const auto lastByte = static_cast<std::size_t>(last >> 3);
     const unsigned int fromFirst = 0xFFU << (first & 7);
     const unsigned int upToLast = 0xFFU >> (7 - (last & 7));
-    // Whole bytes in between: a configuration may name the whole plane over and over.
-    for (std::size_t i = firstByte; i <= lastByte; ++i) {
-        const unsigned int bits =
-            (i == firstByte ? fromFirst : 0xFFU) & (i == lastByte ? upToLast : 0xFFU);
-        eudcBitmap[i] = static_cast<std::uint8_t>(eudcBitmap[i] | bits);
+    const auto add = [this](std::size_t index, unsigned int bits) {
+        eudcBitmap[index] = static_cast<std::uint8_t>(eudcBitmap[index] | bits);
+    };
+    if (firstByte == lastByte) {
+        add(firstByte, fromFirst & upToLast);
+        return;
     }
+    add(firstByte, fromFirst);
+    add(lastByte, upToLast);
+    // A configuration may name the whole plane over and over.
+    std::fill(&eudcBitmap[firstByte + 1], &eudcBitmap[lastByte], std::uint8_t{0xFF});
 }
 
 bool FS_FontService::isEudcCodePoint(int ch) const {

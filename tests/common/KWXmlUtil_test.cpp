@@ -288,14 +288,29 @@ TEST(XmlParser, RefusesManyDefaultAttributes) {
               std::string::npos);
 }
 
-TEST(XmlParser, CountsDefaultAttributesAgainstWhatAPieceMayHold) {
+TEST(XmlParser, CountsDefaultAttributesThatAreEmptyToo) {
     std::string document = "<!DOCTYPE r [";
     for (std::size_t i = 0; i < kXmlMaxDeclarations; ++i)
         document += "<!ATTLIST a b" + std::to_string(i) + " CDATA ''>";
     document += "]><r>";
     for (int i = 0; i < 2000; ++i)
         document += "<a/>";
-    EXPECT_NE(eventsOf(document + "</r>").find("entities hold too much"), std::string::npos);
+    EXPECT_NE(eventsOf(document + "</r>").find("attributes hold too much by default"),
+              std::string::npos);
+}
+
+TEST(XmlParser, ALongDocumentMayNotHoldMoreByDefaultThanAShortOne) {
+    const auto document = [](int elements) {
+        std::string text =
+            "<!DOCTYPE r [<!ATTLIST a b CDATA '" + std::string(100000, 'y') + "'>]><r>";
+        // Far enough from one another that no piece holds many.
+        for (int i = 0; i < elements; ++i)
+            text += "<a/><!--" + std::string(9000, 'x') + "-->";
+        return text + "</r>";
+    };
+    EXPECT_FALSE(fails(document(20)));
+    EXPECT_NE(eventsOf(document(25)).find("attributes hold too much by default"),
+              std::string::npos);
 }
 
 TEST(XmlParser, ALongDocumentMayNotExpandToMoreThanAShortOne) {

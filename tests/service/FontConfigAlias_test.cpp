@@ -3,6 +3,7 @@
 #include "service/ConfigFolderReader.h"
 
 #include "service/FontConfigFixture.h"
+#include "support/DefaultLocale.h"
 
 #include <climits>
 
@@ -202,6 +203,25 @@ TEST_F(FontConfigAlias, AnAliasHasNoChildren) {
                                                "1029 Unexpected end tag: </font-alias> in FILE",
                                                "1029 Unexpected end tag: </font-folder> in FILE"))
         << "the inner end tag ends the outer alias, and so on outwards";
+}
+
+TEST_F(FontConfigAlias, WordsFollowNoLocale) {
+    const KWTest::DefaultLocale turkish("tr_TR");
+    const ConfigRead config = readFolder("<font-alias file='a.ttf'><alias family-name='X' "
+                                         "weight='DEMI' italic='FALSE'/></font-alias>");
+    const auto& aliases = config.service->folders[0]->fileAliases.begin()->second;
+    ASSERT_EQ(aliases.size(), 1U);
+    EXPECT_EQ(aliases.begin()->weight, 700);
+}
+
+TEST_F(FontConfigAlias, AnEmptyItalicIsInvalidAndNotGiven) {
+    const ConfigRead config =
+        readFolder("<font-alias file='a.ttf'><alias family-name='X' italic=''/></font-alias>");
+    EXPECT_EQ(config.complaints,
+              std::vector<std::string>{"1936 Invalid value: <alias italic=\"\"> in FILE"});
+    const auto& aliases = config.service->folders[0]->fileAliases.begin()->second;
+    ASSERT_EQ(aliases.size(), 1U);
+    EXPECT_EQ(aliases.begin()->italic, -1);
 }
 
 } // namespace

@@ -193,4 +193,10 @@ TEST_F(FontConfigEudc, UnknownAttributesOfItsElementsAreReported) {
     EXPECT_EQ(config.service->eudcMap.size(), 1U);
 }
 
+TEST_F(FontConfigEudc, TheSystemDefaultMayBeGivenAsAUri) {
+    EXPECT_EQ(
+        readEudc("<eudc-system-default file-path='file:///e%20f.tte'/>").service->eudcSystemDefault,
+        KWUri(u"/e f.tte"));
+}
+
 } // namespace

@@ -4,6 +4,7 @@
 #include "service/FontConfigFixture.h"
 
 #include <limits>
+#include <set>
 
 namespace {
 
@@ -180,6 +181,101 @@ TEST_F(FontConfigFolder, UnknownAttributesAndChildrenAreReported) {
                                                "1028 Unexpected start tag: <font-config> in FILE",
                                                "1029 Unexpected end tag: </font-config> in FILE",
                                                "1029 Unexpected end tag: </font-folder> in FILE"));
+}
+
+TEST_F(FontConfigFolder, PathIsTrimmedBeforeItsWordsAreReplaced) {
+    const ConfigRead config =
+        read("<font-config><font-folder path=' @@HOME@@ '/></font-config>", "/my folder ");
+    EXPECT_THAT(config.folderPaths(), ElementsAre("/my folder /"));
+}
+
+TEST_F(FontConfigFolder, AttributesOfOtherElementsAreUnknown) {
+    const struct {
+        const char* element;
+        const char* required;
+        std::set<std::string> own;
+    } elements[] = {
+        {"font-entry",
+         "file='a.ttf'",
+         {"file", "font-size-adjust", "unicode-range", "baseline-adjust", "glyph-list",
+          "skip-glyphname-mapping", "font-exclude", "use-zero-glyph-id"}},
+        {"font-exclude", "file='a.ttf'", {"file"}},
+        {"use-zero-glyph-id", "file='a.ttf'", {"file"}},
+        {"glyph-list", "file='l.txt' afm='a.afm'", {"file", "afm", "pfm"}},
+        {"skip-glyphname-mapping", "afm='a.afm'", {"afm", "pfm"}},
+        {"font-alias", "file='a.ttf'", {"file", "entry"}},
+    };
+    for (const auto& [element, required, own] : elements) {
+        for (const std::string attribute : {"file",
+                                            "afm",
+                                            "pfm",
+                                            "path",
+                                            "recursive",
+                                            "weight",
+                                            "italic",
+                                            "stretch",
+                                            "entry",
+                                            "family-name",
+                                            "file-path",
+                                            "mode",
+                                            "mapping",
+                                            "reference",
+                                            "start",
+                                            "end",
+                                            "font-size-adjust",
+                                            "unicode-range",
+                                            "baseline-adjust",
+                                            "glyph-list",
+                                            "skip-glyphname-mapping",
+                                            "font-exclude",
+                                            "use-zero-glyph-id"}) {
+            if (own.contains(attribute))
+                continue;
+            const ConfigRead config = readFolder(std::string("<") + element + " " + required + " " +
+                                                 attribute + "='1'/>");
+            EXPECT_THAT(config.complaints,
+                        ElementsAre("1935 Unknown attribute: <" + std::string(element) + " " +
+                                    attribute + "> in FILE"));
+        }
+    }
+}
+
+TEST_F(FontConfigFolder, AFileNameWithAColonIsNoUri) {
+    const ConfigRead config = readFolder(
+        "<font-entry file='ab:c.AFM' skip-glyphname-mapping='yes'/>"
+        "<glyph-list file='l.txt' afm='http:x.afm'/><font-alias file='file:I.TTC' entry='2'/>");
+    EXPECT_TRUE(config.options(u"ab:c.afm").skipGlyphNameMapping);
+    EXPECT_TRUE(config.options(u"ab:c.pfm").skipGlyphNameMapping);
+    EXPECT_FALSE(config.options(u"http:x.pfm").glyphList.isEmpty());
+    ASSERT_EQ(config.service->folders[0]->fileAliases.size(), 1U);
+    EXPECT_EQ(config.service->folders[0]->fileAliases.begin()->first.faceIndex, 1);
+}
+
+TEST_F(FontConfigFolder, GlyphListsMayBeGivenAsUris) {
+    const ConfigRead config = readFolder("<font-entry file='a.afm' glyph-list='file:///l%20a.txt'/>"
+                                         "<glyph-list file='file:///l%20b.txt' afm='b.afm'/>");
+    EXPECT_EQ(config.options(u"a.afm").glyphList, KWUri(u"/l a.txt"));
+    EXPECT_EQ(config.options(u"b.pfm").glyphList, KWUri(u"/l b.txt"));
+}
+
+TEST_F(FontConfigFolder, AnEmptyGlyphListClearsThatOfBothRecords) {
+    const ConfigRead config = readFolder("<font-entry file='a.afm' glyph-list='l.txt'/>"
+                                         "<font-entry file='a.pfm' glyph-list=''/>");
+    EXPECT_TRUE(config.options(u"a.afm").glyphList.isEmpty());
+    EXPECT_TRUE(config.options(u"a.pfm").glyphList.isEmpty());
+}
+
+TEST_F(FontConfigFolder, AnEntryWithoutPairedSettingsMakesOneRecord) {
+    const ConfigRead config = readFolder("<font-entry file='a.afm' baseline-adjust='1'/>");
+    EXPECT_NE(config.service->folders[0]->findOptions(u"a.afm"), nullptr);
+    EXPECT_EQ(config.service->folders[0]->findOptions(u"a.pfm"), nullptr);
+}
+
+TEST_F(FontConfigFolder, OnlyOnePercentSignDivides) {
+    EXPECT_EQ(readFolder("<font-entry file='a.ttf' font-size-adjust='150%%'/>")
+                  .options(u"a.ttf")
+                  .fontSizeAdjust,
+              1.5F);
 }
 
 // What all elements with a file name share

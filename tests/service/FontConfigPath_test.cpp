@@ -24,6 +24,10 @@ TEST(ExpandFontPath, ReplacesEveryWordEverywhere) {
               UnicodeString(u"@@winfonts@@ @WINFONTS@"));
 }
 
+TEST(ExpandFontPath, AWordCountsWhereverItStands) {
+    EXPECT_EQ(expandFontPath(u"/srv@@HOME@@/x/@@HOME@@", "/me"), UnicodeString(u"/srv/me/x//me"));
+}
+
 TEST(ExpandFontPath, TheUsersFontsLieInTheirLocalData) {
     FakeFolders system;
     system.folders = {{KnownFolder::localAppData, u"/home/data"}};
