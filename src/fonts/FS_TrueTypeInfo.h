@@ -5,6 +5,7 @@
 #include "fonts/TTI_Directory.h"
 #include "fonts/TTI_Header.h"
 #include "fonts/TTI_Kern.h"
+#include "fonts/TTI_Math.h"
 #include "fonts/TTI_Metrics.h"
 #include "fonts/TTI_Names.h"
 #include "fonts/TTI_VerticalMetrics.h"
@@ -93,6 +94,7 @@ public:
         TTI_LayoutTable gsub;
         TTI_LayoutTable gpos;
         TTI_Mort mort;
+        TTI_Math math;
     };
 
     const TTI_Directory& getTableDirectory() const {
@@ -127,7 +129,9 @@ private:
     bool loadMaxp(SfntReader& reader);
     bool loadHmtx(SfntReader& reader);
     bool loadMort(SfntReader& reader);
-    bool loadVertical(SfntReader& reader);
+    bool loadVorg(SfntReader& reader);
+    bool loadMath(SfntReader& reader);
+    bool loadVerticalAdvances(SfntReader& reader);
 
     bool hasVertLookups() const {
         return tables().gsub.hasVertFeature();

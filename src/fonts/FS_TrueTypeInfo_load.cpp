@@ -74,7 +74,9 @@ bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool 
     step(loadMaxp(reader));
     step(loadHmtx(reader));
     step(loadMort(reader));
-    step(loadVertical(reader));
+    step(loadVorg(reader));
+    step(loadMath(reader));
+    step(loadVerticalAdvances(reader));
     return allOk;
 }
 
@@ -171,20 +173,31 @@ bool FS_TrueTypeInfo::loadMort(SfntReader& reader) {
     return true;
 }
 
-bool FS_TrueTypeInfo::loadVertical(SfntReader& reader) {
-    TTI_VerticalMetrics& vertical = loadedTables_->vertical;
-    bool ok = true;
-    if (const TTI_TableRecord* vorg = tableDirectory.find(sfntTag("VORG")))
-        ok = vertical.readVorg(reader, *vorg);
-    // Vertical advances count only for a font that can also substitute vertical forms.
+bool FS_TrueTypeInfo::loadVorg(SfntReader& reader) {
+    const TTI_TableRecord* vorg = tableDirectory.find(sfntTag("VORG"));
+    return vorg == nullptr || loadedTables_->vertical.readVorg(reader, *vorg);
+}
+
+bool FS_TrueTypeInfo::loadMath(SfntReader& reader) {
+    if (!tableDirectory.has(sfntTag("MATH")))
+        return true;
+    std::vector<std::uint8_t> bytes;
+    if (!reader.readTable(sfntTag("MATH"), bytes))
+        return reader.fail(FS_ERROR_FONT_READ, "'MATH' table read error");
+    loadedTables_->math.read(ByteView(bytes.data(), bytes.size()));
+    return true;
+}
+
+bool FS_TrueTypeInfo::loadVerticalAdvances(SfntReader& reader) {
+    // They count only for a font that can also substitute vertical forms.
     if (!loadedTables_->gsub.hasVertFeature() && loadedTables_->mort.empty())
         headerTables_.numOfLongVerMetrics = 0;
     if (headerTables_.numOfLongVerMetrics == 0)
-        return ok;
+        return true;
     // The scan has found `vmtx` wherever it left a number of metrics.
-    if (vertical.readVmtx(reader, *tableDirectory.find(sfntTag("vmtx")),
-                          headerTables_.numOfLongVerMetrics))
-        return ok;
+    if (loadedTables_->vertical.readVmtx(reader, *tableDirectory.find(sfntTag("vmtx")),
+                                         headerTables_.numOfLongVerMetrics))
+        return true;
     headerTables_.numOfLongVerMetrics = 0;
     return false;
 }

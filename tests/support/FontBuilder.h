@@ -7,6 +7,7 @@
 #include "CmapTables.h"
 #include "GlyfTables.h"
 #include "LayoutTables.h"
+#include "MathTable.h"
 #include "SfntBuilder.h"
 #include "SfntTables.h"
 #include "TestFont.h"
