@@ -13,6 +13,7 @@
 namespace {
 
 using namespace KWTest;
+using KWFontService_NS::FS_MATHConstants;
 
 class SeedFolder {
 public:
@@ -101,6 +102,13 @@ void makeTableSeeds(const SeedFolder& folder) {
     add("GSUB", "gsub", SingleSubstGsub::vert({{3, 4}}).build());
     add("GSUB", "gsub1", SingleSubstGsub::vert({{3, 4}}, 1).build());
     add("GPOS", "gpos", SingleSubstGsub{.script = "latn", .feature = "kern"}.build());
+    add("MATH", "math",
+        Math{.constants = MathConstants{{FS_MATHConstants::displayOperatorMinHeight, 150}},
+             .glyphInfo = MathGlyphInfo{.italicsCorrections = {{2, 30}, {3, -12}}},
+             .variants = MathVariants{.vertical = {{2, {{2, 100}, {3, 200}, {4, 300}}}},
+                                      .horizontal = {{3, {{3, 100}, {4, 200}}, true}},
+                                      .coverageFormat = 2}}
+            .build());
     add("mort", "mort", Mort::vertical({{3, 4}}).build());
     add("glyf", "glyf", TestFont::vertical().outlines.glyf());
     add("glyf", "glyf-composite",

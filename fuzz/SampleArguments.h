@@ -5,6 +5,7 @@
 #include <KWFontService17/FS_BaseFont.h>
 #include <KWFontService17/FS_FontInfo.h>
 #include <KWFontService17/FS_LogFont.h>
+#include <KWFontService17/FS_MathConstants.h>
 #include <KWFontService17/FS_TTGlyphMap.h>
 
 #include <KWCommon15/KWMemStream.h>
@@ -85,6 +86,15 @@ struct Sample<int> {
                                           12, 0x20,    0xF041, 0x10FFFF, INT_MAX,
                                           -1, 0x20000, 0xFFFF, 1,        INT_MIN};
         return pick(kValues, variant);
+    }
+};
+
+/// Bare numbers, lengths of either kind, and values beyond the enumeration.
+template <>
+struct Sample<KWFontService_NS::FS_MATHConstants> {
+    static KWFontService_NS::FS_MATHConstants get(std::size_t variant) {
+        static constexpr int kValues[] = {0, 1, 2, 3, 4, 5, 54, 55, 56, -1, INT_MAX, INT_MIN};
+        return static_cast<KWFontService_NS::FS_MATHConstants>(pick(kValues, variant));
     }
 };
 

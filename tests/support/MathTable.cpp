@@ -10,6 +10,7 @@ using KWFontService_NS::FS_MATHConstants;
 
 std::vector<std::uint16_t> glyphsOf(const auto& records) {
     std::vector<std::uint16_t> glyphs;
+    glyphs.reserve(records.size());
     for (const auto& record : records)
         glyphs.push_back(record.glyph);
     return glyphs;
