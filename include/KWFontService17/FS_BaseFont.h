@@ -195,11 +195,18 @@ public:
 
     // --- mathematics (OpenType `MATH`) ----------------------------------------------------------
 
+    /// True when the font has constants, glyph information or variants.
     virtual bool hasMATHInfo(int faceIndex) const;
-    /// In em; not a number when the font does not say.
+    /// A percentage as a fraction, any other constant in em; not a number when the font does not
+    /// say.
     virtual KWLength getMATHConstant(FS_MATHConstants constant, int faceIndex) const;
     /// In em; not a number when the font does not say.
     virtual KWLength getItalicsCorrection(unsigned short gid, int faceIndex) const;
+    /// The glyph to take in the place of `gid` where it has to be taller (V) or wider (H); 0xFFFF
+    /// when the font has none.
+    /// @param size  in font units. 0: tall enough for an operator of a displayed formula; > 0: at
+    ///              least that much, or the last variant; < 0: at most -`size`, never the last
+    ///              variant
     virtual unsigned short getMATHVariantV(unsigned short gid, int size, int faceIndex) const;
     virtual unsigned short getMATHVariantH(unsigned short gid, int size, int faceIndex) const;
 

@@ -186,10 +186,25 @@ public:
 
     using MATHConstants = FS_MATHConstants;
 
+    // From OpenType `MATH`. A length that the font does not state is not a number: test it with
+    // std::isnan.
+
+    /// True when the font has any information for formulas.
     bool hasMATHInfo() const;
+    /// A constant of the layout of formulas. Percentages (the first two and the last) come as a
+    /// fraction, 0.7 for 70, all others as a length in em, upwards where they are heights.
     KWLength getMATHConstant(MATHConstants constant) const;
+    /// How far a slanted glyph leans over its advance, in em.
     KWLength getItalicsCorrection(unsigned short gid) const;
+    /// The glyph to take in the place of `gid` where it has to be wider, such as a brace over a
+    /// formula.
+    /// @param size  width in font units. > 0: the first variant at least that wide, or the last;
+    ///              < 0: the one before the first that is wider than -`size`, never the last;
+    ///              0: as if the constant `displayOperatorMinHeight` were asked for
+    /// @return      0xFFFF when the font has no variants of the glyph or none is narrow enough
     unsigned short getMATHVariantH(unsigned short gid, int size) const;
+    /// The same for a glyph that has to be taller, such as a parenthesis or a root. The size is a
+    /// height, and 0 gives the form of an operator in a displayed formula.
     unsigned short getMATHVariantV(unsigned short gid, int size) const;
 
     // --- layout ---------------------------------------------------------------------------------
