@@ -16,7 +16,7 @@ build_packages=(
   fonts-dejavu-core fonts-liberation2
 )
 test_packages=(
-  libgtest-dev libgmock-dev
+  libgtest-dev libgmock-dev libharfbuzz-dev
   python3 python3-fonttools opentype-sanitizer poppler-utils
   fonts-dejavu-extra fonts-dejavu-web
   fonts-noto-cjk fonts-ipafont-gothic fonts-ipafont-mincho
@@ -27,7 +27,7 @@ test_packages=(
 ci_packages=(
   clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev
   doxygen
-  libbenchmark-dev libharfbuzz-dev
+  libbenchmark-dev
 )
 bench_packages=(
   fonts-noto-core fonts-nanum fonts-unfonts-core fonts-unifont fonts-vlgothic
