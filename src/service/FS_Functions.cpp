@@ -1,5 +1,6 @@
 #include <KWFontService17/FS_Functions.h>
 
+#include "common/TagText.h"
 #include "registry/FS_FontService.h"
 #include "registry/FolderScan.h"
 #include "service/FontConfigPath.h"
@@ -88,17 +89,7 @@ UnicodeString getUserWinFontsPath() {
 }
 
 unsigned int toTAG(const UnicodeString& text) {
-    constexpr std::int32_t kTagLength = 4;
-    if (text.length() > kTagLength)
-        return 0;
-    unsigned int tag = 0;
-    for (std::int32_t i = 0; i < kTagLength; ++i) {
-        const char16_t unit = i < text.length() ? text.charAt(i) : u' ';
-        if (unit < 0x20 || unit > 0x7E)
-            return 0;
-        tag = tag << 8 | unit;
-    }
-    return tag;
+    return KWCommonNS::tagOfText(text);
 }
 
 } // namespace KWFontService_NS
