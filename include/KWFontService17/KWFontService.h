@@ -16,3 +16,7 @@
 #include <KWFontService17/FS_MathConstants.h>
 #include <KWFontService17/FS_TTGlyphMap.h>
 #include <KWFontService17/FS_Types.h>
+#include <KWFontService17/GlyphIDArray.h>
+#include <KWFontService17/GlyphIDArray2.h>
+#include <KWFontService17/GlyphIDClassPair.h>
+#include <KWFontService17/GlyphIDPosition.h>
