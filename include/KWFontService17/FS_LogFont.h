@@ -9,6 +9,9 @@ class KWFONTSERVICE_API FS_LogFont {
 public:
     FS_LogFont() = default;
     FS_LogFont(UnicodeString faceName, int weight, bool italic);
+    /// From a Windows record (FS_WindowsRecords.h): weight, italic, and the face name without one
+    /// leading "@", the mark of a vertical face.
+    FS_LogFont(const tagLOGFONTW& font);
 
     const UnicodeString& getFaceName() const { return faceName; }
     /// CSS weight, 100 to 900.
@@ -30,6 +33,9 @@ public:
     FS_EnumLogFontEx() = default;
     explicit FS_EnumLogFontEx(const FS_LogFont& font);
     FS_EnumLogFontEx(UnicodeString faceName, UnicodeString fullName, int weight, bool italic);
+    /// From a Windows record (FS_WindowsRecords.h): its logical font, and the full name without one
+    /// leading "@".
+    FS_EnumLogFontEx(const tagENUMLOGFONTEXW& font);
 
     const UnicodeString& getFullName() const { return fullName; }
 

@@ -5,7 +5,25 @@
 #include <cstdint>
 #include <string>
 
+// The Windows records that the interface speaks of; FS_WindowsRecords.h has their members.
+#if defined(_WIN32)
+struct tagENUMLOGFONTEXW;
+struct tagLOGFONTW;
+struct tagPANOSE;
+typedef struct tagPANOSE PANOSE;
+#endif
+
 namespace KWFontService_NS {
+
+#if defined(_WIN32)
+using ::PANOSE;
+using ::tagENUMLOGFONTEXW;
+using ::tagLOGFONTW;
+#else
+struct PANOSE;
+struct tagENUMLOGFONTEXW;
+struct tagLOGFONTW;
+#endif
 
 /// No glyph: the answer of every query that finds none.
 inline constexpr unsigned short FS_NO_GLYPH = 0xFFFF;
@@ -76,21 +94,6 @@ enum class GlyphClassDef : std::int16_t {
     Mark = 3,
     Component = 4,
 };
-
-/// The ten PANOSE bytes (OpenType `OS/2` panose), laid out as the Windows record of this name.
-struct PANOSE {
-    std::uint8_t bFamilyType;
-    std::uint8_t bSerifStyle;
-    std::uint8_t bWeight;
-    std::uint8_t bProportion;
-    std::uint8_t bContrast;
-    std::uint8_t bStrokeVariation;
-    std::uint8_t bArmStyle;
-    std::uint8_t bLetterform;
-    std::uint8_t bMidline;
-    std::uint8_t bXHeight;
-};
-static_assert(sizeof(PANOSE) == 10);
 
 class FS_BaseFont;
 

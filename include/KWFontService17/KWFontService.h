@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Everything of the font service.
+/// Everything of the font service but FS_WindowsRecords.h, which brings <windows.h> on Windows.
 
 #include <KWFontService17/FS_BaseFont.h>
 #include <KWFontService17/FS_Error.h>

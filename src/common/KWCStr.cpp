@@ -1,7 +1,10 @@
 #include "KWCommon15/KWCStr.h"
 
 #include "common/PlatformText.h"
-#include "platform/Platform.h"
+
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace KWCommonNS {
 
@@ -10,7 +13,10 @@ KWCStr::KWCStr(const char* bytes) : bytes_(bytes != nullptr ? bytes : "") {
 }
 
 KWCStr::KWCStr(const UnicodeString& text) : UnicodeString(text) {
-    std::optional<std::string> bytes = KWPlatform::narrowPath(toView(text));
+    const std::u16string_view units = toView(text);
+    std::optional<std::string> bytes;
+    if (units.find(u'\0') == std::u16string_view::npos)
+        bytes = KWPlatform::encodeBytes(units);
     hasBytes_ = bytes.has_value();
     if (hasBytes_)
         bytes_ = std::move(*bytes);

@@ -5,6 +5,10 @@
 #include "fonts/FS_ServiceContext.h"
 
 #include <KWFontService17/FS_LogFont.h>
+#include <KWFontService17/FS_WindowsRecords.h>
+
+#include <new>
+#include <type_traits>
 
 namespace KWFontService_NS {
 
@@ -100,13 +104,13 @@ bool FS_TrueTypeInfo::isFixedWidthFont() const {
 }
 
 bool FS_TrueTypeInfo::isSerifLikeFont() const {
-    const PANOSE& panose = headerTables_.panose;
-    return panose.bFamilyType == kPanoseLatinText && panose.bSerifStyle >= 2 &&
-           panose.bSerifStyle <= 10;
+    const auto& panose = headerTables_.panose;
+    return panose[TTI_Header::FamilyType] == kPanoseLatinText &&
+           panose[TTI_Header::SerifStyle] >= 2 && panose[TTI_Header::SerifStyle] <= 10;
 }
 
 bool FS_TrueTypeInfo::isScriptLikeFont() const {
-    return headerTables_.panose.bFamilyType == kPanoseLatinScript;
+    return headerTables_.panose[TTI_Header::FamilyType] == kPanoseLatinScript;
 }
 
 unsigned char FS_TrueTypeInfo::getFamilyClass() const {
@@ -118,7 +122,12 @@ unsigned char FS_TrueTypeInfo::getFamilySubclass() const {
 }
 
 const PANOSE* FS_TrueTypeInfo::getPanose() const {
-    return headerTables_.hasOS2 ? &headerTables_.panose : nullptr;
+    // The array of bytes gives room to the record, which is bytes alone.
+    static_assert(std::is_trivial_v<PANOSE> && alignof(PANOSE) == 1);
+    static_assert(sizeof(PANOSE) == std::tuple_size_v<decltype(headerTables_.panose)>);
+    if (!headerTables_.hasOS2)
+        return nullptr;
+    return std::launder(reinterpret_cast<const PANOSE*>(headerTables_.panose.data()));
 }
 
 void FS_TrueTypeInfo::setEudcFont(const FS_FontRef& ref) {

@@ -66,8 +66,8 @@ bool TTI_Header::readOS2(SfntReader& reader, const TTI_TableRecord& table) {
     fsType = ByteView::loadU16(&bytes[8]);
     familyClass = bytes[30];
     familySubclass = bytes[31];
-    std::memcpy(&panose, &bytes[32], sizeof panose);
-    isFixedPitch = panose.bFamilyType == 2 && panose.bProportion == 9;
+    std::copy_n(&bytes[32], panose.size(), panose.begin());
+    isFixedPitch = panose[FamilyType] == 2 && panose[Proportion] == 9;
     for (std::size_t i = 0; i < ulUnicodeRange.size(); ++i)
         ulUnicodeRange[i] = ByteView::loadU32(&bytes[42 + 4 * i]);
     fsSelection = ByteView::loadU16(&bytes[62]);

@@ -5,6 +5,7 @@
 #include <KWFontService17/FS_Types.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace KWFontService_NS {
@@ -13,6 +14,9 @@ namespace KWFontService_NS {
 /// `maxp`), in host byte order. Each reader answers false after reporting what failed.
 class TTI_Header {
 public:
+    /// Places of the PANOSE bytes that are looked at here.
+    enum PanosePlace : std::size_t { FamilyType = 0, SerifStyle = 1, Proportion = 3 };
+
     bool readHead(SfntReader& reader);
     bool readHhea(SfntReader& reader);
     bool readOS2(SfntReader& reader, const TTI_TableRecord& table);
@@ -49,7 +53,7 @@ public:
     std::uint16_t fsType = 0;
     std::uint8_t familyClass = 0;
     std::uint8_t familySubclass = 0;
-    PANOSE panose{};
+    std::array<std::uint8_t, 10> panose{};
     std::array<std::uint32_t, 4> ulUnicodeRange{};
     std::uint16_t fsSelection = 0;
     std::uint16_t usFirstCharIndex = 0;

@@ -1,8 +1,9 @@
+#include "common/PlatformText.h"
 #include "fonts/FS_ServiceContext.h"
 #include "fonts/FontStream.h"
+#include "platform/Platform.h"
 #include "raster/FTFace.h"
 
-#include <KWCommon15/KWCStr.h>
 #include <KWCommon15/KWLock.h>
 #include <KWCommon15/KWMemStream.h>
 
@@ -13,10 +14,11 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
+#include <string>
 
 namespace KWFontService_NS {
 
-using KWCommonNS::KWCStr;
 using KWCommonNS::KWMutex;
 
 namespace {
@@ -50,11 +52,12 @@ bool readFile(FS_BaseFont& font, FTFaceBytes held) {
 
 /// By its path. FreeType's failure to open the file at all is left to the other way.
 FT_Error openPath(FT_Library library, const KWUri& uri, int faceIndex, FT_Face& face) {
-    const KWCStr path(uri.getLocalPath());
+    const std::optional<std::string> path =
+        KWPlatform::narrowPath(KWCommonNS::toPath(uri.getLocalPath()));
     // The test keeps FreeType from waiting for a pipe that has taken the file's place.
-    if (!path.hasBytes() || !uri.isFileExists())
+    if (!path || !uri.isFileExists())
         return FT_Err_Cannot_Open_Resource;
-    return FT_New_Face(library, path.c_str(), faceIndex, &face);
+    return FT_New_Face(library, path->c_str(), faceIndex, &face);
 }
 
 } // namespace

@@ -95,8 +95,8 @@ TEST_F(HeaderTest, ReadsOS2) {
     EXPECT_EQ(h.fsType, 8);
     EXPECT_EQ(h.familyClass, 8);
     EXPECT_EQ(h.familySubclass, 5);
-    EXPECT_EQ(h.panose.bSerifStyle, 11);
-    EXPECT_EQ(h.panose.bXHeight, 5);
+    EXPECT_EQ(h.panose[TTI_Header::SerifStyle], 11);
+    EXPECT_EQ(h.panose.back(), 5);
     EXPECT_EQ(h.ulUnicodeRange, (std::array<std::uint32_t, 4>{0x11, 0x22, 0x33, 0x44}));
     EXPECT_EQ(h.fsSelection, 0x81);
     EXPECT_EQ(h.usFirstCharIndex, 0x21);
