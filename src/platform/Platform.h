@@ -97,7 +97,7 @@ public:
     /// All text values of a key in the order of the registry.
     virtual std::vector<RegistryText> registryTexts(RegistryHive hive,
                                                     const std::u16string& key) = 0;
-    /// Folder where a loaded module really lies, links resolved, without a closing separator.
+    /// Folder where a loaded module lies, without a closing separator; on posix with links resolved.
     /// @param moduleName its file name on Windows, "X.dll"; on posix "libX.so" and its versions are
     ///                   meant. The folder of the program when no such module is loaded
     virtual std::u16string moduleFolder(const std::u16string& moduleName) = 0;
@@ -126,7 +126,9 @@ private:
 /// That of the system in use.
 char16_t preferredSeparator();
 
-/// A path as other libraries take it (`const char*`); nothing when it has no such form.
+/// A path as other libraries take it (`const char*`), for opening a file by it; nothing when it has
+/// no such form. On Windows only short ASCII paths have one: what other bytes mean there differs
+/// from machine to machine.
 std::optional<std::string> narrowPath(std::u16string_view path);
 
 } // namespace KWPlatform
