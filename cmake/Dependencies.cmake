@@ -10,6 +10,7 @@ endif()
 
 # What each part is made with beyond ICU, which the public headers speak of.
 set(KW_PLATFORM_DEPENDENCIES Threads::Threads ${CMAKE_DL_LIBS}
-  $<$<BOOL:${KW_WITH_FONTCONFIG}>:Fontconfig::Fontconfig>)
+  $<$<BOOL:${KW_WITH_FONTCONFIG}>:Fontconfig::Fontconfig>
+  $<$<BOOL:${WIN32}>:advapi32> $<$<BOOL:${WIN32}>:shell32>)
 set(KW_COMMON_DEPENDENCIES ZLIB::ZLIB EXPAT::EXPAT Threads::Threads)
 set(KW_FONTSERVICE_DEPENDENCIES Freetype::Freetype Threads::Threads)

@@ -2,6 +2,8 @@
 # library, in which tests reach what the shared ones hide. The seam to the operating system keeps
 # no state and is no part of any interface: each shared library has its own, hidden copy.
 
+set(KWCommon15_VERSION 15.0.0)
+
 set(KW_PLATFORM_ROOMS platform)
 set(KW_COMMON_ROOMS common)
 set(KW_FONTSERVICE_ROOMS type1 cff layout fonts raster embed registry service)
@@ -57,6 +59,16 @@ function(kw_add_shared target export_name objects)
     LINKER_LANGUAGE CXX
     VERIFY_INTERFACE_HEADER_SETS ON)
   target_compile_features(${target} INTERFACE cxx_std_20)
+  if(WIN32)
+    # "X.dll" under every compiler, with the version where Windows looks for it.
+    set(version_target ${target})
+    set(version "${${target}_VERSION}")
+    string(REPLACE "." "," version_numbers "${version},0")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in"
+      "${PROJECT_BINARY_DIR}/version/${target}.rc" @ONLY)
+    target_sources(${target} PRIVATE "${PROJECT_BINARY_DIR}/version/${target}.rc")
+    set_target_properties(${target} PROPERTIES PREFIX "")
+  endif()
   # clang leaves its sanitizer runtime to the program, so its symbols are open here by design.
   if(UNIX AND NOT APPLE AND NOT (KW_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
     target_link_options(${target} PRIVATE -Wl,--no-undefined)

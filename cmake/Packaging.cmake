@@ -28,7 +28,6 @@ install(FILES
 # The .pc files find their tree from where they lie, like the CMake package does.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
   BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${KW_PKGCONFIG_DIR}" OUTPUT_VARIABLE KW_PC_UP)
-set(KWCommon15_VERSION 15.0.0)
 foreach(library IN ITEMS KWCommon15 KWFontService17)
   configure_file("${CMAKE_CURRENT_LIST_DIR}/${library}.pc.in"
     "${PROJECT_BINARY_DIR}/package/${library}.pc" @ONLY)
