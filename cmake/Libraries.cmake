@@ -85,10 +85,22 @@ target_link_libraries(KWFontService17
   PUBLIC KWCommon15 ICU::uc
   PRIVATE ${KW_FONTSERVICE_DEPENDENCIES} ${KW_PLATFORM_DEPENDENCIES})
 
+# On Windows a call into another library differs from one within: the tests' form of the font
+# service is compiled for itself.
+set(fontservice_objects kwfontservice_objects)
+if(WIN32)
+  set(fontservice_objects kwfontservice_static_objects)
+  kw_add_objects(${fontservice_objects})
+  target_sources(${fontservice_objects} PRIVATE
+    $<TARGET_PROPERTY:kwfontservice_objects,SOURCES>)
+  target_compile_definitions(${fontservice_objects} PRIVATE KW_STATIC)
+  target_link_libraries(${fontservice_objects} PRIVATE ICU::uc ${KW_FONTSERVICE_DEPENDENCIES})
+endif()
+
 add_library(kw_internal STATIC EXCLUDE_FROM_ALL
   $<TARGET_OBJECTS:kwplatform_objects>
   $<TARGET_OBJECTS:kwcommon_objects>
-  $<TARGET_OBJECTS:kwfontservice_objects>)
+  $<TARGET_OBJECTS:${fontservice_objects}>)
 set_target_properties(kw_internal PROPERTIES LINKER_LANGUAGE CXX)
 target_include_directories(kw_internal PUBLIC
   "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")

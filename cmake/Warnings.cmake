@@ -1,8 +1,11 @@
 # kw_set_warnings(<target>): the warnings that all of our own code is clean of.
 function(kw_set_warnings target)
   if(MSVC)
-    target_compile_options(${target} PRIVATE /W4 /permissive- /utf-8
+    # 4251, 4275: classes of the C++ library in our interface; both sides use the same one.
+    target_compile_options(${target} PRIVATE
+      /W4 /permissive- /utf-8 /bigobj /Zc:preprocessor /Zc:__cplusplus /wd4251 /wd4275
       $<$<BOOL:${KW_WARNINGS_AS_ERRORS}>:/WX>)
+    target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS)
   else()
     target_compile_options(${target} PRIVATE
       -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast

@@ -47,6 +47,12 @@ kw_configure() {
     ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$kw_root" "build/$preset/CMakeCache.txt"; then
     rm -rf "build/$preset"
   fi
+  # So does one whose libraries have been built anew since.
+  if [ "$preset" = windows ] && [ -f "build/$preset/CMakeCache.txt" ] &&
+    ! grep -qF "KW_WINDOWS_DEPS:PATH=$(scripts/windows-deps.sh --prefix)" \
+      "build/$preset/CMakeCache.txt"; then
+    rm -rf "build/$preset"
+  fi
   cmake --preset "$preset" "-DCMAKE_CXX_COMPILER_LAUNCHER=$launcher" "$@"
 }
 

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Installs what the named groups need and the system lacks, by Debian package name.
 #
-#   scripts/setup.sh [--list] build|test|ci|bench ...
+#   scripts/setup.sh [--list] build|test|windows|ci|bench ...
 #
 # build: to build the libraries and the example, and to show it; test: to run all tests;
-# ci: what the further checks use; bench: many more fonts, for benchmarks that mean something.
-# A group brings the ones before it. With --list the names are
-# printed and nothing is installed.
+# windows: to cross build for Windows and run its tests under Wine, and the libraries for that, which
+# scripts/windows-deps.sh builds once; ci: what the further checks use; bench: many more fonts, for
+# benchmarks that mean something. Each brings the packages of the ones before it. With --list the
+# names are printed and nothing is installed.
 set -euo pipefail
 
 build_packages=(
@@ -24,6 +25,12 @@ test_packages=(
   fonts-lmodern lmodern fonts-texgyre-math fonts-urw-base35
   fonts-linuxlibertine fonts-hosny-amiri fonts-lohit-deva fonts-wine
 )
+windows_packages=(
+  cmake ninja-build pkg-config python3
+  g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
+  wine wine64 locales
+  googletest icu-devtools dpkg-dev
+)
 ci_packages=(
   clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev
   doxygen
@@ -36,25 +43,33 @@ bench_packages=(
 )
 
 list_only=false
+windows=false
 wanted=()
 for argument in "$@"; do
   case "$argument" in
     --list) list_only=true ;;
     build) wanted+=("${build_packages[@]}") ;;
     test) wanted+=("${build_packages[@]}" "${test_packages[@]}") ;;
-    ci) wanted+=("${build_packages[@]}" "${test_packages[@]}" "${ci_packages[@]}") ;;
+    windows)
+      windows=true
+      wanted+=("${build_packages[@]}" "${test_packages[@]}" "${windows_packages[@]}")
+      ;;
+    ci)
+      wanted+=("${build_packages[@]}" "${test_packages[@]}" "${windows_packages[@]}"
+        "${ci_packages[@]}")
+      ;;
     bench)
-      wanted+=("${build_packages[@]}" "${test_packages[@]}" "${ci_packages[@]}"
-        "${bench_packages[@]}")
+      wanted+=("${build_packages[@]}" "${test_packages[@]}" "${windows_packages[@]}"
+        "${ci_packages[@]}" "${bench_packages[@]}")
       ;;
     *)
-      echo "setup.sh: unknown group '$argument' (build, test, ci or bench)" >&2
+      echo "setup.sh: unknown group '$argument' (build, test, windows, ci or bench)" >&2
       exit 2
       ;;
   esac
 done
 if [ ${#wanted[@]} -eq 0 ]; then
-  echo "usage: scripts/setup.sh [--list] build|test|ci|bench ..." >&2
+  echo "usage: scripts/setup.sh [--list] build|test|windows|ci|bench ..." >&2
   exit 2
 fi
 if $list_only; then
@@ -73,7 +88,15 @@ for package in $(printf '%s\n' "${wanted[@]}" | sort -u); do
   status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
   [ "$status" = installed ] || missing+=("$package")
 done
-[ ${#missing[@]} -gt 0 ] || exit 0
+
+build_libraries() {
+  ! $windows || "$(dirname "${BASH_SOURCE[0]}")/windows-deps.sh"
+}
+
+if [ ${#missing[@]} -eq 0 ]; then
+  build_libraries
+  exit 0
+fi
 
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then
@@ -109,3 +132,4 @@ attempt() {
 echo "Installing: ${missing[*]}"
 attempt -q update
 attempt -q -y --no-install-recommends install "${missing[@]}"
+build_libraries

@@ -16,7 +16,7 @@ icu_major=72
 
 key=$(
   {
-    cat "$root/scripts/windows-deps.sh" "$toolchain" "$root"/cmake/windows/icu-common/*
+    cat "$root/scripts/windows-deps.sh" "$root"/cmake/windows/icu-common/*
     dpkg-query -W -f '${Package} ${Version}\n' \
       g++-mingw-w64-x86-64-posix googletest icu-devtools libz-mingw-w64-dev
   } | sha256sum | cut -c 1-12
