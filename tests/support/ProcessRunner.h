@@ -5,6 +5,14 @@
 
 namespace KWTest {
 
+/// False on Windows: the programs that tests hand files to are posix ones, and what a test would
+/// hand them is the same there.
+#if defined(_WIN32)
+inline constexpr bool kForeignPrograms = false;
+#else
+inline constexpr bool kForeignPrograms = true;
+#endif
+
 /// What a foreign program said.
 struct ProcessResult {
     int exitCode = -1; // -1 when it did not end by itself; 127 when there is no such program

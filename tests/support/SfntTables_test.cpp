@@ -95,6 +95,8 @@ TEST(Kern, TheLengthOfALongTableKeepsItsLow16Bits) {
 }
 
 TEST(SfntTables, FontToolsReadsTheOptionalTables) {
+    if (!kForeignPrograms)
+        GTEST_SKIP() << "foreign programs are not run here";
     const TempDir scratch;
     TestFont font = TestFont::vertical();
     font.with("cvt ", Cvt{.values = {1, -1}})
