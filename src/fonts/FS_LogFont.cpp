@@ -13,7 +13,8 @@ namespace KWFontService_NS {
 namespace {
 
 /// A name of a Windows record: up to its NUL, or to the end of its field.
-template <typename Unit, std::size_t N> UnicodeString nameOf(const Unit (&field)[N]) {
+template <typename Unit, std::size_t N>
+UnicodeString nameOf(const Unit (&field)[N]) {
     static_assert(sizeof(Unit) == sizeof(char16_t));
     const Unit* const end = std::find(std::begin(field), std::end(field), Unit{});
     const Unit* const start = field[0] == Unit{'@'} ? field + 1 : field;

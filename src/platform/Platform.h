@@ -97,7 +97,8 @@ public:
     /// All text values of a key in the order of the registry.
     virtual std::vector<RegistryText> registryTexts(RegistryHive hive,
                                                     const std::u16string& key) = 0;
-    /// Folder where a loaded module lies, without a closing separator; on posix with links resolved.
+    /// Folder where a loaded module lies, without a closing separator; on posix with links
+    /// resolved.
     /// @param moduleName its file name on Windows, "X.dll"; on posix "libX.so" and its versions are
     ///                   meant. The folder of the program when no such module is loaded
     virtual std::u16string moduleFolder(const std::u16string& moduleName) = 0;

@@ -13,8 +13,8 @@ namespace {
 class Key {
 public:
     Key(RegistryHive hive, const std::u16string& path) {
-        const HKEY root = hive == RegistryHive::localMachine ? HKEY_LOCAL_MACHINE
-                                                             : HKEY_CURRENT_USER;
+        const HKEY root =
+            hive == RegistryHive::localMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
         if (path.find(u'\0') != std::u16string::npos ||
             ::RegOpenKeyExW(root, toWide(path), 0, KEY_READ, &key_) != ERROR_SUCCESS)
             key_ = nullptr;
@@ -82,13 +82,11 @@ std::optional<RegistryText> readRegistryText(RegistryHive hive, const std::u16st
         return std::nullopt;
     DWORD type = REG_NONE;
     DWORD size = 0;
-    LSTATUS status =
-        ::RegQueryValueExW(key.get(), toWide(name), nullptr, &type, nullptr, &size);
+    LSTATUS status = ::RegQueryValueExW(key.get(), toWide(name), nullptr, &type, nullptr, &size);
     while (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
         std::u16string data = bufferFor(size);
         size = byteSize(data);
-        status =
-            ::RegQueryValueExW(key.get(), toWide(name), nullptr, &type, bytesOf(data), &size);
+        status = ::RegQueryValueExW(key.get(), toWide(name), nullptr, &type, bytesOf(data), &size);
         if (status == ERROR_SUCCESS) {
             const std::optional<RegistryType> known = textType(type);
             if (!known)
@@ -123,8 +121,8 @@ std::vector<RegistryText> readRegistryTexts(RegistryHive hive, const std::u16str
         if (status != ERROR_SUCCESS)
             break;
         if (const std::optional<RegistryType> known = textType(type))
-            texts.push_back(registryTextOf(name.substr(0, nameUnits), *known,
-                                           unitsOf(data, dataBytes)));
+            texts.push_back(
+                registryTextOf(name.substr(0, nameUnits), *known, unitsOf(data, dataBytes)));
         ++index;
     }
     return texts;
