@@ -1,6 +1,48 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
+set(kw_test_environment "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/no-fonts.conf")
+
+# kw_discover_tests(<target> [LABELS <labels>...] [TIMEOUT <seconds>])
+#
+# Each case of a GoogleTest program becomes a test of CTest, with a process of its own. Under an
+# emulator the program is one test: a thousand starts would take minutes.
+function(kw_discover_tests target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LABELS")
+  if(CMAKE_CROSSCOMPILING)
+    add_test(NAME ${target} COMMAND ${target} WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
+    set_tests_properties(${target} PROPERTIES
+      LABELS "${arg_LABELS}" TIMEOUT 600 ENVIRONMENT "${kw_test_environment}")
+    return()
+  endif()
+  # Discovery runs the program; before the test run and not at link time, so that a build never
+  # executes what it has just made.
+  gtest_discover_tests(${target}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
+    PROPERTIES TIMEOUT ${arg_TIMEOUT})
+  # PROPERTIES cannot carry a list, and a test may have several labels.
+  set(labels_file "${CMAKE_CURRENT_BINARY_DIR}/${target}_labels.cmake")
+  file(CONFIGURE OUTPUT "${labels_file}" @ONLY CONTENT
+    "if(@target@_TESTS)
+  set_tests_properties(\${@target@_TESTS} PROPERTIES
+    LABELS \"@arg_LABELS@\" ENVIRONMENT \"@kw_test_environment@\")
+endif()
+")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labels_file}")
+endfunction()
+
+# kw_add_japanese_run(<target>): the same program once more under Wine, in a process whose code page
+# is 932. There the bytes of a name mean something else, and some of them are separators.
+function(kw_add_japanese_run target)
+  if(CMAKE_CROSSCOMPILING)
+    add_test(NAME ${target}.InCodePage932 COMMAND ${target})
+    set_tests_properties(${target}.InCodePage932 PROPERTIES
+      TIMEOUT 600 ENVIRONMENT "${kw_test_environment};KW_WINE_LOCALE=ja_JP.UTF-8;KW_CODE_PAGE=932")
+  endif()
+endfunction()
+
 # kw_add_tests(<room> <files>... [LABELS <labels>...] [LIBRARIES <targets>...] [TIMEOUT <seconds>])
 #
 # One GoogleTest executable <room>_tests, linked with all internal objects and the shared test
@@ -25,23 +67,7 @@ function(kw_add_tests room)
   if("threads" IN_LIST arg_LABELS)
     add_dependencies(kw_thread_tests ${target})
   endif()
-  # Discovery runs the program; before the test run and not at link time, so that a build never
-  # executes what it has just made.
-  gtest_discover_tests(${target}
-    DISCOVERY_MODE PRE_TEST
-    DISCOVERY_TIMEOUT 60
-    WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
-    PROPERTIES TIMEOUT ${arg_TIMEOUT})
-  # PROPERTIES cannot carry a list, and a test may have several labels.
-  set(labels_file "${CMAKE_CURRENT_BINARY_DIR}/${target}_labels.cmake")
-  file(CONFIGURE OUTPUT "${labels_file}" @ONLY CONTENT
-    "if(@target@_TESTS)
-  set_tests_properties(\${@target@_TESTS} PROPERTIES
-    LABELS \"@room@;@arg_LABELS@\"
-    ENVIRONMENT \"FONTCONFIG_FILE=@PROJECT_SOURCE_DIR@/tests/support/no-fonts.conf\")
-endif()
-")
-  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labels_file}")
+  kw_discover_tests(${target} LABELS ${room} ${arg_LABELS} TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
 # The system's Python sees the system's packages (fontTools); another one first in PATH may not.

@@ -26,7 +26,6 @@ test_packages=(
   fonts-linuxlibertine fonts-hosny-amiri fonts-lohit-deva fonts-wine
 )
 windows_packages=(
-  cmake ninja-build pkg-config python3
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
   wine wine64 locales
   googletest icu-devtools dpkg-dev

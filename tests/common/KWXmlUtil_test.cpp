@@ -366,7 +366,8 @@ TEST(XmlParser, RefusesEndlessTokens) {
         const KWPtr<KWXmlParser> xml = parser();
         xml->open(input, u"", u"");
         EXPECT_THROW(xml->nextEvent(), KWError) << head;
-        EXPECT_LT(buffer.given, 2 * kXmlMaxTokenBytes) << head;
+        // expat may put a token off until it has twice the bytes.
+        EXPECT_LT(buffer.given, 3 * kXmlMaxTokenBytes) << head;
     }
 }
 

@@ -1,6 +1,7 @@
 #include "fonts/FS_FaceForwarder.h"
 #include "fonts/OperationSamples.h"
 #include "fonts/SfntFixture.h"
+#include "support/UnixPaths.h"
 
 #include <KWFontService17/FS_FontInfo.h>
 
@@ -111,6 +112,7 @@ TEST(BaseFont, AliasesAreASet) {
 }
 
 TEST(BaseFont, AnErrorIsTheMessageTheDetailAndThePath) {
+    const KWTest::UnixPaths system;
     const KWPtr<EmptyFont> font(new EmptyFont(KWUri("/fonts/a.ttf")));
     KWError error;
     EXPECT_FALSE(font->fontError(error, FS_ERROR_FONT_READ, "'head' table read error"));
@@ -124,6 +126,7 @@ TEST(BaseFont, AnErrorIsTheMessageTheDetailAndThePath) {
 }
 
 TEST(BaseFont, AnErrorWithoutDetailEndsInAFullStop) {
+    const KWTest::UnixPaths system;
     const KWPtr<EmptyFont> font(new EmptyFont(KWUri("/fonts/a.ttf")));
     KWError error;
     EXPECT_FALSE(font->fontError(error, FS_ERROR_UNSUPPORTED_FONT, UnicodeString()));

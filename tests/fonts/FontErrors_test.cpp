@@ -1,6 +1,7 @@
 #include "fonts/FontErrors.h"
 
 #include "registry/FakeFont.h"
+#include "support/UnixPaths.h"
 
 #include <gtest/gtest.h>
 
@@ -55,6 +56,7 @@ TEST(FontErrors, WithoutADetailTheTextEndsInAFullStop) {
 }
 
 TEST(FontErrors, AFontReportsItsOwnPathAndAnswersFalse) {
+    const KWTest::UnixPaths system;
     const KWPtr<KWTest::FakeFont> font(new KWTest::FakeFont(u"/a/with blank.ttf"));
     KWError error;
     EXPECT_FALSE(font->fontError(error, FS_ERROR_UNSUPPORTED_FONT, u"why"));

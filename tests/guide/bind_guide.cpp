@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -27,9 +28,10 @@ TEST(Guide, AFontFileIsBound) {
 
 TEST(Guide, AFileThatIsNoFontGivesAMessageWithItsPath) {
     FS_FontInfo font;
+    const std::string path = std::filesystem::path("/no/such/font.ttf").make_preferred().string();
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(bind(font, "/no/such/font.ttf"));
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("/no/such/font.ttf"), std::string::npos);
+    EXPECT_FALSE(bind(font, path));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find(path), std::string::npos);
 }
 
 } // namespace

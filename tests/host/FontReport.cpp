@@ -1,7 +1,7 @@
 // A host that does with fonts what a document needs (open or find, map, measure, draw, subset) and
 // writes every answer down. On all systems the same fonts must give the same bytes.
 //
-// usage: font_report OUTPUT FONT-FILE... [--config FILE FAMILY...]
+// usage: font_report OUTPUT CONFIGURATION FONT-FILE...
 
 #include <KWCommon15/KWCommon.h>
 #include <KWFontService17/KWFontService.h>
@@ -183,17 +183,66 @@ bool reportFile(Report& report, const char* path) {
     return true;
 }
 
+struct Request {
+    const char16_t* family;
+    int weight;
+    bool italic;
+    int stretch;
+};
+
+constexpr Request kRequests[] = {
+    {u"DejaVu Sans", 400, false, 5},   {u"dejavu-sans", 700, true, 5},
+    {u"DejaVu Sans", 200, false, 3},   {u"DejaVu Sans Mono", 400, false, 5},
+    {u"Liberation Sans", 0, false, 0}, {u"LIBERATION SERIF", 900, true, 9},
+    {u"Report Text", 700, false, 5},   {u"IPA\u660E\u671D", 400, false, 5},
+    {u"IPAMincho", 700, true, 5},      {u"No Such Family", 400, false, 5},
+};
+
+void reportRequest(Report& report, const Request& request) {
+    FS_FontInfo font;
+    report << "== " << icu::UnicodeString(request.family) << ' ' << request.weight << ' '
+           << request.italic << ' ' << request.stretch << '\n';
+    if (!font.createFont(icu::UnicodeString(request.family), request.weight, request.italic,
+                         request.stretch, nullptr, false)) {
+        report << "none " << font.getError().getMessage() << '\n';
+        return;
+    }
+    reportNames(report, font);
+    report << "adjust " << font.getFontSizeAdjust() << ' ' << font.getBaselindAdjust() << '\n';
+    reportText(report, font);
+}
+
+/// The problems of the configuration and of the fonts that it leads to.
+void reportProblems(Report& report) {
+    const int count = FS_GetFontError(nullptr, 0);
+    report << "== problems " << count << '\n';
+    for (int i = 0; i < count; ++i) {
+        KWError error;
+        FS_GetFontError(&error, i);
+        report << int{error.getCode()} << ' ' << error.getMessage() << '\n';
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (arguments.size() < 2) {
-        std::fputs("usage: font_report OUTPUT FONT-FILE...\n", stderr);
+    if (arguments.size() < 3) {
+        std::fputs("usage: font_report OUTPUT CONFIGURATION FONT-FILE...\n", stderr);
         return 2;
     }
+    KWError error;
+    if (FontServiceOpen(arguments[1].c_str(), &error) != FS_ERROR_NONE) {
+        std::string text;
+        std::fprintf(stderr, "%s\n", error.getMessage().toUTF8String(text).c_str());
+        return 1;
+    }
     Report report(arguments[0].c_str());
+    reportProblems(report);
+    for (const Request& request : kRequests)
+        reportRequest(report, request);
     bool good = true;
-    for (std::size_t i = 1; i < arguments.size(); ++i)
+    for (std::size_t i = 2; i < arguments.size(); ++i)
         good = reportFile(report, arguments[i].c_str()) && good;
     if (!report.finish()) {
         std::fprintf(stderr, "cannot write %s\n", arguments[0].c_str());

@@ -1,4 +1,5 @@
 #include "fonts/FS_TrueType.h"
+#include "platform/Platform.h"
 #include "raster/DrawFixture.h"
 
 #include <KWCommon15/KWCStr.h>
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 
@@ -67,11 +69,26 @@ TEST(FTFace, TheSameFaceIsAnsweredEveryTime) {
 }
 
 TEST(FTFace, PathsOfAnyBytesAreOpened) {
+    if (KWPlatform::preferredSeparator() != u'/')
+        GTEST_SKIP() << "names are UTF-16 here";
     const TempDir folder;
     const std::string name = "\xE5\xAD\x97 \xFF.ttf"; // not all UTF-8
     const std::string path = folder.write(name, squares().build()).string();
     const auto font = probe(KWUri(KWCommonNS::KWCStr(path.c_str()), KWCommonNS::URISTR_LOCAL));
     EXPECT_NE(font->getFTFace(0), nullptr);
+}
+
+// FreeType opens by bytes, which a path of Windows has in one code page and not in another.
+TEST(FTFace, APathWithoutBytesIsReadIntoMemory) {
+    const TempDir folder;
+    const Bytes file = squares().build();
+    const auto path = folder.path() / u"\u8868 \u0436.ttf";
+    std::filesystem::rename(folder.write("font.ttf", file), path);
+    const auto font = probe(fileUri(path));
+    ASSERT_NE(font->getFTFace(0), nullptr);
+    const bool opensByPath = KWPlatform::narrowPath(path.u16string()).has_value();
+    EXPECT_EQ(font->bytesHeld(), opensByPath ? 0U : file.size());
+    EXPECT_EQ(opensByPath, KWPlatform::preferredSeparator() == u'/');
 }
 
 TEST(FTFace, AFontWithoutAPathIsReadIntoMemory) {

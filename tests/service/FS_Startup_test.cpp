@@ -168,7 +168,7 @@ class WholeStartup : public KWTest::RegistryTest {
 protected:
     void start(const std::string& config) {
         files().write("config.xml", config);
-        startUp(service(), {files().path("config.xml").c_str(), nullptr});
+        startUp(service(), {files().path("config.xml").string().c_str(), nullptr});
     }
     std::string folder(std::string_view name, const char* attributes = "") {
         return "<font-folder path='" + files().path(name).string() + "' " + attributes + "/>";
@@ -208,7 +208,7 @@ TEST_F(WholeStartup, WithoutAFileItTakesTheFoldersOfTheUserAndTheSystemAndTheReg
     write("all/b.ttf", KWTest::namedFont(u"All"));
     write("all/below/d.ttf", KWTest::namedFont(u"Below"));
     write("far/c.ttf", KWTest::namedFont(u"Far"));
-    startUp(service(), {files().path("absent.xml").c_str(), nullptr});
+    startUp(service(), {files().path("absent.xml").string().c_str(), nullptr});
     EXPECT_EQ(fontFiles(), (std::vector<std::string>{"own/fonts/a.ttf", "all/b.ttf", "far/c.ttf"}));
     EXPECT_TRUE(service().configUri.isEmpty());
 }

@@ -20,7 +20,9 @@ TEST_F(FontConfigEudc, MappingSwitchesTheProcessing) {
     ConfigRead config;
     config.service->eudcProcessing = false;
     const std::string path =
-        files().write("f.xml", "<font-config><eudc-processing mapping='yes'/></font-config>");
+        files()
+            .write("f.xml", "<font-config><eudc-processing mapping='yes'/></font-config>")
+            .string();
     readFontConfig(*config.service, path.c_str(), nullptr);
     EXPECT_FALSE(config.service->eudcProcessing) << "an invalid value leaves the setting";
 }

@@ -72,7 +72,7 @@ TEST_F(FontConfig, WithoutAFileItTakesTheFoldersOfTheSystem) {
     config.service->useWindowsRegistry = false;
     config.service->eudcProcessing = false;
     config.service->configUri = files().uri("old.xml");
-    readFontConfig(*config.service, files().path("missing.xml").c_str(), nullptr);
+    readFontConfig(*config.service, files().path("missing.xml").string().c_str(), nullptr);
     EXPECT_THAT(config.folderPaths(),
                 ElementsAre(KWTest::utf8(getUserWinFontsPath()) + "/", "/all/fonts/"));
     EXPECT_FALSE(config.service->folders[0]->recursive);
@@ -162,10 +162,11 @@ TEST_F(FontConfig, RootAttributesChangeTheirSettings) {
     EXPECT_FALSE(config.service->useWindowsRegistry);
     EXPECT_THAT(config.complaints, IsEmpty());
 
-    const std::string path =
-        files().write("other.xml", "<font-config otf-metrics-mode='typographic' "
-                                   "use-preferred-family='TRUE' "
-                                   "windows-registry='enable'/>");
+    const std::string path = files()
+                                 .write("other.xml", "<font-config otf-metrics-mode='typographic' "
+                                                     "use-preferred-family='TRUE' "
+                                                     "windows-registry='enable'/>")
+                                 .string();
     readFontConfig(*config.service, path.c_str(), nullptr);
     EXPECT_FALSE(config.service->otfMetricsWindows);
     EXPECT_TRUE(config.service->usePreferredFamily);
@@ -252,7 +253,7 @@ TEST_F(FontConfig, AnOtfMetricsModeWithoutAModeIsTypographic) {
     ConfigRead config;
     config.service->otfMetricsWindows = true;
     const std::string path =
-        files().write("f.xml", "<font-config><otf-metrics-mode/></font-config>");
+        files().write("f.xml", "<font-config><otf-metrics-mode/></font-config>").string();
     readFontConfig(*config.service, path.c_str(), nullptr);
     EXPECT_FALSE(config.service->otfMetricsWindows);
 }
@@ -261,9 +262,11 @@ TEST_F(FontConfig, AnInvalidElementValueIsReportedAndLeavesTheSetting) {
     ConfigRead config;
     config.service->otfMetricsWindows = true;
     config.service->useWindowsRegistry = false;
-    const std::string path = files().write("f.xml", "<font-config><otf-metrics-mode mode=''/>"
-                                                    "<windows-registry reference='yes'/>"
-                                                    "<font-folder path='/f'/></font-config>");
+    const std::string path = files()
+                                 .write("f.xml", "<font-config><otf-metrics-mode mode=''/>"
+                                                 "<windows-registry reference='yes'/>"
+                                                 "<font-folder path='/f'/></font-config>")
+                                 .string();
     readFontConfig(*config.service, path.c_str(), nullptr);
     EXPECT_TRUE(config.service->otfMetricsWindows);
     EXPECT_FALSE(config.service->useWindowsRegistry);
@@ -522,7 +525,7 @@ TEST_F(FontConfig, ReportsEveryRecordedComplaintOfOneFileInItsOrder) {
 }
 
 TEST_F(FontConfig, ComplaintsOfAScratchReadGoToTheRunningService) {
-    const std::string path = files().write("f.xml", "<font-config x=''/>");
+    const std::string path = files().write("f.xml", "<font-config x=''/>").string();
     const int before = FS_GetFontError(nullptr, 0);
     std::vector<UnicodeString> paths;
     EXPECT_FALSE(FS_GetFontFoldPathVector(path.c_str(), paths));
@@ -532,8 +535,10 @@ TEST_F(FontConfig, ComplaintsOfAScratchReadGoToTheRunningService) {
 
 TEST_F(FontConfig, AStopMakesTheScratchReadAnswerFalse) {
     const std::string path =
-        files().write("f.xml", "<font-config><font-folder path='/f'><font-alias file='a'/>"
-                               "</font-folder><font-folder path='g'/></font-config>");
+        files()
+            .write("f.xml", "<font-config><font-folder path='/f'><font-alias file='a'/>"
+                            "</font-folder><font-folder path='g'/></font-config>")
+            .string();
     std::vector<UnicodeString> paths;
     EXPECT_FALSE(FS_GetFontFoldPathVector(path.c_str(), paths));
     EXPECT_THAT(paths, IsEmpty());

@@ -262,9 +262,8 @@ public:
         return data.empty() ? data : data + u"\\Microsoft\\Windows\\Fonts";
     }
 
-    std::vector<std::u16string> registeredFontFiles(RegisteredFonts list) override {
-        return fontList(list == RegisteredFonts::fonts ? u"Fonts"
-                                                       : u"Type 1 Installer\\Type 1 Fonts");
+    RegisteredFontFiles registeredFontFiles() override {
+        return {fontList(u"Fonts"), fontList(u"Type 1 Installer\\Type 1 Fonts")};
     }
 
     std::optional<RegistryText> registryText(RegistryHive hive, const std::u16string& key,

@@ -127,6 +127,7 @@ TEST(RegisteredFontFiles, AreTheTextsOfBothListsWhateverTheyName) {
     const std::vector<std::u16string> fonts{u"C:\\fonts\\a.ttf", u"arial.ttf",
                                             u"Q:\\nowhere\\b.ttf", u"C:\\c.ttf"};
     const std::vector<std::u16string> type1{u"C:\\one.pfm", u"C:\\two.pfm"};
-    EXPECT_EQ(native().registeredFontFiles(KWPlatform::RegisteredFonts::fonts), fonts);
-    EXPECT_EQ(native().registeredFontFiles(KWPlatform::RegisteredFonts::type1), type1);
+    const KWPlatform::RegisteredFontFiles files = native().registeredFontFiles();
+    EXPECT_EQ(files.fonts, fonts);
+    EXPECT_EQ(files.type1, type1);
 }

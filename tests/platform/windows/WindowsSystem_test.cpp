@@ -11,6 +11,7 @@
 #include <fstream>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -132,23 +133,30 @@ TEST(DirectoryListing, NamesOfAnyScriptComeThroughAndOpenAgain) {
 
 TEST(LongPaths, AreListedAndOpened) {
     const TempDir dir;
+    const std::u16string prefix = u"\\\\?\\";
     std::u16string folder = dir.path().u16string();
+    std::vector<std::u16string> made;
     while (folder.size() < 600) {
         folder += u"\\" + std::u16string(60, u'n');
-        ASSERT_NE(::CreateDirectoryW(toWide(u"\\\\?\\" + folder), nullptr), 0);
+        ASSERT_NE(::CreateDirectoryW(toWide(prefix + folder), nullptr), 0);
+        made.push_back(prefix + folder);
     }
-    writeFile(u"\\\\?\\" + folder + u"\\a.ttf", "bytes");
+    writeFile(prefix + folder + u"\\a.ttf", "bytes");
     const auto entries = native().listDirectory(folder);
     ASSERT_TRUE(entries);
     ASSERT_EQ(entries->size(), 1U);
     EXPECT_TRUE(native().directoryIdentity(folder));
     for (const std::u16string& path :
          {folder + u"\\a.ttf", folder + u"/../" + std::u16string(60, u'n') + u"/./a.ttf",
-          u"\\\\?\\" + folder + u"\\a.ttf"}) {
+          prefix + folder + u"\\a.ttf"}) {
         EXPECT_TRUE(native().isRegularFile(path));
         EXPECT_EQ(readAll(path), "bytes");
     }
-    fs::remove_all(fs::path(u"\\\\?\\" + dir.path().u16string()));
+    EXPECT_NE(::DeleteFileW(toWide(prefix + folder + u"\\a.ttf")), 0);
+    while (!made.empty()) {
+        EXPECT_NE(::RemoveDirectoryW(toWide(made.back())), 0);
+        made.pop_back();
+    }
 }
 
 TEST(DirectoryIdentity, IsTheSameByEveryNameAndDiffersBetweenFolders) {
