@@ -3,13 +3,14 @@ include(GoogleTest)
 
 set(kw_test_environment "FONTCONFIG_FILE=${PROJECT_SOURCE_DIR}/tests/support/no-fonts.conf")
 
-# kw_discover_tests(<target> [LABELS <labels>...] [TIMEOUT <seconds>])
+# kw_discover_tests(<target> [OWN_PROCESS] [LABELS <labels>...] [TIMEOUT <seconds>])
 #
 # Each case of a GoogleTest program becomes a test of CTest, with a process of its own. Under an
-# emulator the program is one test: a thousand starts would take minutes.
+# emulator the program is one test, since a thousand starts would take minutes, unless OWN_PROCESS
+# says that its cases do not bear each other: the service opens once in a process.
 function(kw_discover_tests target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LABELS")
-  if(CMAKE_CROSSCOMPILING)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_PROCESS" "TIMEOUT" "LABELS")
+  if(CMAKE_CROSSCOMPILING AND NOT arg_OWN_PROCESS)
     add_test(NAME ${target} COMMAND ${target} WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
     set_tests_properties(${target} PROPERTIES
       LABELS "${arg_LABELS}" TIMEOUT 600 ENVIRONMENT "${kw_test_environment}")
@@ -43,7 +44,8 @@ function(kw_add_japanese_run target)
   endif()
 endfunction()
 
-# kw_add_tests(<room> <files>... [LABELS <labels>...] [LIBRARIES <targets>...] [TIMEOUT <seconds>])
+# kw_add_tests(<room> <files>... [OWN_PROCESS] [LABELS <labels>...] [LIBRARIES <targets>...]
+#              [TIMEOUT <seconds>])
 #
 # One GoogleTest executable <room>_tests, linked with all internal objects and the shared test
 # support (target kw_test_support, made in tests/support). Every test carries the label <room>;
@@ -54,7 +56,7 @@ endfunction()
 add_custom_target(kw_thread_tests)
 
 function(kw_add_tests room)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "LABELS;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_PROCESS" "TIMEOUT" "LABELS;LIBRARIES")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
@@ -67,7 +69,12 @@ function(kw_add_tests room)
   if("threads" IN_LIST arg_LABELS)
     add_dependencies(kw_thread_tests ${target})
   endif()
-  kw_discover_tests(${target} LABELS ${room} ${arg_LABELS} TIMEOUT ${arg_TIMEOUT})
+  set(own_process "")
+  if(arg_OWN_PROCESS)
+    set(own_process OWN_PROCESS)
+  endif()
+  kw_discover_tests(${target} ${own_process}
+    LABELS ${room} ${arg_LABELS} TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
 # The system's Python sees the system's packages (fontTools); another one first in PATH may not.

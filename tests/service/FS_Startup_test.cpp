@@ -2,6 +2,7 @@
 
 #include "registry/FS_FontService.h"
 #include "registry/RegistryFixture.h"
+#include "service/FakeFolders.h"
 #include "support/SystemDouble.h"
 
 #include <gtest/gtest.h>
@@ -204,12 +205,13 @@ TEST_F(WholeStartup, WithoutAFileItTakesTheFoldersOfTheUserAndTheSystemAndTheReg
     system.fonts = path("all");
     system.userFonts = path("own");
     system.registered.fonts = {path("far/c.ttf")};
-    write("own/fonts/a.ttf", KWTest::namedFont(u"Own"));
+    write("own" + KWTest::userFontsBelowData() + "a.ttf", KWTest::namedFont(u"Own"));
     write("all/b.ttf", KWTest::namedFont(u"All"));
     write("all/below/d.ttf", KWTest::namedFont(u"Below"));
     write("far/c.ttf", KWTest::namedFont(u"Far"));
     startUp(service(), {files().path("absent.xml").string().c_str(), nullptr});
-    EXPECT_EQ(fontFiles(), (std::vector<std::string>{"own/fonts/a.ttf", "all/b.ttf", "far/c.ttf"}));
+    EXPECT_EQ(fontFiles(), (std::vector<std::string>{"own" + KWTest::userFontsBelowData() + "a.ttf",
+                                                     "all/b.ttf", "far/c.ttf"}));
     EXPECT_TRUE(service().configUri.isEmpty());
 }
 

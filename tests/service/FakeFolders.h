@@ -8,6 +8,12 @@
 
 namespace KWTest {
 
+/// Where the user's fonts lie below the local data, as posix writes it.
+inline std::string userFontsBelowData() {
+    return KWPlatform::nativeSystem().preferredSeparator() == u'/' ? "/fonts/"
+                                                                   : "/Microsoft/Windows/Fonts/";
+}
+
 /// A system that knows the folders it is given, and is otherwise the real one.
 class FakeFolders : public SystemDouble {
 public:

@@ -47,7 +47,7 @@ struct ConfigRead {
     std::vector<std::string> folderPaths() const {
         std::vector<std::string> paths;
         for (const auto& folder : service->folders)
-            paths.push_back(utf8(folder->getLocalPath()));
+            paths.push_back(posixPath(*folder));
         return paths;
     }
 };

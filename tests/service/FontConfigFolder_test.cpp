@@ -29,9 +29,10 @@ TEST_F(FontConfigFolder, StandInTheirOrderInDirectoryForm) {
     const ConfigRead config =
         readRoot("<font-folder path='/b'/><font-folder path='/a/'/><font-folder path='/C/d'/>");
     EXPECT_THAT(config.folderPaths(), ElementsAre("/b/", "/a/", "/C/d/"));
-    EXPECT_EQ(config.service->folders[2]->getString(), UnicodeString(u"file:///C/d/"));
+    UnicodeString uri = config.service->folders[2]->getString();
+    EXPECT_TRUE(uri.endsWith(UnicodeString(u"/C/d/")));
     ASSERT_EQ(config.service->folderByPath.size(), 3U);
-    EXPECT_EQ(config.service->findFolder(FS_FontFolder(KWUri(u"/c/D"), false).pathKey()),
+    EXPECT_EQ(config.service->findFolder(FS_FontFolder(KWUri(uri.toLower()), false).pathKey()),
               config.service->folders[2].get());
 }
 
@@ -50,7 +51,8 @@ TEST_F(FontConfigFolder, APathKeepsTheCharactersThatAUriWouldReadOtherwise) {
 TEST_F(FontConfigFolder, AFolderWhoseNameIsNotUtf8IsGivenAsAUri) {
     const ConfigRead config = readPathAttribute("file:///na%EFve");
     ASSERT_EQ(config.service->folders.size(), 1U);
-    EXPECT_EQ(config.service->folders[0]->getLocalPath(), UnicodeString(u"/na\xDCEFve/"));
+    EXPECT_TRUE(config.service->folders[0]->getString().endsWith(UnicodeString(u"/na%EFve/")));
+    EXPECT_NE(config.service->folders[0]->getLocalPath().indexOf(u"na\xDCEFve"), -1);
 }
 
 TEST_F(FontConfigFolder, AMissingOrEmptyPathEndsTheRead) {
@@ -90,6 +92,8 @@ TEST_F(FontConfigFolder, ARelativePathEndsTheReadThoughTheFileHasAFolder) {
 TEST_F(FontConfigFolder, AKnownPathEndsTheRead) {
     for (const std::string path :
          {"/Fonts", "/fonts", "/FONTS/", "/x/../fonts", "/fonts/.", "file:///fonts"}) {
+        if (path.starts_with("file:") && KWPlatform::preferredSeparator() != u'/')
+            continue; // a URI has its drive or none; a path is on the drive of the file
         const ConfigRead config = readRoot("<font-folder path='/Fonts'/><font-folder path='" +
                                            path + "' recursive='yes'/>");
         EXPECT_EQ(config.thrown,
@@ -118,8 +122,8 @@ TEST_F(FontConfigFolder, ExpandsTheMacroWordsOfItsPath) {
                                    "<font-folder path='@@HOME@@/c'/></font-config>",
                                    "/home/me");
     EXPECT_EQ(config.thrown, "");
-    EXPECT_THAT(config.folderPaths(),
-                ElementsAre("/all/", "/data/fonts/", "/settings/a/", "/data/b/", "/home/me/c/"));
+    EXPECT_THAT(config.folderPaths(), ElementsAre("/all/", "/data" + KWTest::userFontsBelowData(),
+                                                  "/settings/a/", "/data/b/", "/home/me/c/"));
 }
 
 TEST_F(FontConfigFolder, AWordWithoutAFolderIsARelativePath) {
@@ -134,7 +138,8 @@ TEST_F(FontConfigFolder, AWordWithoutAFolderIsARelativePath) {
 TEST_F(FontConfigFolder, AHomeFolderMayHaveANameThatIsNotUtf8) {
     const ConfigRead config = readPathAttribute("@@HOME@@/f", "/na\xEFve");
     ASSERT_EQ(config.service->folders.size(), 1U);
-    EXPECT_EQ(config.service->folders[0]->getLocalPath(), UnicodeString(u"/na\xDCEFve/f/"));
+    EXPECT_TRUE(config.service->folders[0]->getString().endsWith(UnicodeString(u"/na%EFve/f/")));
+    EXPECT_NE(config.service->folders[0]->getLocalPath().indexOf(u"na\xDCEFve"), -1);
 }
 
 TEST_F(FontConfigFolder, OnlyThePathOfAFolderIsExpanded) {
@@ -145,7 +150,7 @@ TEST_F(FontConfigFolder, OnlyThePathOfAFolderIsExpanded) {
         "<font-exclude file='@@WINFONTS@@'/></font-folder>"
         "<eudc-processing><eudc-map family-name='@@WINFONTS@@' file-path='@@WINFONTS@@/e.tte'/>"
         "<eudc-system-default file-path='@@WINFONTS@@/d.tte'/></eudc-processing>");
-    EXPECT_EQ(utf8(config.options(u"a.afm").glyphList.getLocalPath()), "/f/@@WINFONTS@@/g.txt");
+    EXPECT_EQ(KWTest::posixPath(config.options(u"a.afm").glyphList), "/f/@@WINFONTS@@/g.txt");
     EXPECT_TRUE(config.options(u"@@winfonts@@").fontExclude);
     EXPECT_EQ(config.service->eudcMap.at(u"@@WINFONTS@@"), files().uri("@@WINFONTS@@/e.tte"));
     EXPECT_EQ(config.service->eudcSystemDefault, files().uri("@@WINFONTS@@/d.tte"));
@@ -494,7 +499,7 @@ TEST_F(FontConfigFolder, AFontEntryOfAMetricsFileSetsBothRecords) {
                                              "' glyph-list='g.txt' skip-glyphname-mapping='yes' "
                                              "font-exclude='yes'/>");
         for (const char16_t* const name : {u"a.afm", u"a.pfm"}) {
-            EXPECT_EQ(utf8(config.options(name).glyphList.getLocalPath()), "/f/g.txt");
+            EXPECT_EQ(KWTest::posixPath(config.options(name).glyphList), "/f/g.txt");
             EXPECT_TRUE(config.options(name).skipGlyphNameMapping);
         }
         EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 2U);
@@ -509,8 +514,8 @@ TEST_F(FontConfigFolder, AFontEntryReplacesTheGlyphListOfBothRecords) {
                                          "<font-entry file='a.pfm' glyph-list='/abs/new.txt' "
                                          "skip-glyphname-mapping='no'/>");
     EXPECT_THAT(config.complaints, IsEmpty());
-    EXPECT_EQ(utf8(config.options(u"a.afm").glyphList.getLocalPath()), "/abs/new.txt");
-    EXPECT_EQ(utf8(config.options(u"a.pfm").glyphList.getLocalPath()), "/abs/new.txt");
+    EXPECT_EQ(KWTest::posixPath(config.options(u"a.afm").glyphList), "/abs/new.txt");
+    EXPECT_EQ(KWTest::posixPath(config.options(u"a.pfm").glyphList), "/abs/new.txt");
 }
 
 TEST_F(FontConfigFolder, GlyphSettingsOfOtherFilesHaveNoEffect) {
@@ -535,7 +540,7 @@ TEST_F(FontConfigFolder, AGlyphListIsForBothMetricsFiles) {
         EXPECT_EQ(config.thrown, "");
         EXPECT_EQ(config.service->folders[0]->fileOptions.size(), 2U);
         for (const char16_t* const name : {u"a.afm", u"a.pfm"}) {
-            EXPECT_EQ(utf8(config.options(name).glyphList.getLocalPath()), "/f/lists/g.txt");
+            EXPECT_EQ(KWTest::posixPath(config.options(name).glyphList), "/f/lists/g.txt");
             EXPECT_TRUE(config.options(name).skipGlyphNameMapping);
         }
     }
@@ -599,7 +604,7 @@ TEST_F(FontConfigFolder, EachFolderHasRecordsOfItsOwn) {
     EXPECT_EQ(config.thrown, "");
     const auto* const options = config.service->folders[1]->findOptions(u"a.afm");
     ASSERT_NE(options, nullptr);
-    EXPECT_EQ(utf8(options->glyphList.getLocalPath()), "/g/g");
+    EXPECT_EQ(KWTest::posixPath(options->glyphList), "/g/g");
 }
 
 } // namespace

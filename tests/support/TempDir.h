@@ -4,9 +4,17 @@
 #include "Paths.h"
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace KWTest {
+
+/// False on Windows, where making a symbolic link is a right that programs seldom have.
+#if defined(_WIN32)
+inline constexpr bool kSymbolicLinks = false;
+#else
+inline constexpr bool kSymbolicLinks = true;
+#endif
 
 /// A scratch folder, removed with everything in it at the end of its scope.
 class TempDir {
@@ -17,7 +25,10 @@ public:
     TempDir& operator=(const TempDir&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
-    std::filesystem::path path(std::string_view name) const { return path_ / name; }
+    /// @param name UTF-8 on every system; on posix any bytes
+    std::filesystem::path path(std::string_view name) const {
+        return path_ / std::u8string(name.begin(), name.end());
+    }
 
     /// Writes a file, with the folders above it, and answers its path.
     std::filesystem::path write(std::string_view name, const Bytes& data) const;
