@@ -40,6 +40,10 @@ public:
         out_ << text;
         return *this;
     }
+    // A literal would rather become a bool than a view.
+    Report& operator<<(const char* text) { return *this << std::string_view(text); }
+    Report& operator<<(char ch) { return *this << std::string_view(&ch, 1); }
+    Report& operator<<(bool answer) { return *this << (answer ? "yes" : "no"); }
     Report& operator<<(const icu::UnicodeString& text) {
         std::string bytes;
         text.toUTF8String(bytes);
@@ -52,7 +56,6 @@ public:
         const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
         return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
     }
-    Report& operator<<(bool answer) { return *this << std::string_view(answer ? "yes" : "no"); }
 
     void bytes(std::string_view data) {
         static constexpr char kDigits[] = "0123456789abcdef";
