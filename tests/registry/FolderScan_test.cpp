@@ -246,6 +246,8 @@ TEST_F(FolderScan, ALinkToARecursiveFolderIsNotEntered) {
 }
 
 TEST_F(FolderScan, AFolderThatALinkNamesFlatHidesNothingBelowIt) {
+    if (!KWTest::kSymbolicLinks)
+        GTEST_SKIP() << "no symbolic links";
     write("top/sub/deep/1.ttf", namedFont(u"One"));
     fs::create_directory_symlink(files().path("top/sub"), files().path("short"));
     addFolder("short", false);
@@ -449,7 +451,7 @@ TEST_F(FolderScan, AWalkThatIsBrokenOffKeepsEveryFolder) {
     public:
         std::optional<std::vector<KWPlatform::DirectoryEntry>>
         listDirectory(const std::u16string& path) override {
-            if (path.ends_with(u"b/"))
+            if (fs::path(path).generic_u16string().ends_with(u"b/"))
                 throw KWError(FS_ERROR_FONT_READ, u"broken off");
             return OrderedFolders::listDirectory(path);
         }
@@ -489,9 +491,10 @@ TEST_F(FolderScan, ATreeOfManyFoldersIsWalkedInLinearTime) {
     public:
         std::optional<std::vector<KWPlatform::DirectoryEntry>>
         listDirectory(const std::u16string& path) override {
-            if (path.ends_with(u"wide/"))
+            const std::u16string generic = fs::path(path).generic_u16string();
+            if (generic.ends_with(u"wide/"))
                 return many;
-            if (path.ends_with(u"x/"))
+            if (generic.ends_with(u"x/"))
                 return std::vector<KWPlatform::DirectoryEntry>();
             return std::vector{folder(u"x")};
         }
