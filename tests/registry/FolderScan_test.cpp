@@ -122,6 +122,11 @@ TEST_F(FolderScan, AHiddenFolderThatIsNamedIsScanned) {
     EXPECT_THAT(fontFiles(), ElementsAre(".hidden/a.ttf"));
 }
 
+/// Whatever the separator of the system.
+bool endsWith(const std::u16string& path, std::u16string_view end) {
+    return fs::path(path).generic_u16string().ends_with(end);
+}
+
 /// Directories that list what a test says, in that order; the files behind them are real.
 class OrderedFolders : public SystemDouble {
 public:
@@ -451,7 +456,7 @@ TEST_F(FolderScan, AWalkThatIsBrokenOffKeepsEveryFolder) {
     public:
         std::optional<std::vector<KWPlatform::DirectoryEntry>>
         listDirectory(const std::u16string& path) override {
-            if (fs::path(path).generic_u16string().ends_with(u"b/"))
+            if (endsWith(path, u"b/"))
                 throw KWError(FS_ERROR_FONT_READ, u"broken off");
             return OrderedFolders::listDirectory(path);
         }
@@ -471,7 +476,7 @@ TEST_F(FolderScan, AFolderThatIsBrokenOffHalfwayKeepsItsSubfolders) {
     public:
         std::optional<KWPlatform::DirectoryIdentity>
         directoryIdentity(const std::u16string& path) override {
-            if (path.ends_with(u"worse/"))
+            if (endsWith(path, u"worse/"))
                 throw KWError(FS_ERROR_FONT_READ, u"broken off");
             return std::nullopt;
         }
@@ -491,10 +496,9 @@ TEST_F(FolderScan, ATreeOfManyFoldersIsWalkedInLinearTime) {
     public:
         std::optional<std::vector<KWPlatform::DirectoryEntry>>
         listDirectory(const std::u16string& path) override {
-            const std::u16string generic = fs::path(path).generic_u16string();
-            if (generic.ends_with(u"wide/"))
+            if (endsWith(path, u"wide/"))
                 return many;
-            if (generic.ends_with(u"x/"))
+            if (endsWith(path, u"x/"))
                 return std::vector<KWPlatform::DirectoryEntry>();
             return std::vector{folder(u"x")};
         }
