@@ -39,8 +39,8 @@ enum class KnownFolder {
     localAppData, ///< data of the user on this machine
 };
 
-/// The font files that the system has registered, in its order. Full paths on posix; on Windows what
-/// the registry has, which may be a bare name or nothing that exists.
+/// The font files that the system has registered, in its order. Full paths on posix; on Windows
+/// what the registry has, which may be a bare name or nothing that exists.
 struct RegisteredFontFiles {
     std::vector<std::u16string> fonts; ///< sfnt files
     std::vector<std::u16string> type1; ///< metrics files (AFM or PFM) of Type 1 fonts
