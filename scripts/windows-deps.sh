@@ -16,7 +16,7 @@ icu_major=72
 
 key=$(
   {
-    cat "$root/scripts/windows-deps.sh" "$root"/cmake/windows/icu-common/*
+    cat "$root/scripts/windows-deps.sh" "$toolchain" "$root"/cmake/windows/icu-common/*
     dpkg-query -W -f '${Package} ${Version}\n' \
       g++-mingw-w64-x86-64-posix googletest icu-devtools libz-mingw-w64-dev
   } | sha256sum | cut -c 1-12
@@ -39,9 +39,17 @@ rm -rf "$prefix"
 
 # quietly LABEL COMMAND...: one line, and the end of the log when it fails.
 quietly() {
-  local label=$1 started=$SECONDS
+  local label=$1 status=0 started=$SECONDS
   shift
-  if ! "$@" >"$work/$label.log" 2>&1 </dev/null; then
+  # A subshell of its own keeps `set -e` alive inside, which a condition around it would switch off.
+  set +e
+  (
+    set -e
+    "$@"
+  ) >"$work/$label.log" 2>&1 </dev/null
+  status=$?
+  set -e
+  if [ "$status" -ne 0 ]; then
     echo "windows-deps.sh: $label failed:" >&2
     tail -n 40 "$work/$label.log" >&2
     exit 1

@@ -34,4 +34,11 @@ std::optional<std::u16string> longPath(std::u16string_view fullPath) {
     return std::nullopt;
 }
 
+std::u16string pathIn(std::u16string_view folder, std::u16string_view name) {
+    std::u16string path(folder);
+    if (!path.ends_with(u'\\'))
+        path += u'\\';
+    return path.append(name);
+}
+
 } // namespace KWPlatform

@@ -16,4 +16,8 @@ namespace KWPlatform {
 ///         texts with a NUL
 std::optional<std::u16string> longPath(std::u16string_view fullPath);
 
+/// Something in a folder. With the prefix the system resolves nothing, so there is one separator
+/// exactly, also where the folder ends in one.
+std::u16string pathIn(std::u16string_view folder, std::u16string_view name);
+
 } // namespace KWPlatform

@@ -76,10 +76,10 @@ public:
 
     /// Entries of a directory in the order of the file system, without "." and "..". A link is
     /// judged by what it leads to; one that leads nowhere counts as system.
-    /// @return nothing when the directory cannot be read
+    /// @return nothing when the directory cannot be read; where that breaks off, what was read
     virtual std::optional<std::vector<DirectoryEntry>>
     listDirectory(const std::u16string& path) = 0;
-    /// @return nothing when `path` is no directory
+    /// @return nothing when `path` is no directory, or the system does not tell them apart
     virtual std::optional<DirectoryIdentity> directoryIdentity(const std::u16string& path) = 0;
     /// True when `path` leads to a regular file.
     virtual bool isRegularFile(const std::u16string& path) = 0;

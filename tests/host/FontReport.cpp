@@ -1,5 +1,7 @@
 // A host that does with fonts what a document needs (open or find, map, measure, draw, subset) and
-// writes every answer down. On all systems the same fonts must give the same bytes.
+// writes every answer down. On all systems the same fonts must give the same bytes. It fails when a
+// font is not found, nothing of it can be drawn or it gives no subset: two reports of nothing would
+// agree.
 //
 // usage: font_report OUTPUT CONFIGURATION FONT-FILE...
 
@@ -111,13 +113,13 @@ std::vector<unsigned short> reportText(Report& report, const FS_FontInfo& font) 
     return glyphs;
 }
 
-void reportBitmap(Report& report, const FS_FontInfo& font, unsigned short gid, float size,
+bool reportBitmap(Report& report, const FS_FontInfo& font, unsigned short gid, float size,
                   const FS_GlyphBMPSetting& setting) {
     FS_GlyphBMP bitmap;
     KWError error;
     if (!font.drawGlyph(gid, size, 96, &bitmap, setting, error)) {
         report << "bitmap " << int{gid} << ": " << error.getMessage() << '\n';
-        return;
+        return false;
     }
     report << "bitmap " << int{gid} << ' ' << bitmap.getCols() << 'x' << bitmap.getRows() << ' '
            << bitmap.getRowsOffestFromHorizontalBaseLineToStartPoint() << ' '
@@ -129,6 +131,7 @@ void reportBitmap(Report& report, const FS_FontInfo& font, unsigned short gid, f
             report << (bitmap.getPixel(x, y) != 0 ? "#" : ".");
         report << '\n';
     }
+    return true;
 }
 
 void reportOutline(Report& report, const FS_FontInfo& font, unsigned short gid) {
@@ -148,16 +151,17 @@ void reportOutline(Report& report, const FS_FontInfo& font, unsigned short gid) 
     }
 }
 
-void reportSubset(Report& report, const FS_FontInfo& font,
+bool reportSubset(Report& report, const FS_FontInfo& font,
                   const std::vector<unsigned short>& glyphs) {
     KWMemStream subset;
     const bool made = font.getEmbedFont(glyphs, subset);
     const std::string bytes{std::istreambuf_iterator<char>(subset), {}};
     report << "subset " << made << ' ' << bytes.size();
     report.bytes(bytes);
+    return made && !bytes.empty();
 }
 
-void reportFont(Report& report, const FS_FontInfo& font) {
+bool reportFont(Report& report, const FS_FontInfo& font) {
     reportNames(report, font);
     const std::vector<unsigned short> glyphs = reportText(report, font);
     FS_GlyphBMPSetting plain;
@@ -165,14 +169,15 @@ void reportFont(Report& report, const FS_FontInfo& font) {
     bent.slantAngle = 0.2F;
     bent.rotationAngle = 0.5F;
     bent.emboldenPixels = 1;
+    bool drawn = false;
     for (const unsigned short gid : glyphs) {
         if (gid == FS_NO_GLYPH)
             continue;
-        reportBitmap(report, font, gid, 12, plain);
-        reportBitmap(report, font, gid, 18, bent);
+        drawn = reportBitmap(report, font, gid, 12, plain) || drawn;
+        drawn = reportBitmap(report, font, gid, 18, bent) || drawn;
         reportOutline(report, font, gid);
     }
-    reportSubset(report, font, glyphs);
+    return reportSubset(report, font, glyphs) && drawn;
 }
 
 bool reportFile(Report& report, const char* path) {
@@ -182,8 +187,7 @@ bool reportFile(Report& report, const char* path) {
         report << font.getError().getMessage() << '\n';
         return false;
     }
-    reportFont(report, font);
-    return true;
+    return reportFont(report, font);
 }
 
 struct Request {
@@ -191,6 +195,7 @@ struct Request {
     int weight;
     bool italic;
     int stretch;
+    bool isThere = true;
 };
 
 constexpr Request kRequests[] = {
@@ -198,21 +203,22 @@ constexpr Request kRequests[] = {
     {u"DejaVu Sans", 200, false, 3},   {u"DejaVu Sans Mono", 400, false, 5},
     {u"Liberation Sans", 0, false, 0}, {u"LIBERATION SERIF", 900, true, 9},
     {u"Report Text", 700, false, 5},   {u"IPA\u660E\u671D", 400, false, 5},
-    {u"IPAMincho", 700, true, 5},      {u"No Such Family", 400, false, 5},
+    {u"IPAMincho", 700, true, 5},      {u"No Such Family", 400, false, 5, false},
 };
 
-void reportRequest(Report& report, const Request& request) {
+bool reportRequest(Report& report, const Request& request) {
     FS_FontInfo font;
     report << "== " << icu::UnicodeString(request.family) << ' ' << request.weight << ' '
            << request.italic << ' ' << request.stretch << '\n';
     if (!font.createFont(icu::UnicodeString(request.family), request.weight, request.italic,
                          request.stretch, nullptr, false)) {
         report << "none " << font.getError().getMessage() << '\n';
-        return;
+        return !request.isThere;
     }
     reportNames(report, font);
     report << "adjust " << font.getFontSizeAdjust() << ' ' << font.getBaselindAdjust() << '\n';
     reportText(report, font);
+    return request.isThere;
 }
 
 /// The problems of the configuration and of the fonts that it leads to.
@@ -242,9 +248,9 @@ int main(int argc, char** argv) {
     }
     Report report(arguments[0].c_str());
     reportProblems(report);
-    for (const Request& request : kRequests)
-        reportRequest(report, request);
     bool good = true;
+    for (const Request& request : kRequests)
+        good = reportRequest(report, request) && good;
     for (std::size_t i = 2; i < arguments.size(); ++i)
         good = reportFile(report, arguments[i].c_str()) && good;
     if (!report.finish()) {

@@ -16,6 +16,11 @@ TEST(LongPath, APathThatHasThePrefixStays) {
         EXPECT_EQ(longPath(path), path);
 }
 
+TEST(PathIn, HasOneSeparatorAlsoWhereTheFolderEndsInOne) {
+    EXPECT_EQ(KWPlatform::pathIn(u"\\\\?\\C:\\fonts", u"a.ttf"), u"\\\\?\\C:\\fonts\\a.ttf");
+    EXPECT_EQ(KWPlatform::pathIn(u"\\\\?\\C:\\fonts\\", u"*"), u"\\\\?\\C:\\fonts\\*");
+}
+
 TEST(LongPath, DevicesAndRelativePathsHaveNone) {
     for (const char16_t* path :
          {u"", u"a.ttf", u"\\fonts\\a.ttf", u"C:", u"C:a.ttf", u"1:\\a", u"\\\\.\\NUL",

@@ -194,7 +194,6 @@ public:
         const int fd = descriptor.release();
         std::vector<DirectoryEntry> entries;
         for (;;) {
-            errno = 0;
             const dirent* const found = ::readdir(directory.get());
             if (found == nullptr)
                 break;
@@ -206,8 +205,6 @@ public:
             entry.hidden = name.front() == '.';
             judge(entry, fd, *found);
         }
-        if (errno != 0) // the listing broke off
-            return std::nullopt;
         return entries;
     }
 

@@ -87,10 +87,23 @@ std::uint64_t joined(DWORD high, DWORD low) {
     return (std::uint64_t{high} << 32) | low;
 }
 
+// English, as of the C library: what the system says in the language of the user comes in the bytes
+// of a code page.
+std::string reasonOf(DWORD code) {
+    const std::error_condition known =
+        std::error_code(static_cast<int>(code), std::system_category()).default_error_condition();
+    return known.category() == std::generic_category() ? known.message()
+                                                       : "System error " + std::to_string(code);
+}
+
+// Whoever answers on the far side of a pipe may learn who asks, not act in his name.
+constexpr DWORD kOpenFlags =
+    FILE_FLAG_BACKUP_SEMANTICS | SECURITY_SQOS_PRESENT | SECURITY_IDENTIFICATION;
+
 // A handle that tells about a file or folder without reading it.
 Handle openForQuery(const std::u16string& longPath) {
     return Handle(::CreateFileW(toWide(longPath), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
-                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+                                OPEN_EXISTING, kOpenFlags, nullptr));
 }
 
 bool queryFile(const Handle& file, BY_HANDLE_FILE_INFORMATION& info) {
@@ -117,7 +130,7 @@ DirectoryEntry entryOf(const WIN32_FIND_DATAW& found, const std::u16string& fold
     entry.system = (found.dwFileAttributes & FILE_ATTRIBUTE_SYSTEM) != 0;
     if (isLink(found)) {
         BY_HANDLE_FILE_INFORMATION target{};
-        const bool known = queryFile(openForQuery(folder + u'\\' + entry.name), target);
+        const bool known = queryFile(openForQuery(pathIn(folder, entry.name)), target);
         entry.directory = known && isDirectory(target.dwFileAttributes);
         entry.system = entry.system || !known;
     }
@@ -191,10 +204,8 @@ public:
         const auto folder = systemPath(path);
         if (!folder)
             return std::nullopt;
-        const std::u16string_view closing = folder->back() == u'\\' ? u"*" : u"\\*";
         WIN32_FIND_DATAW found{};
-        const FindHandle search(
-            ::FindFirstFileW(toWide(std::u16string(*folder).append(closing)), &found));
+        const FindHandle search(::FindFirstFileW(toWide(pathIn(*folder, u"*")), &found));
         if (!search)
             return std::nullopt;
         std::vector<DirectoryEntry> entries;
@@ -203,8 +214,6 @@ public:
             if (name != u"." && name != u"..")
                 entries.push_back(entryOf(found, *folder));
         } while (::FindNextFileW(search.get(), &found) != 0);
-        if (::GetLastError() != ERROR_NO_MORE_FILES) // the listing broke off
-            return std::nullopt;
         return entries;
     }
 
@@ -214,8 +223,10 @@ public:
         if (!folder || !queryFile(openForQuery(*folder), info) ||
             !isDirectory(info.dwFileAttributes))
             return std::nullopt;
-        return DirectoryIdentity{info.dwVolumeSerialNumber,
-                                 joined(info.nFileIndexHigh, info.nFileIndexLow)};
+        const std::uint64_t index = joined(info.nFileIndexHigh, info.nFileIndexLow);
+        if (index == 0) // some redirectors do not tell folders apart
+            return std::nullopt;
+        return DirectoryIdentity{info.dwVolumeSerialNumber, index};
     }
 
     bool isRegularFile(const std::u16string& path) override {
@@ -232,10 +243,9 @@ public:
         }
         // With the flag a folder opens as well, and can be told from what may not be opened.
         Handle file(::CreateFileW(toWide(*name), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+                                  kOpenFlags, nullptr));
         if (!file) {
-            const std::error_code error(static_cast<int>(::GetLastError()), std::system_category());
-            reason = error.default_error_condition().message();
+            reason = reasonOf(::GetLastError());
             return nullptr;
         }
         BY_HANDLE_FILE_INFORMATION info{};
