@@ -59,8 +59,8 @@ inline constexpr std::size_t kMaxVertSubtables = 1024;
 /// How often reading a layout table may come back to its bytes, on average, and how many bytes any
 /// table may have read. Offsets may share a part, and honest tables do (feature tables between
 /// language systems, subtables between lookups); a hostile one can share so that a few kilobytes
-/// unfold to gigabytes. Coverages are held once however often they are named, so that what honest
-/// tables repeat stays far below.
+/// unfold to gigabytes. Honest tables stay below a tenth: most is read in place when it is asked
+/// for, and does not count.
 inline constexpr std::size_t kLayoutReadsOfEachByte = 8;
 inline constexpr std::size_t kLayoutFreeBytes = std::size_t{1} << 20;
 

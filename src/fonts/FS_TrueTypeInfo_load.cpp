@@ -8,6 +8,7 @@
 #include <KWCommon15/KWLock.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace KWFontService_NS {
 
@@ -131,8 +132,7 @@ bool FS_TrueTypeInfo::loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind,
     if (!reader.readTable(tag, bytes))
         return fail(FS_ERROR_FONT_READ, " table read error");
     bool ok = true;
-    for (const TTI_LayoutTable::List list :
-         table.read(ByteView(bytes.data(), bytes.size()), kind)) {
+    for (const TTI_LayoutTable::List list : table.read(std::move(bytes), kind)) {
         switch (list) {
         case TTI_LayoutTable::List::Features:
             ok = fail(FS_ERROR_FONT_FILE, " feature list read error");

@@ -73,7 +73,7 @@ TTI_Math::MATHConstants::MATHConstants(ByteView table) {
 
 TTI_Math::MATHGlyphInfo::MATHGlyphInfo(ByteView table) {
     const ByteView list = objectAt(table, 0, kListHeaderSize);
-    italicsCorrectionCoverage = TTI_Coverage::read(objectAt(list, 0, 2));
+    italicsCorrectionCoverage = KeptTable<TTI_Coverage>(objectAt(list, 0, 2));
     const std::size_t count =
         heldRecords(list, kListHeaderSize, list.u16(2).value_or(0), kValueRecordSize);
     italicsCorrections.reserve(count);
@@ -83,8 +83,7 @@ TTI_Math::MATHGlyphInfo::MATHGlyphInfo(ByteView table) {
 }
 
 TTI_Math::MATHVariants::MATHVariants(ByteView table, LayoutBudget& budget)
-    : vertGlyphCoverage(TTI_Coverage::read(objectAt(table, 2, 2))),
-      horizGlyphCoverage(TTI_Coverage::read(objectAt(table, 4, 2))) {
+    : vertGlyphCoverage(objectAt(table, 2, 2)), horizGlyphCoverage(objectAt(table, 4, 2)) {
     const std::size_t vertCount = ByteView::loadU16(table.data() + 6);
     const std::size_t horizCount = ByteView::loadU16(table.data() + 8);
     vertGlyphConstruction = readConstructions(table, kVariantsHeaderSize, vertCount, budget);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "layout/KeptTable.h"
 #include "layout/TTI_Coverage.h"
 
 #include "common/ByteView.h"
@@ -50,7 +51,7 @@ private:
     };
     struct MATHGlyphInfo {
         explicit MATHGlyphInfo(KWCommonNS::ByteView table);
-        std::unique_ptr<TTI_Coverage> italicsCorrectionCoverage;
+        KeptTable<TTI_Coverage> italicsCorrectionCoverage;
         std::vector<std::int16_t> italicsCorrections; ///< by coverage index
     };
     struct Variant {
@@ -65,8 +66,8 @@ private:
         MATHVariants(KWCommonNS::ByteView table, LayoutBudget& budget);
         std::span<const Variant> variantsOf(unsigned short gid, bool vertical) const;
 
-        std::unique_ptr<TTI_Coverage> vertGlyphCoverage;
-        std::unique_ptr<TTI_Coverage> horizGlyphCoverage;
+        KeptTable<TTI_Coverage> vertGlyphCoverage;
+        KeptTable<TTI_Coverage> horizGlyphCoverage;
         std::vector<Construction> vertGlyphConstruction;  ///< by coverage index
         std::vector<Construction> horizGlyphConstruction; ///< likewise
 

@@ -7,7 +7,7 @@ namespace KWFontService_NS {
 namespace {
 
 bool hasFeature(const TTI_LangSys* langSys, unsigned int tag) {
-    return langSys != nullptr && langSys->features.count(tag) != 0;
+    return langSys != nullptr && !langSys->featuresOf(tag).empty();
 }
 
 unsigned int featureTag(const TTI_LangSys* langSys, int index) {

@@ -17,16 +17,14 @@ Found find(const TTI_LayoutTable& table, std::uint32_t scriptTag, std::uint32_t 
     if (script == nullptr)
         return {};
     Found found;
-    auto it = script->find(language);
-    if (language == kDefaultLanguage || it == script->end()) {
+    found.langSys = language != kDefaultLanguage ? script->find(language) : nullptr;
+    if (found.langSys == nullptr) {
         // Also of a script without a default language system: the caller asked in vain for more.
         found.isDefault = true;
-        it = script->find(kDefaultLanguage);
+        found.langSys = script->find(kDefaultLanguage);
     }
-    if (it != script->end()) {
+    if (found.langSys != nullptr)
         found.table = &table;
-        found.langSys = &it->second;
-    }
     return found;
 }
 

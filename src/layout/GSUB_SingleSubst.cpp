@@ -1,49 +1,38 @@
 #include "layout/GSUB_SingleSubst.h"
 
 #include "layout/LayoutArrays.h"
-#include "layout/SubTableReader.h"
 
 #include <KWFontService17/FS_Types.h>
 
 namespace KWFontService_NS {
 
-using KWCommonNS::ByteView;
+namespace {
 
-std::unique_ptr<TTI_SubTable> GSUB_SingleSubstFormat1::read(SubTableReader& reader,
-                                                            ByteView table) {
-    const auto delta = table.u16(4);
-    auto coverage = reader.coverage(table, 2);
-    if (!delta || !coverage)
-        return nullptr;
-    auto subtable = std::make_unique<GSUB_SingleSubstFormat1>();
-    subtable->coverage_ = std::move(coverage);
-    subtable->deltaGlyphID_ = *delta;
-    return subtable;
+constexpr std::size_t kDeltaField = 4;
+constexpr std::size_t kCountField = 4;
+constexpr std::size_t kSubstitutes = 6;
+
+} // namespace
+
+bool GSUB_SingleSubstFormat1::read(LayoutBudget& budget) {
+    return table().contains(kDeltaField, 2) && digestCoverage(budget);
 }
 
 unsigned short GSUB_SingleSubstFormat1::substituteSingle(unsigned short gid) const {
-    if (coverage_->coverageIndex(gid) < 0)
+    if (coverageIndex(gid) < 0)
         return FS_NO_GLYPH;
-    return static_cast<unsigned short>(gid + deltaGlyphID_);
+    return static_cast<unsigned short>(gid + table().u16(kDeltaField).value_or(0));
 }
 
-std::unique_ptr<TTI_SubTable> GSUB_SingleSubstFormat2::read(SubTableReader& reader,
-                                                            ByteView table) {
-    const auto count = table.u16(4);
-    auto coverage = reader.coverage(table, 2);
-    if (!count || !coverage || !reader.spend(heldRecords(table, 6, *count, 2) * 2))
-        return nullptr;
-    auto subtable = std::make_unique<GSUB_SingleSubstFormat2>();
-    subtable->coverage_ = std::move(coverage);
-    subtable->substitutes_ = readU16s(table, 6, *count);
-    return subtable;
+bool GSUB_SingleSubstFormat2::read(LayoutBudget& budget) {
+    return table().contains(kCountField, 2) && digestCoverage(budget);
 }
 
 unsigned short GSUB_SingleSubstFormat2::substituteSingle(unsigned short gid) const {
-    const int index = coverage_->coverageIndex(gid);
-    if (index < 0 || static_cast<std::size_t>(index) >= substitutes_.size())
+    const int index = coverageIndex(gid);
+    if (index < 0 || index >= table().u16(kCountField).value_or(0))
         return FS_NO_GLYPH;
-    return substitutes_[static_cast<std::size_t>(index)];
+    return table().u16(kSubstitutes + 2 * static_cast<std::size_t>(index)).value_or(FS_NO_GLYPH);
 }
 
 } // namespace KWFontService_NS

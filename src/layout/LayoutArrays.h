@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <iterator>
+#include <optional>
 
 namespace KWFontService_NS {
 
@@ -15,35 +16,107 @@ inline std::size_t heldRecords(KWCommonNS::ByteView view, std::size_t offset, st
     return std::min(count, view.from(offset).size() / recordSize);
 }
 
-/// The `count` numbers from `offset` on, or as many as the view holds.
-inline std::vector<std::uint16_t> readU16s(KWCommonNS::ByteView view, std::size_t offset,
-                                           std::size_t count) {
-    std::vector<std::uint16_t> values(heldRecords(view, offset, count, 2));
-    const std::uint8_t* p = view.from(offset).data();
-    for (std::uint16_t& value : values) {
-        value = KWCommonNS::ByteView::loadU16(p);
-        p += 2;
-    }
-    return values;
+/// The object whose 16-bit offset from the start of `base` stands at `field`; an empty view when
+/// there is none, since the offset is 0 or leads outside.
+inline KWCommonNS::ByteView offsetTo(KWCommonNS::ByteView base, std::size_t field) {
+    const std::uint16_t offset = base.u16(field).value_or(0);
+    return offset != 0 ? base.from(offset) : KWCommonNS::ByteView();
 }
 
-/// The place of the range that a glyph is in, among ranges with `start` and `end` in ascending
-/// order; null when there is none.
-template <class Range>
-const Range* findGlyphRange(const std::vector<Range>& ranges, unsigned short gid) {
-    std::size_t low = 0;
-    std::size_t high = ranges.size();
-    while (low < high) {
-        const std::size_t middle = (low + high) / 2;
-        const Range& range = ranges[middle];
-        if (gid < range.start)
-            high = middle;
-        else if (gid > range.end)
-            low = middle + 1;
-        else
-            return &range;
+/// 16-bit numbers of a table, read in place.
+class U16List {
+public:
+    class Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = std::uint16_t;
+        using difference_type = std::ptrdiff_t;
+        using pointer = void;
+        using reference = std::uint16_t;
+
+        Iterator() = default;
+        explicit Iterator(const std::uint8_t* at) : at_(at) {}
+        std::uint16_t operator*() const { return KWCommonNS::ByteView::loadU16(at_); }
+        Iterator& operator++() {
+            at_ += 2;
+            return *this;
+        }
+        Iterator operator++(int) {
+            const Iterator old = *this;
+            at_ += 2;
+            return old;
+        }
+        bool operator==(const Iterator&) const = default;
+
+    private:
+        const std::uint8_t* at_ = nullptr;
+    };
+
+    U16List() = default;
+    /// The `count` numbers from `offset` on, or as many as the view holds.
+    U16List(KWCommonNS::ByteView view, std::size_t offset, std::size_t count)
+        : data_(view.from(offset).data()),
+          size_(static_cast<std::uint32_t>(heldRecords(view, offset, count, 2))) {}
+
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+    /// @param i  below `size()`
+    std::uint16_t operator[](std::size_t i) const {
+        return KWCommonNS::ByteView::loadU16(data_ + 2 * i);
     }
-    return nullptr;
-}
+    Iterator begin() const { return Iterator(data_); }
+    Iterator end() const { return Iterator(data_ + 2 * size_); }
+
+private:
+    const std::uint8_t* data_ = nullptr;
+    std::uint32_t size_ = 0;
+};
+
+/// A range of glyphs, both ends included, with a number of its own.
+struct GlyphRange {
+    std::uint16_t start;
+    std::uint16_t end;
+    std::uint16_t value;
+};
+
+/// Ranges of a table, read in place.
+class GlyphRangeList {
+public:
+    static constexpr std::size_t kRecordSize = 6;
+
+    GlyphRangeList() = default;
+    /// The `count` ranges from `offset` on, or as many as the view holds.
+    GlyphRangeList(KWCommonNS::ByteView view, std::size_t offset, std::size_t count)
+        : data_(view.from(offset).data()),
+          size_(static_cast<std::uint32_t>(heldRecords(view, offset, count, kRecordSize))) {}
+
+    std::size_t size() const { return size_; }
+    /// @param i  below `size()`
+    GlyphRange operator[](std::size_t i) const {
+        const std::uint8_t* p = data_ + kRecordSize * i;
+        return {KWCommonNS::ByteView::loadU16(p), KWCommonNS::ByteView::loadU16(p + 2),
+                KWCommonNS::ByteView::loadU16(p + 4)};
+    }
+    /// The range that a glyph is in, as a binary search comes to it.
+    std::optional<GlyphRange> find(unsigned short gid) const {
+        std::size_t low = 0;
+        std::size_t high = size_;
+        while (low < high) {
+            const std::size_t middle = (low + high) / 2;
+            const GlyphRange range = (*this)[middle];
+            if (gid < range.start)
+                high = middle;
+            else if (gid > range.end)
+                low = middle + 1;
+            else
+                return range;
+        }
+        return std::nullopt;
+    }
+
+private:
+    const std::uint8_t* data_ = nullptr;
+    std::uint32_t size_ = 0;
+};
 
 } // namespace KWFontService_NS

@@ -32,6 +32,7 @@ public:
     /// @param bytes  read for it
     bool spendObject(std::size_t bytes) { return spend(KWCommonNS::kLayoutObjectCost + bytes); }
     bool exhausted() const { return exhausted_; }
+    std::size_t left() const { return left_; }
 
 private:
     static constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max();

@@ -1,55 +1,71 @@
 #pragma once
 
+#include "layout/LayoutArrays.h"
+
 #include "common/ByteView.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <vector>
+#include <optional>
+#include <variant>
 
 namespace KWFontService_NS {
 
-/// The classes of glyphs (OpenType, Class Definition Table).
-class TTI_ClassDef {
-public:
-    virtual ~TTI_ClassDef() = default;
-    /// Class of a glyph, -1 when the table does not list it; the caller decides what that means.
-    virtual int classOf(unsigned short gid) const = 0;
-
-    /// Null when the format is neither 1 nor 2. Of a table that is cut off, what it holds counts.
-    static std::unique_ptr<TTI_ClassDef> read(KWCommonNS::ByteView table);
-};
-
 /// One class for each glyph from a first one on.
-class TTI_ClassDefFormat1 final : public TTI_ClassDef {
+class TTI_ClassDefFormat1 {
 public:
     explicit TTI_ClassDefFormat1(KWCommonNS::ByteView table);
 
-    /// Always -1: the format is stored and deliberately matches nothing, so that a font that uses
-    /// it has no classes.
-    int classOf(unsigned short gid) const override;
+    /// Always -1: the format is kept and deliberately matches nothing, so that a font that uses it
+    /// has no classes.
+    int classOf(unsigned short gid) const;
+    std::size_t byteSize() const { return 6 + 2 * classes_.size(); }
 
     std::uint16_t startGlyph() const { return startGlyph_; }
-    const std::vector<std::uint16_t>& classes() const { return classes_; }
+    const U16List& classes() const { return classes_; }
 
 private:
     std::uint16_t startGlyph_ = 0;
-    std::vector<std::uint16_t> classes_;
+    U16List classes_;
 };
 
 /// One class for each range of glyphs.
-class TTI_ClassDefFormat2 final : public TTI_ClassDef {
+class TTI_ClassDefFormat2 {
 public:
     explicit TTI_ClassDefFormat2(KWCommonNS::ByteView table);
 
-    int classOf(unsigned short gid) const override;
+    int classOf(unsigned short gid) const;
+    std::size_t byteSize() const { return 4 + GlyphRangeList::kRecordSize * ranges_.size(); }
 
 private:
-    struct Range {
-        std::uint16_t start;
-        std::uint16_t end;
-        std::uint16_t glyphClass;
-    };
-    std::vector<Range> ranges_;
+    GlyphRangeList ranges_;
 };
+
+/// The classes of glyphs (OpenType, Class Definition Table), read in place: it is valid as long as
+/// the bytes.
+class TTI_ClassDef {
+public:
+    /// Nothing when the format is neither 1 nor 2. Of a table that is cut off, what it holds
+    /// counts.
+    static std::optional<TTI_ClassDef> read(KWCommonNS::ByteView table);
+
+    /// Class of a glyph, -1 when the table does not list it; the caller decides what that means.
+    int classOf(unsigned short gid) const;
+    /// How many bytes the table has.
+    std::size_t byteSize() const;
+    /// Null for format 2.
+    const TTI_ClassDefFormat1* format1() const {
+        return std::get_if<TTI_ClassDefFormat1>(&format_);
+    }
+
+private:
+    using Format = std::variant<TTI_ClassDefFormat1, TTI_ClassDefFormat2>;
+    explicit TTI_ClassDef(const Format& format) : format_(format) {}
+
+    Format format_;
+};
+
+/// Class of a glyph by the class definition whose offset stands at `field`, -1 without one.
+int classByDefinition(KWCommonNS::ByteView base, std::size_t field, unsigned short gid);
 
 } // namespace KWFontService_NS

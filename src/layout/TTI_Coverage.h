@@ -1,47 +1,82 @@
 #pragma once
 
+#include "layout/GlyphDigest.h"
+#include "layout/LayoutArrays.h"
+
 #include "common/ByteView.h"
 
-#include <cstdint>
-#include <memory>
-#include <vector>
+#include <cstddef>
+#include <optional>
+#include <variant>
 
 namespace KWFontService_NS {
 
-/// The glyphs that a subtable acts on (OpenType, Coverage Table).
-class TTI_Coverage {
-public:
-    virtual ~TTI_Coverage() = default;
-    /// Coverage index of a glyph, -1 when it is not covered.
-    virtual int coverageIndex(unsigned short gid) const = 0;
-
-    /// Null when the format is neither 1 nor 2. Of a table that is cut off, what it holds counts.
-    static std::unique_ptr<TTI_Coverage> read(KWCommonNS::ByteView table);
-};
-
 /// A list of glyphs.
-class TTI_CoverageFormat1 final : public TTI_Coverage {
+class TTI_CoverageFormat1 {
 public:
     explicit TTI_CoverageFormat1(KWCommonNS::ByteView table);
-    int coverageIndex(unsigned short gid) const override;
+    int coverageIndex(unsigned short gid) const;
+    GlyphDigest digest() const;
+    std::size_t byteSize() const { return 4 + 2 * glyphs_.size(); }
 
 private:
-    std::vector<std::uint16_t> glyphs_;
+    U16List glyphs_;
 };
 
 /// A list of glyph ranges.
-class TTI_CoverageFormat2 final : public TTI_Coverage {
+class TTI_CoverageFormat2 {
 public:
     explicit TTI_CoverageFormat2(KWCommonNS::ByteView table);
-    int coverageIndex(unsigned short gid) const override;
+    int coverageIndex(unsigned short gid) const;
+    GlyphDigest digest() const;
+    std::size_t byteSize() const { return 4 + GlyphRangeList::kRecordSize * ranges_.size(); }
 
 private:
-    struct Range {
-        std::uint16_t start;
-        std::uint16_t end;
-        std::uint16_t startCoverageIndex;
-    };
-    std::vector<Range> ranges_;
+    GlyphRangeList ranges_;
+};
+
+/// The glyphs that a subtable acts on (OpenType, Coverage Table), read in place: it is valid as
+/// long as the bytes. It is a value, made where it is asked, so that a subtable with hundreds of
+/// coverages keeps none and a search costs no virtual call.
+class TTI_Coverage {
+public:
+    /// Nothing when the format is neither 1 nor 2. Of a table that is cut off, what it holds
+    /// counts.
+    static std::optional<TTI_Coverage> read(KWCommonNS::ByteView table);
+
+    /// Coverage index of a glyph, -1 when it is not covered.
+    int coverageIndex(unsigned short gid) const;
+    /// A superset of the covered glyphs, made anew at each call.
+    GlyphDigest digest() const;
+    /// How many bytes the table has.
+    std::size_t byteSize() const;
+
+private:
+    using Format = std::variant<TTI_CoverageFormat1, TTI_CoverageFormat2>;
+    explicit TTI_Coverage(const Format& format) : format_(format) {}
+
+    Format format_;
+};
+
+/// The coverages of a run of glyphs, one for each, which a table names by their offsets.
+class TTI_CoverageList {
+public:
+    TTI_CoverageList() = default;
+    /// @param base     what the offsets count from
+    /// @param offsets  the offsets, in the order of the file
+    TTI_CoverageList(KWCommonNS::ByteView base, U16List offsets) : base_(base), offsets_(offsets) {}
+
+    std::size_t size() const { return offsets_.size(); }
+    /// The bytes of a coverage, none when its offset is 0 or leads outside.
+    /// @param i  below `size()`
+    KWCommonNS::ByteView table(std::size_t i) const;
+    /// False as well when the coverage is bad.
+    /// @param i  below `size()`
+    bool covers(std::size_t i, unsigned short gid) const;
+
+private:
+    KWCommonNS::ByteView base_;
+    U16List offsets_;
 };
 
 } // namespace KWFontService_NS

@@ -4,12 +4,12 @@ namespace KWFontService_NS {
 
 TTI_Gdef::Result TTI_Gdef::read(KWCommonNS::ByteView table) {
     if (const auto offset = table.u16(4).value_or(0)) {
-        glyphClass = TTI_ClassDef::read(table.from(offset));
+        glyphClass = KeptTable<TTI_ClassDef>(table.from(offset));
         if (!glyphClass)
             return Result::GlyphClassError;
     }
     if (const auto offset = table.u16(10).value_or(0)) {
-        markAttachClass = TTI_ClassDef::read(table.from(offset));
+        markAttachClass = KeptTable<TTI_ClassDef>(table.from(offset));
         if (!markAttachClass)
             return Result::MarkAttachClassError;
     }

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "layout/KeptTable.h"
 #include "layout/TTI_ClassDef.h"
 
 #include "common/ByteView.h"
 
-#include <memory>
-
 namespace KWFontService_NS {
 
-/// The glyph classes of a face (OpenType `GDEF`); either part may be absent.
+/// The glyph classes of a face (OpenType `GDEF`); either part may be absent. Attachment points,
+/// ligature carets and mark glyph sets are not read.
 struct TTI_Gdef {
     /// Which part of the table was bad.
     enum class Result { Ok, GlyphClassError, MarkAttachClassError };
@@ -17,8 +17,8 @@ struct TTI_Gdef {
     /// attachment one is dropped alone.
     Result read(KWCommonNS::ByteView table);
 
-    std::unique_ptr<TTI_ClassDef> glyphClass;
-    std::unique_ptr<TTI_ClassDef> markAttachClass;
+    KeptTable<TTI_ClassDef> glyphClass;
+    KeptTable<TTI_ClassDef> markAttachClass;
 };
 
 } // namespace KWFontService_NS

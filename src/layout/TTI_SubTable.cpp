@@ -1,8 +1,20 @@
 #include "layout/TTI_SubTable.h"
 
+#include "layout/LayoutArrays.h"
+#include "layout/LayoutBudget.h"
+#include "layout/TTI_Coverage.h"
+
 #include <KWFontService17/FS_Types.h>
 
 namespace KWFontService_NS {
+
+using KWCommonNS::ByteView;
+
+namespace {
+
+constexpr std::size_t kCoverageField = 2;
+
+} // namespace
 
 TTI_SubTable::~TTI_SubTable() = default;
 
@@ -19,8 +31,8 @@ unsigned short TTI_SubTable::substituteLigature(const FS_GSUBGPOSInfo&, const Gl
     return FS_NO_GLYPH;
 }
 
-int TTI_SubTable::matchContext(const FS_GSUBGPOSInfo&, const TTI_LookupRecord*&,
-                               const GlyphIDArray&, int&, unsigned int, std::vector<int>&) const {
+int TTI_SubTable::matchContext(const FS_GSUBGPOSInfo&, TTI_LookupRecords&, const GlyphIDArray&,
+                               int&, unsigned int, std::vector<int>&) const {
     return 0;
 }
 
@@ -29,9 +41,32 @@ unsigned short TTI_SubTable::substituteReverse(const FS_GSUBGPOSInfo&, const Gly
     return FS_NO_GLYPH;
 }
 
-bool TTI_SubTable::position(const FS_GSUBGPOSInfo&, const TTI_LayoutTable&, const TTI_Lookup&,
+bool TTI_SubTable::position(const FS_GSUBGPOSInfo&, const TTI_LookupList&, const TTI_Lookup&,
                             std::vector<GlyphIDPosition>&, int&, bool) const {
     return false;
+}
+
+int TTI_SubTable::coverageIndex(unsigned short gid) const {
+    if (!mayApply(gid))
+        return -1;
+    const auto coverage = TTI_Coverage::read(offsetTo(table(), kCoverageField));
+    return coverage ? coverage->coverageIndex(gid) : -1;
+}
+
+bool TTI_SubTable::hasCoverage() const {
+    return TTI_Coverage::read(offsetTo(table(), kCoverageField)).has_value();
+}
+
+bool TTI_SubTable::digestCoverage(LayoutBudget& budget) {
+    return digestCoverage(budget, offsetTo(table(), kCoverageField));
+}
+
+bool TTI_SubTable::digestCoverage(LayoutBudget& budget, ByteView coverage) {
+    const auto found = TTI_Coverage::read(coverage);
+    if (!found || !budget.spend(found->byteSize()))
+        return false;
+    digest_ = found->digest();
+    return true;
 }
 
 } // namespace KWFontService_NS

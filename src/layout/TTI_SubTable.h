@@ -1,28 +1,51 @@
 #pragma once
 
+#include "layout/GlyphDigest.h"
+
+#include "common/ByteView.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace KWFontService_NS {
 
 class GlyphIDArray;
 class GlyphIDPosition;
-class TTI_LayoutTable;
+class LayoutBudget;
+class TTI_LookupList;
+class TTI_LookupRecords;
 struct FS_GSUBGPOSInfo;
 struct TTI_Lookup;
-struct TTI_LookupRecord;
 
 // Lookup types by their numbers in the file.
 inline constexpr int kGsubSingle = 1;
+inline constexpr int kGsubMultiple = 2;
+inline constexpr int kGsubAlternate = 3;
+inline constexpr int kGsubLigature = 4;
+inline constexpr int kGsubContext = 5;
+inline constexpr int kGsubChainContext = 6;
 inline constexpr int kGsubExtension = 7;
+inline constexpr int kGsubReverseChaining = 8;
+inline constexpr int kGposSingle = 1;
+inline constexpr int kGposPair = 2;
+inline constexpr int kGposCursive = 3;
+inline constexpr int kGposMarkToBase = 4;
+inline constexpr int kGposMarkToLigature = 5;
+inline constexpr int kGposMarkToMark = 6;
+inline constexpr int kGposContext = 7;
+inline constexpr int kGposChainContext = 8;
 inline constexpr int kGposExtension = 9;
 
 /// One subtable of a GSUB or GPOS lookup. A format replaces the operations of its lookup type; what
 /// it leaves answers that the subtable does not apply.
 ///
-/// Subtables do not change after they are read and are shared between threads.
+/// A subtable reads the bytes of its table in place, which the layout table keeps; of its own it
+/// has a digest of the glyphs that it acts on, and little else. Subtables do not change after they
+/// are read and are shared between threads.
 class TTI_SubTable {
 public:
-    TTI_SubTable() = default;
     TTI_SubTable(const TTI_SubTable&) = delete;
     TTI_SubTable& operator=(const TTI_SubTable&) = delete;
     virtual ~TTI_SubTable();
@@ -41,9 +64,9 @@ public:
                                               std::vector<int>& skipped) const;
     /// Number of lookup records of the rule that matches at `position`, -1 for a match without
     /// records, 0 for no match.
-    /// @param records     set to the first record; they belong to the subtable
+    /// @param records     set to the records, which the subtable keeps
     /// @param position    set behind the matched input
-    virtual int matchContext(const FS_GSUBGPOSInfo& info, const TTI_LookupRecord*& records,
+    virtual int matchContext(const FS_GSUBGPOSInfo& info, TTI_LookupRecords& records,
                              const GlyphIDArray& run, int& position, unsigned int lookupFlag,
                              std::vector<int>& skipped) const;
     /// The glyph that replaces the one at `index` in its context, 0xFFFF when none does.
@@ -51,11 +74,44 @@ public:
                                              int index, unsigned int lookupFlag) const;
     /// Positions the glyph at `index`; true when the subtable applied.
     /// @param index  moved when the subtable takes further glyphs
-    virtual bool position(const FS_GSUBGPOSInfo& info, const TTI_LayoutTable& lookups,
+    virtual bool position(const FS_GSUBGPOSInfo& info, const TTI_LookupList& lookups,
                           const TTI_Lookup& lookup, std::vector<GlyphIDPosition>& positions,
                           int& index, bool rtl) const;
     /// The lookup type of the subtable itself, whatever its lookup says.
     virtual int lookupType() const = 0;
+
+    /// False when no operation can apply at this glyph. It takes a few instructions and no virtual
+    /// call, and goes before every other question.
+    bool mayApply(unsigned short gid) const { return digest_.mayHold(gid); }
+    const GlyphDigest& digest() const { return digest_; }
+
+protected:
+    /// @param table  from the subtable's first byte to the end of the layout table
+    explicit TTI_SubTable(KWCommonNS::ByteView table)
+        : data_(table.data()), size_(static_cast<std::uint32_t>(table.size())) {}
+
+    KWCommonNS::ByteView table() const { return {data_, size_}; }
+    /// Coverage index of a glyph by the coverage that nearly all formats name first; -1 when it is
+    /// not covered.
+    int coverageIndex(unsigned short gid) const;
+    /// True when the table names that coverage, and it is a good one.
+    bool hasCoverage() const;
+    /// Takes the digest of that coverage; false when it is bad or reading it is beyond the budget.
+    bool digestCoverage(LayoutBudget& budget);
+    /// Takes the digest of a coverage, given by its bytes.
+    bool digestCoverage(LayoutBudget& budget, KWCommonNS::ByteView coverage);
+    void applyEverywhere() { digest_ = GlyphDigest::everything(); }
+
+private:
+    const std::uint8_t* data_;
+    std::uint32_t size_;
+    GlyphDigest digest_;
 };
+
+/// Ends a subtable whose place belongs to somebody else.
+struct EndSubTable {
+    void operator()(TTI_SubTable* subtable) const { subtable->~TTI_SubTable(); }
+};
+using TTI_SubTablePtr = std::unique_ptr<TTI_SubTable, EndSubTable>;
 
 } // namespace KWFontService_NS

@@ -65,7 +65,7 @@ TEST(TrueTypeLoad, ABadGlyphClassDefinitionLeavesTheMarkAttachmentUnread) {
     MemoryFont font(file.build());
     ASSERT_TRUE(font.scan());
     EXPECT_FALSE(font.load());
-    EXPECT_EQ(font.info().tables().gdef.markAttachClass, nullptr);
+    EXPECT_FALSE(font.info().tables().gdef.markAttachClass);
 }
 
 TEST(TrueTypeLoad, AMaxpOfThreeBytesIsAReadErrorWhateverItsVersion) {

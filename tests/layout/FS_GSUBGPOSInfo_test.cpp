@@ -20,7 +20,7 @@ using Kind = TTI_LayoutTable::Kind;
 
 TTI_LayoutTable tableOf(const LayoutBytes& bytes, Kind kind) {
     TTI_LayoutTable table;
-    EXPECT_TRUE(table.read(viewOf(bytes.build()), kind).empty());
+    EXPECT_TRUE(table.read(bytes.build().vector(), kind).empty());
     return table;
 }
 

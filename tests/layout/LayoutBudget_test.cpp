@@ -1,5 +1,9 @@
 #include "layout/LayoutBudget.h"
 
+#include "layout/TTI_LayoutTable.h"
+#include "support/FontPackages.h"
+#include "support/FontTables.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -26,6 +30,30 @@ TEST(LayoutBudget, OnceExhaustedCoversNothing) {
 TEST(LayoutBudget, ASizeThatWouldWrapIsNoSmallerBudget) {
     LayoutBudget budget(std::numeric_limits<std::size_t>::max());
     EXPECT_TRUE(budget.spend(std::numeric_limits<std::size_t>::max() / 2));
+}
+
+TEST(LayoutBudget, PackagedFontsTakeATenthOfItAtMost) {
+    std::size_t tables = 0;
+    for (const KWTest::PackagedFont& font : KWTest::packagedFonts()) {
+        for (const bool gsub : {true, false}) {
+            const KWTest::Bytes bytes =
+                KWTest::fontTable(KWTest::packagedFont(font.name), gsub ? "GSUB" : "GPOS");
+            if (bytes.empty())
+                continue;
+            ++tables;
+            LayoutBudget budget(bytes.size());
+            const std::size_t whole = budget.left();
+            TTI_LayoutTable table;
+            EXPECT_TRUE(table
+                            .read(bytes.vector(),
+                                  gsub ? TTI_LayoutTable::Kind::Gsub : TTI_LayoutTable::Kind::Gpos,
+                                  budget)
+                            .empty())
+                << font.name;
+            EXPECT_LE(whole - budget.left(), whole / 10) << font.name;
+        }
+    }
+    EXPECT_GT(tables, 50U);
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "common/ByteView.h"
-#include "layout/LayoutBudget.h"
+#include "layout/TTI_LayoutTable.h"
+#include "support/LayoutSubTables.h"
 #include "support/LayoutTables.h"
 
 namespace KWTest {
@@ -88,6 +89,50 @@ struct LayoutBytes {
         return table;
     }
 };
+
+/// A layout table with one lookup of one subtable.
+class OneSubTable {
+public:
+    using Kind = KWFontService_NS::TTI_LayoutTable::Kind;
+
+    OneSubTable(Kind kind, int lookupType, const Bytes& subtable) {
+        const LayoutBytes bytes{.lookups = lookupList({lookupTable(lookupType, {subtable})})};
+        table_.read(bytes.build().vector(), kind);
+    }
+    static OneSubTable gsub(int lookupType, const Bytes& subtable) {
+        return OneSubTable(Kind::Gsub, lookupType, subtable);
+    }
+    static OneSubTable gpos(int lookupType, const Bytes& subtable) {
+        return OneSubTable(Kind::Gpos, lookupType, subtable);
+    }
+
+    const KWFontService_NS::TTI_Lookup& lookup() const { return *table_.lookup(0); }
+    /// Null when the subtable is unknown or bad.
+    const KWFontService_NS::TTI_SubTable* get() const { return lookup().subtables[0].get(); }
+    /// Null when the subtable is of another class.
+    template <class SubTable>
+    const SubTable* as() const {
+        return dynamic_cast<const SubTable*>(get());
+    }
+
+private:
+    KWFontService_NS::TTI_LayoutTable table_;
+};
+
+/// The numbers of a list that is read in place.
+inline std::vector<std::uint16_t> values(const KWFontService_NS::U16List& list) {
+    return {list.begin(), list.end()};
+}
+
+using Records = std::vector<std::pair<std::uint16_t, std::uint16_t>>;
+/// Lookup records as pairs of sequence index and lookup.
+template <class RecordList>
+Records pairs(const RecordList& list) {
+    Records found;
+    for (std::size_t i = 0; i < list.size(); ++i)
+        found.emplace_back(list[i].sequenceIndex, list[i].lookupListIndex);
+    return found;
+}
 
 inline constexpr unsigned short kNoGlyph = 0xFFFF;
 

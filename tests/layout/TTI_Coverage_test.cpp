@@ -9,15 +9,28 @@ namespace {
 
 using namespace KWTest;
 
-std::unique_ptr<TTI_Coverage> read(const Bytes& bytes) {
-    return TTI_Coverage::read(viewOf(bytes));
+/// A coverage with its bytes.
+class Reading {
+public:
+    explicit Reading(const Bytes& bytes)
+        : bytes_(bytes), table_(TTI_Coverage::read(viewOf(bytes_))) {}
+    const TTI_Coverage* operator->() const { return &*table_; }
+    explicit operator bool() const { return table_.has_value(); }
+
+private:
+    Bytes bytes_;
+    std::optional<TTI_Coverage> table_;
+};
+
+Reading read(const Bytes& bytes) {
+    return Reading(bytes);
 }
 
 TEST(Coverage, BothFormatsAnswerTheIndexOfAGlyph) {
     const std::vector<std::uint16_t> glyphs = {3, 4, 5, 90, 200, 201, 0xFFFF};
     for (const int format : {1, 2}) {
         const auto table = read(coverageTable(glyphs, format));
-        ASSERT_NE(table, nullptr);
+        ASSERT_TRUE(table);
         for (std::size_t i = 0; i < glyphs.size(); ++i)
             EXPECT_EQ(table->coverageIndex(glyphs[i]), static_cast<int>(i)) << format;
         for (const unsigned short gid :
@@ -37,9 +50,9 @@ TEST(Coverage, AnEmptyTableCoversNothing) {
 }
 
 TEST(Coverage, OtherFormatsAndNoBytesAreNoTable) {
-    EXPECT_EQ(read(Bytes().u16(0).u16(0)), nullptr);
-    EXPECT_EQ(read(Bytes().u16(3).u16(0)), nullptr);
-    EXPECT_EQ(read(Bytes{}), nullptr);
+    EXPECT_FALSE(read(Bytes().u16(0).u16(0)));
+    EXPECT_FALSE(read(Bytes().u16(3).u16(0)));
+    EXPECT_FALSE(read(Bytes{}));
 }
 
 TEST(Coverage, OfATableThatIsCutOffTheWholeRecordsCount) {
@@ -51,6 +64,40 @@ TEST(Coverage, OfATableThatIsCutOffTheWholeRecordsCount) {
         EXPECT_EQ(table->coverageIndex(30), -1);
     }
     EXPECT_EQ(read(Bytes().u16(1).u16(0xFFFF).u16(8))->coverageIndex(8), 0);
+}
+
+TEST(Coverage, ItsDigestHoldsEveryGlyphThatASearchComesTo) {
+    const Bytes tables[] = {coverageTable({3, 4, 5, 90, 200, 201, 0xFFFF}),
+                            coverageTable({3, 4, 5, 90, 200, 201, 0xFFFF}, 2),
+                            Bytes().u16(1).u16(5).u16s({50, 7, 7, 60000, 3}),
+                            Bytes().u16(2).u16(3).u16s({100, 90, 0, 20, 30, 4, 5, 9, 1}),
+                            Bytes().u16(2).u16(1).u16s({0, 0xFFFF, 0}),
+                            Bytes().u16(2).u16(1).u16s({9, 3, 0}),
+                            coverageTable({})};
+    for (const Bytes& bytes : tables) {
+        const auto table = read(bytes);
+        const GlyphDigest digest = table->digest();
+        for (int i = 0; i <= 0xFFFF; ++i) {
+            const auto gid = static_cast<unsigned short>(i);
+            if (table->coverageIndex(gid) >= 0) {
+                ASSERT_TRUE(digest.mayHold(gid)) << bytes.hex() << ' ' << gid;
+            }
+        }
+    }
+}
+
+TEST(Coverage, AListAnswersForEachOfItsCoverages) {
+    const Bytes bytes = OffsetTable()
+                            .offsets({coverageTable({1, 2}), coverageTable({2}, 2), Bytes()})
+                            .bytes(Bytes().u16(0xFFF0))
+                            .build();
+    const TTI_CoverageList list(viewOf(bytes), U16List(viewOf(bytes), 0, 4));
+    ASSERT_EQ(list.size(), 4U);
+    EXPECT_TRUE(list.covers(0, 1));
+    EXPECT_FALSE(list.covers(1, 1));
+    EXPECT_TRUE(list.covers(1, 2));
+    EXPECT_FALSE(list.covers(2, 1)) << "no coverage";
+    EXPECT_FALSE(list.covers(3, 1)) << "outside";
 }
 
 } // namespace

@@ -30,11 +30,11 @@ TEST(GdefTable, HoldsBothClassDefinitions) {
 TEST(GdefTable, AnOffsetOfZeroIsAnAbsentPart) {
     const Reading none(Gdef{}.build());
     EXPECT_EQ(none.result, Result::Ok);
-    EXPECT_EQ(none.gdef.glyphClass, nullptr);
-    EXPECT_EQ(none.gdef.markAttachClass, nullptr);
+    EXPECT_FALSE(none.gdef.glyphClass);
+    EXPECT_FALSE(none.gdef.markAttachClass);
     const Reading marks(Gdef{.markAttachClassDef = kGood}.build());
-    EXPECT_EQ(marks.gdef.glyphClass, nullptr);
-    EXPECT_NE(marks.gdef.markAttachClass, nullptr);
+    EXPECT_FALSE(marks.gdef.glyphClass);
+    EXPECT_TRUE(marks.gdef.markAttachClass);
 }
 
 TEST(GdefTable, TheVersionDoesNotMatter) {
@@ -46,21 +46,40 @@ TEST(GdefTable, TheVersionDoesNotMatter) {
 TEST(GdefTable, ABadGlyphClassDefinitionEndsTheReading) {
     const Reading reading(Gdef{.glyphClassDef = kBad, .markAttachClassDef = kGood}.build());
     EXPECT_EQ(reading.result, Result::GlyphClassError);
-    EXPECT_EQ(reading.gdef.glyphClass, nullptr);
-    EXPECT_EQ(reading.gdef.markAttachClass, nullptr);
+    EXPECT_FALSE(reading.gdef.glyphClass);
+    EXPECT_FALSE(reading.gdef.markAttachClass);
 }
 
 TEST(GdefTable, ABadMarkAttachmentDefinitionIsDroppedAlone) {
     const Reading reading(Gdef{.glyphClassDef = kGood, .markAttachClassDef = kBad}.build());
     EXPECT_EQ(reading.result, Result::MarkAttachClassError);
-    EXPECT_NE(reading.gdef.glyphClass, nullptr);
-    EXPECT_EQ(reading.gdef.markAttachClass, nullptr);
+    EXPECT_TRUE(reading.gdef.glyphClass);
+    EXPECT_FALSE(reading.gdef.markAttachClass);
 }
 
 TEST(GdefTable, ADefinitionOutsideTheTableIsABadOne) {
     Bytes bytes = Gdef{.glyphClassDef = kGood}.build();
     bytes.patchU16At("glyphClassDefOffset", 0xFFFF);
     EXPECT_EQ(Reading(bytes).result, Result::GlyphClassError);
+}
+
+TEST(GdefTable, KeepsItsClassesWhenTheTableIsGone) {
+    TTI_Gdef gdef;
+    {
+        const Bytes bytes = Gdef{.glyphClassDef = kGood, .markAttachClassDef = kGood}.build();
+        gdef.read(viewOf(bytes));
+    }
+    const TTI_Gdef moved = std::move(gdef);
+    EXPECT_EQ(moved.glyphClass->classOf(2), 3);
+    EXPECT_EQ(moved.markAttachClass->classOf(2), 3);
+}
+
+TEST(GdefTable, AClassDefinitionOfFormat1LeavesEveryGlyphUnknown) {
+    const Reading reading(Gdef{.glyphClassDef = classDefFormat1(1, {1, 2, 3})}.build());
+    EXPECT_EQ(reading.result, Result::Ok);
+    ASSERT_TRUE(reading.gdef.glyphClass);
+    for (const unsigned short gid : std::initializer_list<unsigned short>{0, 1, 2, 3})
+        EXPECT_EQ(reading.gdef.glyphClass->classOf(gid), -1);
 }
 
 TEST(GdefTable, EveryLengthCanBeRead) {

@@ -1,0 +1,40 @@
+#include "layout/GPOS_MarkBasePos.h"
+
+#include "layout/LayoutArrays.h"
+#include "layout/TTI_Coverage.h"
+
+namespace KWFontService_NS {
+
+namespace {
+
+constexpr std::size_t kBaseCoverageField = 4;
+constexpr std::size_t kClassCountField = 6;
+constexpr std::size_t kMarkArrayField = 8;
+constexpr std::size_t kBaseArrayField = 10;
+
+} // namespace
+
+bool GPOS_MarkBasePosFormat1::read(LayoutBudget& budget) {
+    return table().contains(kBaseArrayField, 2) &&
+           TTI_Coverage::read(offsetTo(table(), kBaseCoverageField)) && digestCoverage(budget);
+}
+
+std::optional<GPOS_Mark> GPOS_MarkBasePosFormat1::mark(unsigned short gid) const {
+    const int index = coverageIndex(gid);
+    if (index < 0)
+        return std::nullopt;
+    return readMark(offsetTo(table(), kMarkArrayField), static_cast<std::size_t>(index));
+}
+
+std::optional<GPOS_Anchor> GPOS_MarkBasePosFormat1::base(unsigned short gid,
+                                                         unsigned int markClass) const {
+    const auto coverage = TTI_Coverage::read(offsetTo(table(), kBaseCoverageField));
+    const int index = coverage ? coverage->coverageIndex(gid) : -1;
+    if (index < 0)
+        return std::nullopt;
+    return GPOS_AnchorMatrix(offsetTo(table(), kBaseArrayField),
+                             table().u16(kClassCountField).value_or(0))
+        .anchor(static_cast<std::size_t>(index), markClass);
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "layout/GPOS_Anchor.h"
+#include "layout/TTI_SubTable.h"
+
+#include "common/ByteView.h"
+
+#include <optional>
+
+namespace KWFontService_NS {
+
+/// GPOS lookup type 4, format 1: marks on base glyphs.
+class GPOS_MarkBasePosFormat1 final : public TTI_SubTable {
+public:
+    explicit GPOS_MarkBasePosFormat1(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
+    bool read(LayoutBudget& budget);
+
+    /// Nothing when the glyph is not covered as a mark or has no anchor.
+    std::optional<GPOS_Mark> mark(unsigned short gid) const;
+    /// Where marks of a class go on a base glyph; nothing when it is not covered as one or has no
+    /// anchor for them.
+    std::optional<GPOS_Anchor> base(unsigned short gid, unsigned int markClass) const;
+    int lookupType() const override { return kGposMarkToBase; }
+};
+
+} // namespace KWFontService_NS

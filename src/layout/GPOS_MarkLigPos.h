@@ -1,0 +1,26 @@
+#pragma once
+
+#include "layout/GPOS_Anchor.h"
+#include "layout/TTI_SubTable.h"
+
+#include "common/ByteView.h"
+
+#include <optional>
+
+namespace KWFontService_NS {
+
+/// GPOS lookup type 5, format 1: marks on the components of ligatures.
+class GPOS_MarkLigPosFormat1 final : public TTI_SubTable {
+public:
+    explicit GPOS_MarkLigPosFormat1(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
+    bool read(LayoutBudget& budget);
+
+    /// Nothing when the glyph is not covered as a mark or has no anchor.
+    std::optional<GPOS_Mark> mark(unsigned short gid) const;
+    /// Where marks go on a ligature: a row for each component. Nothing when the glyph is not
+    /// covered as one.
+    std::optional<GPOS_AnchorMatrix> ligature(unsigned short gid) const;
+    int lookupType() const override { return kGposMarkToLigature; }
+};
+
+} // namespace KWFontService_NS

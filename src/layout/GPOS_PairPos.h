@@ -1,0 +1,57 @@
+#pragma once
+
+#include "layout/GPOS_ValueRecord.h"
+#include "layout/TTI_SubTable.h"
+
+#include "common/ByteView.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace KWFontService_NS {
+
+/// How both glyphs of a pair are moved.
+struct GPOS_PairValue {
+    GPOS_ValueRecord first;
+    GPOS_ValueRecord second;
+};
+
+/// GPOS lookup type 2, format 1: pairs of glyphs, by the first glyph.
+class GPOS_PairPosFormat1 final : public TTI_SubTable {
+public:
+    explicit GPOS_PairPosFormat1(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
+    bool read(LayoutBudget& budget);
+
+    bool covers(unsigned short gid) const { return coverageIndex(gid) >= 0; }
+    unsigned int valueFormat1() const;
+    unsigned int valueFormat2() const;
+    /// The first pair in the order of the file; nothing when there is none.
+    std::optional<GPOS_PairValue> pair(unsigned short first, unsigned short second) const;
+    int lookupType() const override { return kGposPair; }
+
+private:
+    KWCommonNS::ByteView pairSet(std::size_t index) const;
+    std::size_t recordSize() const;
+
+    /// In all sets the second glyphs ascend, so that a binary search comes to the first.
+    bool sorted_ = true;
+};
+
+/// GPOS lookup type 2, format 2: pairs of classes.
+class GPOS_PairPosFormat2 final : public TTI_SubTable {
+public:
+    explicit GPOS_PairPosFormat2(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
+    bool read(LayoutBudget& budget);
+
+    bool covers(unsigned short gid) const { return coverageIndex(gid) >= 0; }
+    unsigned int valueFormat1() const;
+    unsigned int valueFormat2() const;
+    /// Class of a glyph as the first or the second of a pair, -1 when it has none.
+    int class1Of(unsigned short gid) const;
+    int class2Of(unsigned short gid) const;
+    /// Nothing for a class that does not exist.
+    std::optional<GPOS_PairValue> pair(int class1, int class2) const;
+    int lookupType() const override { return kGposPair; }
+};
+
+} // namespace KWFontService_NS

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace KWFontService_NS {
+
+/// A small superset of a set of glyphs: it tells nearly all glyphs that are far from the set, and
+/// most that are near, without a search. The glyphs between the first and the last of the set fall
+/// into up to 64 buckets of equal width; a set that spans no more than 64 glyphs is exact.
+class GlyphDigest {
+public:
+    /// Holds nothing.
+    GlyphDigest() = default;
+    /// Holds nothing yet, and has room for the glyphs from `first` to `last`.
+    GlyphDigest(std::uint16_t first, std::uint16_t last);
+    static GlyphDigest everything();
+    /// Holds what any of them holds.
+    static GlyphDigest unionOf(std::span<const GlyphDigest> digests);
+
+    /// Adds glyphs that the digest has room for.
+    void add(std::uint16_t first, std::uint16_t last);
+
+    /// False for a glyph that is not in the set.
+    bool mayHold(unsigned short gid) const {
+        // A glyph before the first wraps to a bucket far behind the last.
+        const std::uint32_t bucket = (std::uint32_t{gid} - first_) >> shift_;
+        return bucket < kBuckets && ((mask_[bucket / 32] >> (bucket % 32)) & 1U) != 0;
+    }
+
+private:
+    static constexpr std::uint32_t kBuckets = 64;
+
+    std::uint64_t bits() const { return std::uint64_t{mask_[1]} << 32 | mask_[0]; }
+    /// The glyphs of a bucket.
+    std::uint16_t bucketStart(int bucket) const;
+    std::uint16_t bucketEnd(int bucket) const;
+
+    // Halves, so that the digest packs without padding.
+    std::uint32_t mask_[2] = {0, 0};
+    std::uint16_t first_ = 0;
+    std::uint16_t shift_ = 0;
+};
+
+} // namespace KWFontService_NS
