@@ -239,6 +239,56 @@ public:
     static unsigned int getGSUBFeatureTag(const FS_GSUBGPOSInfo* info, int index);
     /// The same for `GPOS`.
     static unsigned int getGPOSFeatureTag(const FS_GSUBGPOSInfo* info, int index);
+
+    // Processing reads the font and writes the caller's arrays alone: any number of threads may
+    // process runs of one font at once. Each call does a bounded amount of work, however its font
+    // is made; see "Limits" in docs/architecture.md. When it is used up the lookup applies no
+    // further.
+
+    /// Applies a feature at one glyph of a run, by the first of its lookups that applies. Reverse
+    /// chaining lookups are passed by.
+    /// @param info       not null
+    /// @param position   index of the glyph; moved behind the glyphs that were taken, and left when
+    ///                   nothing applied
+    /// @param out        set to the glyphs that come instead. After a context lookup it holds the
+    ///                   run from the glyph on, substitutions made, of which the result counts the
+    ///                   first. Left as it is when nothing applied
+    /// @param skipped    set by a ligature, and a context with one, to the glyphs that it passed
+    ///                   over
+    /// @param alternate  which alternate to take, counted from 1
+    /// @return           number of glyphs that come instead; 0 when nothing applied, and for a
+    ///                   glyph that is deleted, which leaves `out` empty and moves `position`
+    static int processGSUB(const FS_GSUBGPOSInfo* info, unsigned int tag, const GlyphIDArray& run,
+                           int& position, GlyphIDArray& out, GlyphIDArray& skipped, int alternate);
+    /// Applies one lookup of the lookup order of `GSUB` to a whole run.
+    /// @param index      as for `getGSUBFeatureTag`
+    /// @param in         no lookup starts at a glyph whose word is other than 0; glyphs without a
+    ///                   word take part
+    /// @param out        set to the resulting run, also when it is the same, with one word for each
+    ///                   glyph: what it stands for (see `GlyphIDArray2`). Left as it is for an
+    ///                   index outside and without a language system. It may be `in` itself
+    /// @param alternate  which alternate to take, counted from 1; below 1 takes none
+    /// @return           true when a glyph was substituted
+    static bool processGSUB3(const FS_GSUBGPOSInfo* info, int index, const GlyphIDArray2& in,
+                             GlyphIDArray2& out, int alternate);
+    /// Applies a feature at one position: all its lookups in order; for script `arab` the last that
+    /// applies and no other, for `hebr` the first.
+    /// @param info       null has no features
+    /// @param positions  changed in place
+    /// @param rtl        true when the run is set from right to left
+    /// @return           true when a lookup applied
+    static bool processGPOS(const FS_GSUBGPOSInfo* info, unsigned int tag,
+                            std::vector<GlyphIDPosition>& positions, int index, bool rtl);
+    /// Applies one lookup of the lookup order of `GPOS` to all positions.
+    /// @param index      as for `getGPOSFeatureTag`
+    /// @param positions  changed in place
+    /// @param rtl        true when the run is set from right to left; a lookup whose flag says so
+    ///                   counts as such anyway
+    /// @return           the position at which it first applied, or to which it moved on from
+    ///                   there; -1 when it did not apply
+    static int processGPOS3(const FS_GSUBGPOSInfo* info, int index,
+                            std::vector<GlyphIDPosition>& positions, bool rtl);
+
     /// Always false: extended Apple morphing is not applied.
     static bool hasMorxInfo(const FS_GSUBGPOSInfo* info);
     /// Always false: extended Apple morphing is not applied.

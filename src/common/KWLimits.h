@@ -83,4 +83,20 @@ inline constexpr std::uint64_t kMaxEmbedReadFactor = kClosureRoundsWithGaps + 3;
 /// host may read it again and again; nobody reads ten thousand messages.
 inline constexpr std::size_t kMaxRecordedErrors = 10000;
 
+/// Steps of work that one call to GSUB or GPOS may do for each glyph of its run, and for any run. A
+/// step is about a search in a coverage: a subtable, a rule or a glyph of a context that is tried.
+/// Honest fonts take some tens for a glyph and lookup at most, long contexts some hundreds for a
+/// few glyphs; a hostile one can name 65,535 subtables of as many rules. The free part is some
+/// hundredths of a second.
+inline constexpr std::size_t kLayoutStepsOfAGlyph = 256;
+inline constexpr std::size_t kLayoutFreeSteps = std::size_t{4} << 20;
+
+/// How many glyphs a run may grow to in one call, for each glyph that it starts with, and whatever
+/// it starts with. The longest honest sequences, from one Indic or symbol glyph, have about ten.
+inline constexpr std::size_t kLayoutGrowth = 64;
+inline constexpr std::size_t kLayoutFreeGlyphs = std::size_t{1} << 16;
+
+/// Contexts within contexts. Honest fonts have two or three levels; a context may name itself.
+inline constexpr int kMaxLayoutNesting = 64;
+
 } // namespace KWCommonNS

@@ -6,6 +6,14 @@
 
 namespace KWCommonNS {
 
+/// An sfnt tag from its four characters.
+constexpr std::uint32_t sfntTag(const char (&text)[5]) {
+    std::uint32_t tag = 0;
+    for (int i = 0; i < 4; ++i)
+        tag = (tag << 8) | static_cast<unsigned char>(text[i]);
+    return tag;
+}
+
 /// The OpenType tag of a text, the first character in the top byte; a short text is padded with
 /// blanks. 0 for more than four characters and for any outside U+0020 to U+007E.
 inline std::uint32_t tagOfText(const icu::UnicodeString& text) {

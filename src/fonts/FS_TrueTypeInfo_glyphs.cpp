@@ -79,10 +79,7 @@ unsigned short FS_TrueTypeInfo::variationSequence(int ch, int selector) const {
 }
 
 GlyphClassDef FS_TrueTypeInfo::getGlyphClassDef(unsigned short gid) const {
-    const auto& classes = tables().gdef.glyphClass;
-    if (gid == FS_NO_GLYPH || !classes)
-        return GlyphClassDef::Unknown;
-    return static_cast<GlyphClassDef>(classes->classOf(gid));
+    return tables().gdef.classOf(gid);
 }
 
 unsigned int FS_TrueTypeInfo::getEmbedableCharCount() const {

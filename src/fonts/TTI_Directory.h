@@ -1,19 +1,14 @@
 #pragma once
 
 #include "common/ByteView.h"
+#include "common/TagText.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace KWFontService_NS {
 
-/// An sfnt tag from its four characters.
-constexpr std::uint32_t sfntTag(const char (&text)[5]) {
-    std::uint32_t tag = 0;
-    for (int i = 0; i < 4; ++i)
-        tag = (tag << 8) | static_cast<unsigned char>(text[i]);
-    return tag;
-}
+using KWCommonNS::sfntTag;
 
 /// One entry of an sfnt table directory; offsets count from the start of the stream.
 struct TTI_TableRecord {

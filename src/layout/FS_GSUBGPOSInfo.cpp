@@ -30,13 +30,12 @@ Found find(const TTI_LayoutTable& table, std::uint32_t scriptTag, std::uint32_t 
 
 } // namespace
 
-FS_GSUBGPOSInfo findLayout(std::uint32_t script, std::uint32_t language,
-                           const FS_TrueTypeInfo* fontTables, const TTI_LayoutTable& gsub,
-                           const TTI_LayoutTable& gpos) {
+FS_GSUBGPOSInfo findLayout(std::uint32_t script, std::uint32_t language, const TTI_Gdef* gdef,
+                           const TTI_LayoutTable& gsub, const TTI_LayoutTable& gpos) {
     const Found substitution = find(gsub, script, language);
     const Found positioning = find(gpos, script, language);
     return {.script = script,
-            .fontTables = fontTables,
+            .gdef = gdef,
             .gsubTable = substitution.table,
             .gposTable = positioning.table,
             .gsubLangSys = substitution.langSys,

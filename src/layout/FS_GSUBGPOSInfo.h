@@ -6,7 +6,7 @@
 
 namespace KWFontService_NS {
 
-class FS_TrueTypeInfo;
+struct TTI_Gdef;
 
 /// The layout handle: what a font has for one script and language. It owns nothing and stays valid
 /// as long as the font. Each half, GSUB and GPOS, is found or not without regard to the other.
@@ -14,7 +14,7 @@ struct FS_GSUBGPOSInfo {
     /// The script that was asked for.
     std::uint32_t script = 0;
     /// Where the glyph classes are.
-    const FS_TrueTypeInfo* fontTables = nullptr;
+    const TTI_Gdef* gdef = nullptr;
     /// Null when there is no language system of this table.
     const TTI_LayoutTable* gsubTable = nullptr;
     const TTI_LayoutTable* gposTable = nullptr;
@@ -27,8 +27,7 @@ struct FS_GSUBGPOSInfo {
 
 /// Finds the language systems of exactly this script; no other script stands in for it. A language
 /// that the script does not list, and language 0, take the script's default language system.
-FS_GSUBGPOSInfo findLayout(std::uint32_t script, std::uint32_t language,
-                           const FS_TrueTypeInfo* fontTables, const TTI_LayoutTable& gsub,
-                           const TTI_LayoutTable& gpos);
+FS_GSUBGPOSInfo findLayout(std::uint32_t script, std::uint32_t language, const TTI_Gdef* gdef,
+                           const TTI_LayoutTable& gsub, const TTI_LayoutTable& gpos);
 
 } // namespace KWFontService_NS

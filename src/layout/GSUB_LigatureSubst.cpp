@@ -1,5 +1,7 @@
 #include "layout/GSUB_LigatureSubst.h"
 
+#include "layout/RunWalk.h"
+
 namespace KWFontService_NS {
 
 using KWCommonNS::ByteView;
@@ -31,6 +33,28 @@ GSUB_LigatureSet GSUB_LigatureSubstFormat1::ligatures(unsigned short gid) const 
     if (index < 0 || index >= table().u16(kCountField).value_or(0))
         return {};
     return GSUB_LigatureSet(offsetTo(table(), kSetOffsets + 2 * static_cast<std::size_t>(index)));
+}
+
+unsigned short GSUB_LigatureSubstFormat1::substituteLigature(LayoutCall& call,
+                                                             const GlyphIDArray& run, int& position,
+                                                             unsigned int lookupFlag,
+                                                             std::vector<int>& skipped) const {
+    const GSUB_LigatureSet set = ligatures(run[position].getGlyphID());
+    const auto left = static_cast<std::size_t>(run.size() - position);
+    for (std::size_t i = 0; i < set.size() && call.spend(1); ++i) {
+        const auto ligature = set[i];
+        if (!ligature || ligature->components.size() >= left)
+            continue;
+        skipped.clear();
+        RunWalk walk(call, run, lookupFlag, position, RunWalk::Direction::Forward);
+        if (matches(
+                ligature->components, walk, [](unsigned short gid) { return gid; },
+                [&](int index) { skipped.push_back(index); })) {
+            position = walk.index() + 1;
+            return ligature->glyph;
+        }
+    }
+    return FS_NO_GLYPH;
 }
 
 } // namespace KWFontService_NS

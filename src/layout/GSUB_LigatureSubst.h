@@ -43,6 +43,9 @@ public:
 
     /// The ligatures that start with a glyph, none when it is not covered.
     GSUB_LigatureSet ligatures(unsigned short gid) const;
+    unsigned short substituteLigature(LayoutCall& call, const GlyphIDArray& run, int& position,
+                                      unsigned int lookupFlag,
+                                      std::vector<int>& skipped) const override;
     int lookupType() const override { return kGsubLigature; }
 };
 

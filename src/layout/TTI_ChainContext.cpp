@@ -1,6 +1,7 @@
 #include "layout/TTI_ChainContext.h"
 
 #include "layout/LayoutBudget.h"
+#include "layout/RunWalk.h"
 #include "layout/TTI_ClassDef.h"
 
 namespace KWFontService_NS {
@@ -55,6 +56,41 @@ TTI_ChainContextRuleSets TTI_ChainContextFormat2::ruleSets() const {
     return {table(), kClassSetCountField};
 }
 
+int TTI_ChainContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& records,
+                                          const GlyphIDArray& run, int position,
+                                          unsigned int lookupFlag,
+                                          std::vector<int>& skipped) const {
+    const unsigned short gid = run[position].getGlyphID();
+    if (coverageIndex(gid) < 0)
+        return 0;
+    const auto nothing = [](int) {};
+    const TTI_ChainContextRuleSet rules = ruleSets()[inputClassOf(gid)];
+    skipped.clear();
+    for (std::size_t i = 0; i < rules.size() && call.spend(1); ++i) {
+        const auto rule = rules[i];
+        if (!rule)
+            continue;
+        RunWalk input(call, run, lookupFlag, position, RunWalk::Direction::Forward);
+        RunWalk back(call, run, lookupFlag, position, RunWalk::Direction::Backward);
+        // Deliberately from the first glyph on, also where the input has more.
+        RunWalk ahead(call, run, lookupFlag, position, RunWalk::Direction::Forward);
+        // What a rule passed over deliberately stays listed when the rule does not match.
+        if (!matches(
+                rule->input, input, [this](unsigned short next) { return inputClassOf(next); },
+                [&](int index) { skipped.push_back(index); }) ||
+            !matches(
+                rule->backtrack, back,
+                [this](unsigned short next) { return backtrackClassOf(next); }, nothing) ||
+            !matches(
+                rule->lookahead, ahead,
+                [this](unsigned short next) { return lookaheadClassOf(next); }, nothing))
+            continue;
+        records = rule->records;
+        return static_cast<int>(records.size());
+    }
+    return 0;
+}
+
 bool TTI_ChainContextFormat3::read(LayoutBudget& budget) {
     Rule rule;
     if (!readRule(table(), rule))
@@ -63,6 +99,30 @@ bool TTI_ChainContextFormat3::read(LayoutBudget& budget) {
         return digestCoverage(budget, rule.input.table(0));
     applyEverywhere();
     return true;
+}
+
+int TTI_ChainContextFormat3::matchContext(LayoutCall& call, TTI_LookupRecords& records,
+                                          const GlyphIDArray& run, int position,
+                                          unsigned int lookupFlag, std::vector<int>&) const {
+    const Rule context = rule();
+    const auto place = static_cast<std::size_t>(position);
+    if (context.backtrack.size() > place ||
+        place + context.input.size() + context.lookahead.size() >
+            static_cast<std::size_t>(run.size()))
+        return 0;
+    RunWalk input(call, run, lookupFlag, position, RunWalk::Direction::Forward);
+    // The first glyph counts whatever the lookup flag says.
+    if (context.input.size() != 0 &&
+        (!context.input.covers(0, run[position].getGlyphID()) || !covers(context.input, input, 1)))
+        return 0;
+    RunWalk back(call, run, lookupFlag, position, RunWalk::Direction::Backward);
+    // A rule without input looks ahead from its first glyph on.
+    const int last = context.input.size() != 0 ? input.index() : position - 1;
+    RunWalk ahead(call, run, lookupFlag, last, RunWalk::Direction::Forward);
+    if (!covers(context.backtrack, back) || !covers(context.lookahead, ahead))
+        return 0;
+    records = context.records;
+    return records.size() != 0 ? static_cast<int>(records.size()) : -1;
 }
 
 TTI_ChainContextFormat3::Rule TTI_ChainContextFormat3::rule() const {

@@ -34,6 +34,9 @@ public:
     int lookaheadClassOf(unsigned short gid) const;
     /// By input class of the first glyph.
     TTI_ChainContextRuleSets ruleSets() const;
+    int matchContext(LayoutCall& call, TTI_LookupRecords& records, const GlyphIDArray& run,
+                     int position, unsigned int lookupFlag,
+                     std::vector<int>& skipped) const override;
 
 protected:
     using TTI_SubTable::TTI_SubTable;
@@ -55,6 +58,9 @@ public:
     bool read(LayoutBudget& budget);
 
     Rule rule() const;
+    int matchContext(LayoutCall& call, TTI_LookupRecords& records, const GlyphIDArray& run,
+                     int position, unsigned int lookupFlag,
+                     std::vector<int>& skipped) const override;
 
 protected:
     using TTI_SubTable::TTI_SubTable;

@@ -1,6 +1,7 @@
 #include "layout/TTI_Context.h"
 
 #include "layout/LayoutBudget.h"
+#include "layout/RunWalk.h"
 #include "layout/TTI_ClassDef.h"
 
 #include <algorithm>
@@ -72,6 +73,37 @@ std::span<const TTI_ContextFormat2::IndexedRule> TTI_ContextFormat2::rulesFor(in
     const auto last =
         std::lower_bound(first, index_.end(), std::pair(firstClass, nextClass + 1), ranksBefore);
     return {first, last};
+}
+
+int TTI_ContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& records,
+                                     const GlyphIDArray& run, int position, unsigned int lookupFlag,
+                                     std::vector<int>& skipped) const {
+    const unsigned short gid = run[position].getGlyphID();
+    if (position + 1 >= run.size() || coverageIndex(gid) < 0)
+        return 0;
+    const int firstClass = classOf(gid);
+    skipped.clear();
+    RunWalk second(call, run, lookupFlag, position, RunWalk::Direction::Forward);
+    if (!second.next())
+        return 0;
+    const int nextClass = classOf(second.gid());
+    if (firstClass == -1 || nextClass == -1)
+        return 0;
+    const TTI_ContextRuleSet rules = ruleSets()[firstClass];
+    for (const IndexedRule& indexed : rulesFor(firstClass, nextClass)) {
+        const auto rule = rules[indexed.rule];
+        if (!call.spend(1))
+            return 0;
+        RunWalk walk(call, run, lookupFlag, position, RunWalk::Direction::Forward);
+        // What a rule passed over deliberately stays listed when the rule does not match.
+        if (!rule || !matches(
+                         rule->input, walk, [this](unsigned short next) { return classOf(next); },
+                         [&](int index) { skipped.push_back(index); }))
+            continue;
+        records = rule->records;
+        return static_cast<int>(records.size());
+    }
+    return 0;
 }
 
 bool TTI_ContextFormat3::read(LayoutBudget&) {

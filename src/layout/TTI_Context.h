@@ -47,6 +47,9 @@ public:
     /// The rules whose first two classes are these, in the order they are tried. A rule of one
     /// input glyph is under no class and so never matches.
     std::span<const IndexedRule> rulesFor(int firstClass, int nextClass) const;
+    int matchContext(LayoutCall& call, TTI_LookupRecords& records, const GlyphIDArray& run,
+                     int position, unsigned int lookupFlag,
+                     std::vector<int>& skipped) const override;
 
 protected:
     using TTI_SubTable::TTI_SubTable;

@@ -5,6 +5,8 @@
 
 #include "common/ByteView.h"
 
+#include <KWFontService17/FS_Types.h>
+
 namespace KWFontService_NS {
 
 /// The glyph classes of a face (OpenType `GDEF`); either part may be absent. Attachment points,
@@ -16,6 +18,10 @@ struct TTI_Gdef {
     /// Reads both class definitions. A bad glyph class definition ends the reading; a bad mark
     /// attachment one is dropped alone.
     Result read(KWCommonNS::ByteView table);
+
+    /// -1 for glyph id 0xFFFF, without the class definition, and for a glyph it does not list.
+    GlyphClassDef classOf(unsigned short gid) const;
+    int markAttachClassOf(unsigned short gid) const;
 
     KeptTable<TTI_ClassDef> glyphClass;
     KeptTable<TTI_ClassDef> markAttachClass;

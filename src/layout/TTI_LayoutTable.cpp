@@ -4,6 +4,7 @@
 #include "layout/LayoutBudget.h"
 
 #include "common/KWLimits.h"
+#include "common/TagText.h"
 
 #include <KWFontService17/FS_Types.h>
 
@@ -15,7 +16,7 @@ using KWCommonNS::ByteView;
 
 namespace {
 
-constexpr std::uint32_t kVertTag = 0x76657274; // 'vert'
+constexpr std::uint32_t kVertTag = KWCommonNS::sfntTag("vert");
 
 constexpr std::size_t kScriptListField = 4;
 constexpr std::size_t kFeatureListField = 6;

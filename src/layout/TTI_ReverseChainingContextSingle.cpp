@@ -1,5 +1,6 @@
 #include "layout/TTI_ReverseChainingContextSingle.h"
 
+#include "layout/RunWalk.h"
 #include "layout/TTI_ContextRules.h"
 
 #include <KWFontService17/FS_Types.h>
@@ -40,6 +41,22 @@ unsigned short TTI_ReverseChainingContextSingleFormat1::substituteOf(unsigned sh
     const U16List substitutes = rule().substitutes;
     const auto place = static_cast<std::size_t>(index);
     return place < substitutes.size() ? substitutes[place] : FS_NO_GLYPH;
+}
+
+unsigned short TTI_ReverseChainingContextSingleFormat1::substituteReverse(
+    LayoutCall& call, const GlyphIDArray& run, int index, unsigned int lookupFlag) const {
+    const unsigned short substitute = substituteOf(run[index].getGlyphID());
+    if (substitute == FS_NO_GLYPH)
+        return FS_NO_GLYPH;
+    const Rule context = rule();
+    const auto place = static_cast<std::size_t>(index);
+    if (context.backtrack.size() > place ||
+        place + context.lookahead.size() >= static_cast<std::size_t>(run.size()))
+        return FS_NO_GLYPH;
+    RunWalk back(call, run, lookupFlag, index, RunWalk::Direction::Backward);
+    RunWalk ahead(call, run, lookupFlag, index, RunWalk::Direction::Forward);
+    return covers(context.backtrack, back) && covers(context.lookahead, ahead) ? substitute
+                                                                               : FS_NO_GLYPH;
 }
 
 } // namespace KWFontService_NS

@@ -25,6 +25,8 @@ public:
     Rule rule() const;
     /// The substitute of a glyph whatever is around it, 0xFFFF when there is none.
     unsigned short substituteOf(unsigned short gid) const;
+    unsigned short substituteReverse(LayoutCall& call, const GlyphIDArray& run, int index,
+                                     unsigned int lookupFlag) const override;
 
 protected:
     using TTI_SubTable::TTI_SubTable;

@@ -26,22 +26,22 @@ unsigned short TTI_SubTable::substituteAlternate(unsigned short, int) const {
     return FS_NO_GLYPH;
 }
 
-unsigned short TTI_SubTable::substituteLigature(const FS_GSUBGPOSInfo&, const GlyphIDArray&, int&,
+unsigned short TTI_SubTable::substituteLigature(LayoutCall&, const GlyphIDArray&, int&,
                                                 unsigned int, std::vector<int>&) const {
     return FS_NO_GLYPH;
 }
 
-int TTI_SubTable::matchContext(const FS_GSUBGPOSInfo&, TTI_LookupRecords&, const GlyphIDArray&,
-                               int&, unsigned int, std::vector<int>&) const {
+int TTI_SubTable::matchContext(LayoutCall&, TTI_LookupRecords&, const GlyphIDArray&, int,
+                               unsigned int, std::vector<int>&) const {
     return 0;
 }
 
-unsigned short TTI_SubTable::substituteReverse(const FS_GSUBGPOSInfo&, const GlyphIDArray&, int,
+unsigned short TTI_SubTable::substituteReverse(LayoutCall&, const GlyphIDArray&, int,
                                                unsigned int) const {
     return FS_NO_GLYPH;
 }
 
-bool TTI_SubTable::position(const FS_GSUBGPOSInfo&, const TTI_LookupList&, const TTI_Lookup&,
+bool TTI_SubTable::position(LayoutCall&, const TTI_LookupList&, const TTI_Lookup&,
                             std::vector<GlyphIDPosition>&, int&, bool) const {
     return false;
 }

@@ -14,9 +14,9 @@ namespace KWFontService_NS {
 class GlyphIDArray;
 class GlyphIDPosition;
 class LayoutBudget;
+class LayoutCall;
 class TTI_LookupList;
 class TTI_LookupRecords;
-struct FS_GSUBGPOSInfo;
 struct TTI_Lookup;
 
 // Lookup types by their numbers in the file.
@@ -59,24 +59,24 @@ public:
     /// @param position    set behind the last component
     /// @param lookupFlag  which glyphs are passed over
     /// @param skipped     set to the indices of the glyphs passed over, ascending
-    virtual unsigned short substituteLigature(const FS_GSUBGPOSInfo& info, const GlyphIDArray& run,
+    virtual unsigned short substituteLigature(LayoutCall& call, const GlyphIDArray& run,
                                               int& position, unsigned int lookupFlag,
                                               std::vector<int>& skipped) const;
     /// Number of lookup records of the rule that matches at `position`, -1 for a match without
     /// records, 0 for no match.
-    /// @param records     set to the records, which the subtable keeps
-    /// @param position    set behind the matched input
-    virtual int matchContext(const FS_GSUBGPOSInfo& info, TTI_LookupRecords& records,
-                             const GlyphIDArray& run, int& position, unsigned int lookupFlag,
+    /// @param records  set to the records, which the subtable keeps
+    /// @param skipped  gets the indices of the glyphs of the input that are passed over, those of
+    ///                 rules that do not match in the end among them
+    virtual int matchContext(LayoutCall& call, TTI_LookupRecords& records, const GlyphIDArray& run,
+                             int position, unsigned int lookupFlag,
                              std::vector<int>& skipped) const;
     /// The glyph that replaces the one at `index` in its context, 0xFFFF when none does.
-    virtual unsigned short substituteReverse(const FS_GSUBGPOSInfo& info, const GlyphIDArray& run,
-                                             int index, unsigned int lookupFlag) const;
+    virtual unsigned short substituteReverse(LayoutCall& call, const GlyphIDArray& run, int index,
+                                             unsigned int lookupFlag) const;
     /// Positions the glyph at `index`; true when the subtable applied.
     /// @param index  moved when the subtable takes further glyphs
-    virtual bool position(const FS_GSUBGPOSInfo& info, const TTI_LookupList& lookups,
-                          const TTI_Lookup& lookup, std::vector<GlyphIDPosition>& positions,
-                          int& index, bool rtl) const;
+    virtual bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                          std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const;
     /// The lookup type of the subtable itself, whatever its lookup says.
     virtual int lookupType() const = 0;
 

@@ -68,11 +68,11 @@ protected:
 
 // --- what is found ------------------------------------------------------------------------------
 
-TEST_F(LayoutHandle, KeepsWhatWasAskedForAndTheFont) {
-    FS_TrueTypeInfo font;
-    const FS_GSUBGPOSInfo handle = findLayout(tagValue("latn"), 0, &font, gsub, gpos);
+TEST_F(LayoutHandle, KeepsWhatWasAskedForAndTheGlyphClasses) {
+    const TTI_Gdef gdef;
+    const FS_GSUBGPOSInfo handle = findLayout(tagValue("latn"), 0, &gdef, gsub, gpos);
     EXPECT_EQ(handle.script, tagValue("latn"));
-    EXPECT_EQ(handle.fontTables, &font);
+    EXPECT_EQ(handle.gdef, &gdef);
 }
 
 TEST_F(LayoutHandle, AScriptThatTheFontDoesNotListIsNotReplacedByDFLT) {
@@ -212,7 +212,7 @@ TEST(LayoutHandleOfAFont, HasTheTablesOfItsFace) {
     const HandlePtr handle = handleOf(font, "latn", "DEU ");
     ASSERT_NE(handle, nullptr);
     const auto* face = static_cast<FS_TrueType*>(font.getFont())->face(0);
-    EXPECT_EQ(handle->fontTables, face);
+    EXPECT_EQ(handle->gdef, &face->tables().gdef);
     EXPECT_EQ(handle->gsubTable, &face->tables().gsub);
     EXPECT_EQ(handle->gposTable, &face->tables().gpos);
     EXPECT_TRUE(FS_FontInfo::hasGSUBFeature(handle.get(), tagValue("smcp")));

@@ -1,0 +1,157 @@
+#include "layout/GsubContext.h"
+
+#include "layout/GsubLookup.h"
+#include "layout/LayoutCall.h"
+#include "layout/TTI_ContextRules.h"
+#include "layout/TTI_LookupList.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace KWFontService_NS {
+
+void ContextOutput::copy(const GlyphIDArray& run) {
+    front_.clear();
+    run_ = &run;
+    next_ = 0;
+}
+
+const GlyphIDClassPair& ContextOutput::operator[](int index) const {
+    const int made = static_cast<int>(front_.size());
+    return index < made ? front_[static_cast<std::size_t>(index)] : (*run_)[next_ + index - made];
+}
+
+bool ContextOutput::reach(int index) {
+    if (index < 0 || index >= size())
+        return false;
+    while (static_cast<int>(front_.size()) <= index)
+        front_.push_back((*run_)[next_++]);
+    return true;
+}
+
+void ContextOutput::set(int index, const GlyphIDClassPair& glyph) {
+    if (reach(index))
+        front_[static_cast<std::size_t>(index)] = glyph;
+}
+
+void ContextOutput::insert(int index, std::span<const GlyphIDClassPair> glyphs) {
+    // The place behind the last glyph will do as well.
+    if (index > 0 && !reach(index - 1))
+        return;
+    front_.insert(front_.begin() + index, glyphs.begin(), glyphs.end());
+}
+
+void ContextOutput::cut(int count) {
+    const auto made = std::min(front_.size(), static_cast<std::size_t>(count));
+    front_.erase(front_.begin(), front_.begin() + static_cast<std::ptrdiff_t>(made));
+    next_ += std::min(rest(), count - static_cast<int>(made));
+}
+
+int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& position,
+                       std::vector<int>& skipped) {
+    const LayoutCall::Nesting nesting(call_);
+    const unsigned short gid = run[position].getGlyphID();
+    if (!nesting || !lookup.mayApply(gid))
+        return 0;
+
+    std::vector<int> passed = std::exchange(spare_, {});
+    TTI_LookupRecords records;
+    int matched = 0;
+    for (const TTI_SubTablePtr& subtable : lookup.subtables) {
+        if (!call_.spend(1))
+            break;
+        if (!subtable || !subtable->mayApply(gid))
+            continue;
+        passed.clear();
+        matched = subtable->matchContext(call_, records, run, position, lookup.flag, passed);
+        if (matched != 0)
+            break;
+    }
+    int result = 0;
+    if (matched != 0)
+        output_.copy(run);
+    if (matched > 0) {
+        const int start = position;
+        int furthest = start;
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            const TTI_LookupRecord record = records[i];
+            int at = start + record.sequenceIndex;
+            for (const int index : passed) {
+                if (index > at)
+                    break;
+                ++at;
+            }
+            const TTI_Lookup* nested = lookups_.find(record.lookupListIndex);
+            if (nested == nullptr || at >= run.size() || !call_.spend(1))
+                continue;
+            int end = at;
+            const int count = applyNested(*nested, run, end, skipped);
+            if (count > 0) {
+                result = std::max(result, count + at - start);
+                furthest = std::max(furthest, end);
+            }
+        }
+        position = furthest;
+        // A context within this one has cut the output already; it is deliberately cut again.
+        output_.cut(start);
+        result = std::min(result, output_.size());
+    }
+    spare_ = std::move(passed);
+    return result;
+}
+
+int GsubContext::applyNested(const TTI_Lookup& lookup, const GlyphIDArray& run, int& position,
+                             std::vector<int>& skipped) {
+    const unsigned short gid = run[position].getGlyphID();
+    switch (lookup.type) {
+    case kGsubSingle:
+        return replace(findSingle(call_, lookup, gid), position);
+    case kGsubMultiple:
+        return replaceBySequence(lookup, run, position);
+    case kGsubAlternate:
+        return replace(findAlternate(call_, lookup, gid, 1), position);
+    case kGsubLigature:
+        return replaceByLigature(lookup, run, position, skipped);
+    case kGsubContext:
+    case kGsubChainContext:
+        return apply(lookup, run, position, skipped) > 0 ? 1 : 0;
+    default:
+        return 0;
+    }
+}
+
+int GsubContext::replace(unsigned short gid, int& position) {
+    if (gid == FS_NO_GLYPH)
+        return 0;
+    output_.set(position++, call_.glyph(gid));
+    return 1;
+}
+
+int GsubContext::replaceBySequence(const TTI_Lookup& lookup, const GlyphIDArray& run,
+                                   int& position) {
+    const auto sequence = findSequence(call_, lookup, run[position].getGlyphID());
+    // Of an empty sequence nothing could be counted, so that the glyph would stay in the run.
+    if (!sequence || sequence->empty() || !call_.spend(sequence->size()))
+        return 0;
+    sequence_.clear();
+    for (const std::uint16_t gid : *sequence)
+        sequence_.push_back(call_.glyph(gid));
+    output_.set(position, sequence_.front());
+    output_.insert(position + 1, std::span(sequence_).subspan(1));
+    ++position;
+    return static_cast<int>(sequence_.size());
+}
+
+int GsubContext::replaceByLigature(const TTI_Lookup& lookup, const GlyphIDArray& run, int& position,
+                                   std::vector<int>& skipped) {
+    const int first = position;
+    const unsigned short ligature = findLigature(call_, lookup, run, position, skipped);
+    if (ligature == FS_NO_GLYPH)
+        return 0;
+    output_.set(first, call_.glyph(ligature));
+    for (int i = first + 1; i < position; ++i)
+        output_.set(i, {});
+    return 1;
+}
+
+} // namespace KWFontService_NS
