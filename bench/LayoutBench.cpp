@@ -69,36 +69,6 @@ BENCHMARK_CAPTURE(loadHarfBuzz, libertine, kLibertine)->Name("loadLayout/LinLibe
 BENCHMARK_CAPTURE(loadOurs, arabic, kArabic)->Name("loadLayout/Amiri/ours");
 BENCHMARK_CAPTURE(loadHarfBuzz, arabic, kArabic)->Name("loadLayout/Amiri/HarfBuzz");
 
-/// Asks every lookup of a font for glyphs that it does not cover: what a run costs where nothing
-/// applies.
-void missOurs(benchmark::State& state, Line line) {
-    TTI_LayoutTable gsub;
-    gsub.read(KWTest::fontTable(KWTest::packagedFont(line.font), "GSUB").vector(),
-              TTI_LayoutTable::Kind::Gsub);
-    std::vector<unsigned short> uncovered;
-    for (unsigned short gid = 0; gid < 2000 && uncovered.size() < 100; ++gid) {
-        bool covered = false;
-        for (const auto& lookup : gsub.lookups())
-            covered = covered || lookup.mayApply(gid);
-        if (!covered)
-            uncovered.push_back(gid);
-    }
-    std::size_t asked = 0;
-    for (auto _ : state) {
-        int hits = 0;
-        for (const auto& lookup : gsub.lookups()) {
-            for (const unsigned short gid : uncovered)
-                hits += lookup.mayApply(gid) ? 1 : 0;
-        }
-        benchmark::DoNotOptimize(hits);
-        asked += uncovered.size() * gsub.lookups().size();
-    }
-    state.counters["nsPerGlyphAndLookup"] =
-        benchmark::Counter(static_cast<double>(asked) / 1e9,
-                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-}
-BENCHMARK_CAPTURE(missOurs, arabic, kArabic)->Name("missedLookups/Amiri/ours");
-
 } // namespace
 
 } // namespace KWBench

@@ -123,7 +123,9 @@ int FS_FontInfo::processGPOS3(const FS_GSUBGPOSInfo* info, int index,
     const bool fromRight = rtl || (lookup->flag & kRightToLeft) != 0;
     int found = -1;
     for (int i = 0; i < static_cast<int>(positions.size()); ++i) {
-        if (positionAt(call, lookups, *lookup, positions, i, fromRight) && found == -1)
+        const unsigned short gid = positions[static_cast<std::size_t>(i)].getGlyphID();
+        if (lookup->mayApply(gid) && positionAt(call, lookups, *lookup, positions, i, fromRight) &&
+            found == -1)
             found = i;
     }
     return found;

@@ -10,41 +10,51 @@
 
 namespace KWFontService_NS {
 
-void ContextOutput::copy(const GlyphIDArray& run) {
-    front_.clear();
+void ContextOutput::copy(const GlyphIDArray& run, int start) {
     run_ = &run;
-    next_ = 0;
+    headStart_ = 0;
+    headEnd_ = start;
+    made_.clear();
+    next_ = start;
 }
 
 const GlyphIDClassPair& ContextOutput::operator[](int index) const {
-    const int made = static_cast<int>(front_.size());
-    return index < made ? front_[static_cast<std::size_t>(index)] : (*run_)[next_ + index - made];
+    if (index < head())
+        return (*run_)[headStart_ + index];
+    index -= head();
+    return index < made() ? made_[static_cast<std::size_t>(index)]
+                          : (*run_)[next_ + index - made()];
 }
 
-bool ContextOutput::reach(int index) {
+std::optional<std::size_t> ContextOutput::make(int index) {
     if (index < 0 || index >= size())
-        return false;
-    while (static_cast<int>(front_.size()) <= index)
-        front_.push_back((*run_)[next_++]);
-    return true;
+        return std::nullopt;
+    if (index < head()) {
+        made_.insert(made_.begin(), run_->begin() + headStart_ + index, run_->begin() + headEnd_);
+        headEnd_ = headStart_ + index;
+    }
+    while (made() <= index - head())
+        made_.push_back((*run_)[next_++]);
+    return static_cast<std::size_t>(index - head());
 }
 
 void ContextOutput::set(int index, const GlyphIDClassPair& glyph) {
-    if (reach(index))
-        front_[static_cast<std::size_t>(index)] = glyph;
+    if (const auto place = make(index))
+        made_[*place] = glyph;
 }
 
-void ContextOutput::insert(int index, std::span<const GlyphIDClassPair> glyphs) {
-    // The place behind the last glyph will do as well.
-    if (index > 0 && !reach(index - 1))
-        return;
-    front_.insert(front_.begin() + index, glyphs.begin(), glyphs.end());
+void ContextOutput::insertAfter(int index, std::span<const GlyphIDClassPair> glyphs) {
+    if (const auto place = make(index))
+        made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(*place) + 1, glyphs.begin(),
+                     glyphs.end());
 }
 
 void ContextOutput::cut(int count) {
-    const auto made = std::min(front_.size(), static_cast<std::size_t>(count));
-    front_.erase(front_.begin(), front_.begin() + static_cast<std::ptrdiff_t>(made));
-    next_ += std::min(rest(), count - static_cast<int>(made));
+    const int fromHead = std::min(count, head());
+    headStart_ += fromHead;
+    const int fromMade = std::min(count - fromHead, made());
+    made_.erase(made_.begin(), made_.begin() + fromMade);
+    next_ += std::min(count - fromHead - fromMade, rest());
 }
 
 int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& position,
@@ -69,7 +79,7 @@ int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& p
     }
     int result = 0;
     if (matched != 0)
-        output_.copy(run);
+        output_.copy(run, position);
     if (matched > 0) {
         const int start = position;
         int furthest = start;
@@ -137,7 +147,7 @@ int GsubContext::replaceBySequence(const TTI_Lookup& lookup, const GlyphIDArray&
     for (const std::uint16_t gid : *sequence)
         sequence_.push_back(call_.glyph(gid));
     output_.set(position, sequence_.front());
-    output_.insert(position + 1, std::span(sequence_).subspan(1));
+    output_.insertAfter(position, std::span(sequence_).subspan(1));
     ++position;
     return static_cast<int>(sequence_.size());
 }

@@ -2,6 +2,8 @@
 
 #include <KWFontService17/GlyphIDArray.h>
 
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,30 +14,36 @@ class TTI_LookupList;
 struct TTI_Lookup;
 
 /// A run that the lookups of a context write to while they read the run it was taken from. It
-/// begins as a copy of that run, of which only the front that is written is really made.
+/// begins as a copy of that run, of which only the part that is written is really made.
 class ContextOutput {
 public:
     /// Makes it a copy of `run`, which stays as it is until the next call.
-    void copy(const GlyphIDArray& run);
+    /// @param start  where writing is likely to begin
+    void copy(const GlyphIDArray& run, int start);
 
-    int size() const { return static_cast<int>(front_.size()) + rest(); }
+    int size() const { return head() + made() + rest(); }
     /// @param index  from 0 to below `size()`
     const GlyphIDClassPair& operator[](int index) const;
     /// Does nothing for an index past the end.
     void set(int index, const GlyphIDClassPair& glyph);
-    /// Inserts before `index`; does nothing for an index past the end.
-    void insert(int index, std::span<const GlyphIDClassPair> glyphs);
+    /// Inserts behind the glyph at `index`; does nothing for an index past the end.
+    void insertAfter(int index, std::span<const GlyphIDClassPair> glyphs);
     /// Removes the first `count` glyphs, or all when there are fewer.
     void cut(int count);
 
 private:
+    int head() const { return headEnd_ - headStart_; }
+    int made() const { return static_cast<int>(made_.size()); }
     int rest() const { return run_ == nullptr ? 0 : run_->size() - next_; }
-    /// Makes the front reach beyond `index`; false past the end.
-    bool reach(int index);
+    /// Has the glyph at `index` made, and answers its place among those; nothing past the end.
+    std::optional<std::size_t> make(int index);
 
-    std::vector<GlyphIDClassPair> front_;
     const GlyphIDArray* run_ = nullptr;
-    /// The first glyph of the run that is not in the front.
+    // First come glyphs of the run as they are, then those that were made, then the run from
+    // `next_` on.
+    int headStart_ = 0;
+    int headEnd_ = 0;
+    std::vector<GlyphIDClassPair> made_;
     int next_ = 0;
 };
 

@@ -57,6 +57,9 @@ public:
     U16List(KWCommonNS::ByteView view, std::size_t offset, std::size_t count)
         : data_(view.from(offset).data()),
           size_(static_cast<std::uint32_t>(heldRecords(view, offset, count, 2))) {}
+    /// Of numbers that are known to be there.
+    U16List(const std::uint8_t* data, std::size_t count)
+        : data_(data), size_(static_cast<std::uint32_t>(count)) {}
 
     std::size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
@@ -79,6 +82,25 @@ struct GlyphRange {
     std::uint16_t value;
 };
 
+/// The range that a glyph is in, as a binary search comes to it.
+/// @param rangeAt  answers the range of an index below `size`
+template <class RangeAt>
+std::optional<GlyphRange> findRange(std::size_t size, unsigned short gid, RangeAt rangeAt) {
+    std::size_t low = 0;
+    std::size_t high = size;
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        const GlyphRange range = rangeAt(middle);
+        if (gid < range.start)
+            high = middle;
+        else if (gid > range.end)
+            low = middle + 1;
+        else
+            return range;
+    }
+    return std::nullopt;
+}
+
 /// Ranges of a table, read in place.
 class GlyphRangeList {
 public:
@@ -97,21 +119,8 @@ public:
         return {KWCommonNS::ByteView::loadU16(p), KWCommonNS::ByteView::loadU16(p + 2),
                 KWCommonNS::ByteView::loadU16(p + 4)};
     }
-    /// The range that a glyph is in, as a binary search comes to it.
     std::optional<GlyphRange> find(unsigned short gid) const {
-        std::size_t low = 0;
-        std::size_t high = size_;
-        while (low < high) {
-            const std::size_t middle = (low + high) / 2;
-            const GlyphRange range = (*this)[middle];
-            if (gid < range.start)
-                high = middle;
-            else if (gid > range.end)
-                low = middle + 1;
-            else
-                return range;
-        }
-        return std::nullopt;
+        return findRange(size_, gid, [this](std::size_t i) { return (*this)[i]; });
     }
 
 private:

@@ -34,10 +34,6 @@ int TTI_ClassDef::classOf(unsigned short gid) const {
     return std::visit([gid](const auto& format) { return format.classOf(gid); }, format_);
 }
 
-std::size_t TTI_ClassDef::byteSize() const {
-    return std::visit([](const auto& format) { return format.byteSize(); }, format_);
-}
-
 int classByDefinition(ByteView base, std::size_t field, unsigned short gid) {
     const auto definition = TTI_ClassDef::read(offsetTo(base, field));
     return definition ? definition->classOf(gid) : -1;

@@ -19,7 +19,6 @@ public:
     /// Always -1: the format is kept and deliberately matches nothing, so that a font that uses it
     /// has no classes.
     int classOf(unsigned short gid) const;
-    std::size_t byteSize() const { return 6 + 2 * classes_.size(); }
 
     std::uint16_t startGlyph() const { return startGlyph_; }
     const U16List& classes() const { return classes_; }
@@ -35,7 +34,7 @@ public:
     explicit TTI_ClassDefFormat2(KWCommonNS::ByteView table);
 
     int classOf(unsigned short gid) const;
-    std::size_t byteSize() const { return 4 + GlyphRangeList::kRecordSize * ranges_.size(); }
+    const GlyphRangeList& ranges() const { return ranges_; }
 
 private:
     GlyphRangeList ranges_;
@@ -51,11 +50,12 @@ public:
 
     /// Class of a glyph, -1 when the table does not list it; the caller decides what that means.
     int classOf(unsigned short gid) const;
-    /// How many bytes the table has.
-    std::size_t byteSize() const;
-    /// Null for format 2.
+    /// Null for another format.
     const TTI_ClassDefFormat1* format1() const {
         return std::get_if<TTI_ClassDefFormat1>(&format_);
+    }
+    const TTI_ClassDefFormat2* format2() const {
+        return std::get_if<TTI_ClassDefFormat2>(&format_);
     }
 
 private:

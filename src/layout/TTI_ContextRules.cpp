@@ -4,29 +4,6 @@ namespace KWFontService_NS {
 
 using KWCommonNS::ByteView;
 
-std::size_t SequentialArrays::take(std::size_t bytes) {
-    if (!table_.contains(at_, bytes)) {
-        whole_ = false;
-        at_ = table_.size();
-    }
-    const std::size_t start = at_;
-    if (whole_)
-        at_ += bytes;
-    return start;
-}
-
-std::size_t SequentialArrays::count() {
-    return table_.u16(take(2)).value_or(0);
-}
-
-U16List SequentialArrays::numbers(std::size_t count) {
-    return U16List(table_, take(2 * count), count);
-}
-
-TTI_LookupRecords SequentialArrays::records(std::size_t count) {
-    return TTI_LookupRecords(table_, take(TTI_LookupRecords::kRecordSize * count), count);
-}
-
 std::optional<TTI_ContextRule> TTI_ContextRule::read(ByteView rule) {
     SequentialArrays arrays(rule, 0);
     const std::size_t inputCount = arrays.count();

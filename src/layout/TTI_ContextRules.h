@@ -23,9 +23,8 @@ public:
     static constexpr std::size_t kRecordSize = 4;
 
     TTI_LookupRecords() = default;
-    /// The `count` records from `offset` on, or as many as the view holds.
-    TTI_LookupRecords(KWCommonNS::ByteView view, std::size_t offset, std::size_t count)
-        : words_(view, offset, 2 * heldRecords(view, offset, count, kRecordSize)) {}
+    /// @param data  `count` records
+    TTI_LookupRecords(const std::uint8_t* data, std::size_t count) : words_(data, 2 * count) {}
 
     std::size_t size() const { return words_.size() / 2; }
     /// @param i  below `size()`
@@ -109,12 +108,22 @@ using TTI_ChainContextRuleSets = TTI_RuleSets<TTI_ChainContextRule>;
 /// the end.
 class SequentialArrays {
 public:
-    SequentialArrays(KWCommonNS::ByteView table, std::size_t start) : table_(table), at_(start) {}
+    SequentialArrays(KWCommonNS::ByteView table, std::size_t start)
+        : next_(table.from(start).data()), left_(table.from(start).size()) {}
 
     /// The number that comes next, 0 on a miss.
-    std::size_t count();
-    U16List numbers(std::size_t count);
-    TTI_LookupRecords records(std::size_t count);
+    std::size_t count() {
+        const std::uint8_t* start = take(2);
+        return start != nullptr ? KWCommonNS::ByteView::loadU16(start) : 0;
+    }
+    U16List numbers(std::size_t count) {
+        const std::uint8_t* start = take(2 * count);
+        return start != nullptr ? U16List(start, count) : U16List();
+    }
+    TTI_LookupRecords records(std::size_t count) {
+        const std::uint8_t* start = take(TTI_LookupRecords::kRecordSize * count);
+        return start != nullptr ? TTI_LookupRecords(start, count) : TTI_LookupRecords();
+    }
     /// The same with their count in front.
     U16List countedNumbers() { return numbers(count()); }
 
@@ -122,11 +131,18 @@ public:
     bool whole() const { return whole_; }
 
 private:
-    /// Where `bytes` more are; at the end of the table on a miss.
-    std::size_t take(std::size_t bytes);
+    /// Where `bytes` more are; null from the first miss on.
+    const std::uint8_t* take(std::size_t bytes) {
+        whole_ = whole_ && bytes <= left_;
+        if (!whole_)
+            return nullptr;
+        left_ -= bytes;
+        next_ += bytes;
+        return next_ - bytes;
+    }
 
-    KWCommonNS::ByteView table_;
-    std::size_t at_;
+    const std::uint8_t* next_;
+    std::size_t left_;
     bool whole_ = true;
 };
 

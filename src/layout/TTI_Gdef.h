@@ -1,7 +1,6 @@
 #pragma once
 
-#include "layout/KeptTable.h"
-#include "layout/TTI_ClassDef.h"
+#include "layout/KeptClassDef.h"
 
 #include "common/ByteView.h"
 
@@ -20,11 +19,13 @@ struct TTI_Gdef {
     Result read(KWCommonNS::ByteView table);
 
     /// -1 for glyph id 0xFFFF, without the class definition, and for a glyph it does not list.
-    GlyphClassDef classOf(unsigned short gid) const;
-    int markAttachClassOf(unsigned short gid) const;
+    GlyphClassDef classOf(unsigned short gid) const {
+        return static_cast<GlyphClassDef>(glyphClass.classOf(gid));
+    }
+    int markAttachClassOf(unsigned short gid) const { return markAttachClass.classOf(gid); }
 
-    KeptTable<TTI_ClassDef> glyphClass;
-    KeptTable<TTI_ClassDef> markAttachClass;
+    KeptClassDef glyphClass;
+    KeptClassDef markAttachClass;
 };
 
 } // namespace KWFontService_NS

@@ -1,7 +1,6 @@
 #include "layout/KeptTable.h"
 
 #include "layout/LayoutFixture.h"
-#include "layout/TTI_ClassDef.h"
 #include "layout/TTI_Coverage.h"
 
 #include <gtest/gtest.h>
@@ -29,14 +28,14 @@ TEST(KeptTable, AnswersWhenItsSourceIsGoneAndWhenItHasMoved) {
 TEST(KeptTable, HoldsNothingOfABadTable) {
     const Bytes bad = Bytes().u16(3).u16(0);
     EXPECT_FALSE(KeptTable<TTI_Coverage>(viewOf(bad)));
-    EXPECT_FALSE(KeptTable<TTI_ClassDef>(KWCommonNS::ByteView()));
+    EXPECT_FALSE(KeptTable<TTI_Coverage>(KWCommonNS::ByteView()));
 }
 
 TEST(KeptTable, OfATableThatIsCutOffWhatItHoldsCounts) {
     const Bytes cut = Bytes().u16(1); // half a header
-    const KeptTable<TTI_ClassDef> kept(viewOf(cut));
+    const KeptTable<TTI_Coverage> kept(viewOf(cut));
     ASSERT_TRUE(kept);
-    EXPECT_EQ(kept->classOf(0), -1);
+    EXPECT_EQ(kept->coverageIndex(0), -1);
 }
 
 } // namespace

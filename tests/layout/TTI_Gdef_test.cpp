@@ -23,8 +23,8 @@ TEST(GdefTable, HoldsBothClassDefinitions) {
     const Reading reading(
         Gdef{.glyphClassDef = kGood, .markAttachClassDef = classDefFormat2({{2, 2, 9}})}.build());
     EXPECT_EQ(reading.result, Result::Ok);
-    EXPECT_EQ(reading.gdef.glyphClass->classOf(2), 3);
-    EXPECT_EQ(reading.gdef.markAttachClass->classOf(2), 9);
+    EXPECT_EQ(reading.gdef.glyphClass.classOf(2), 3);
+    EXPECT_EQ(reading.gdef.markAttachClass.classOf(2), 9);
 }
 
 TEST(GdefTable, AnOffsetOfZeroIsAnAbsentPart) {
@@ -70,8 +70,8 @@ TEST(GdefTable, KeepsItsClassesWhenTheTableIsGone) {
         gdef.read(viewOf(bytes));
     }
     const TTI_Gdef moved = std::move(gdef);
-    EXPECT_EQ(moved.glyphClass->classOf(2), 3);
-    EXPECT_EQ(moved.markAttachClass->classOf(2), 3);
+    EXPECT_EQ(moved.glyphClass.classOf(2), 3);
+    EXPECT_EQ(moved.markAttachClass.classOf(2), 3);
 }
 
 TEST(GdefTable, AClassDefinitionOfFormat1LeavesEveryGlyphUnknown) {
@@ -79,7 +79,7 @@ TEST(GdefTable, AClassDefinitionOfFormat1LeavesEveryGlyphUnknown) {
     EXPECT_EQ(reading.result, Result::Ok);
     ASSERT_TRUE(reading.gdef.glyphClass);
     for (const unsigned short gid : std::initializer_list<unsigned short>{0, 1, 2, 3})
-        EXPECT_EQ(reading.gdef.glyphClass->classOf(gid), -1);
+        EXPECT_EQ(reading.gdef.glyphClass.classOf(gid), -1);
 }
 
 TEST(GdefTable, EveryLengthCanBeRead) {
@@ -87,7 +87,7 @@ TEST(GdefTable, EveryLengthCanBeRead) {
     for (std::size_t size = 0; size <= whole.size(); ++size) {
         const Reading reading(whole.slice(0, size));
         if (reading.gdef.glyphClass)
-            (void)reading.gdef.glyphClass->classOf(1);
+            (void)reading.gdef.glyphClass.classOf(1);
     }
     EXPECT_EQ(Reading(Bytes{}).result, Result::Ok) << "without offsets there are no parts";
 }
