@@ -15,7 +15,7 @@ unsigned int featureTag(const TTI_LangSys* langSys, int index) {
         return 0;
     const auto& order = langSys->lookupOrder;
     const auto place = static_cast<std::size_t>(index);
-    return place < order.size() ? order[place].tag : 0;
+    return place < order.size() ? order[place].tag() : 0;
 }
 
 } // namespace

@@ -25,7 +25,7 @@ int lookupIndexAt(const TTI_LangSys* langSys, int entry) {
     if (langSys == nullptr || entry < 0 ||
         static_cast<std::size_t>(entry) >= langSys->lookupOrder.size())
         return -1;
-    return static_cast<int>(langSys->lookupOrder[static_cast<std::size_t>(entry)].lookupIndex);
+    return langSys->lookupOrder[static_cast<std::size_t>(entry)].lookupIndex();
 }
 
 /// The mask that the words of a run are read as, one entry for each of its glyphs.

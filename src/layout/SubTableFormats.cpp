@@ -78,7 +78,7 @@ constexpr auto kGposFormats = std::to_array<SubTableFormat>({
 });
 
 SubTableSource findFormat(std::span<const SubTableFormat> formats, ByteView table,
-                          std::uint32_t type) {
+                          std::uint16_t type) {
     const auto format = table.u16(0);
     for (const SubTableFormat& row : formats) {
         if (row.lookupType == type && row.format == format)
@@ -98,7 +98,7 @@ bool enterExtension(ByteView& table) {
 
 } // namespace
 
-SubTableSource findGsubSubTable(ByteView table, std::uint32_t type, std::uint32_t& lookupType) {
+SubTableSource findGsubSubTable(ByteView table, std::uint16_t type, std::uint16_t& lookupType) {
     for (int depth = 0; type == kGsubExtension; ++depth) {
         const auto wrapped = table.u16(2);
         if (depth == kMaxExtensionDepth || !wrapped)
@@ -110,7 +110,7 @@ SubTableSource findGsubSubTable(ByteView table, std::uint32_t type, std::uint32_
     return findFormat(kGsubFormats, table, type);
 }
 
-SubTableSource findGposSubTable(ByteView table, std::uint32_t type) {
+SubTableSource findGposSubTable(ByteView table, std::uint16_t type) {
     for (int depth = 0; type == kGposExtension; ++depth) {
         const auto wrapped = table.u16(2);
         if (depth == kMaxExtensionDepth || table.u16(0) != 1 || !enterExtension(table))

@@ -30,9 +30,9 @@ struct SubTableSource {
 /// Finds the class of a GSUB subtable, inside extensions too.
 /// @param type        the lookup's type in the file
 /// @param lookupType  set to the last type that is read from an extension, and left else
-SubTableSource findGsubSubTable(KWCommonNS::ByteView table, std::uint32_t type,
-                                std::uint32_t& lookupType);
+SubTableSource findGsubSubTable(KWCommonNS::ByteView table, std::uint16_t type,
+                                std::uint16_t& lookupType);
 /// The same for GPOS, where the type in the file stays that of the lookup.
-SubTableSource findGposSubTable(KWCommonNS::ByteView table, std::uint32_t type);
+SubTableSource findGposSubTable(KWCommonNS::ByteView table, std::uint16_t type);
 
 } // namespace KWFontService_NS

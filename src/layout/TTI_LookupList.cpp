@@ -41,7 +41,7 @@ bool TTI_LookupList::findSubTables(ByteView list, Kind kind, LayoutBudget& budge
         const ByteView table = list.from(ByteView::loadU16(list.data() + 2 + 2 * i));
         if (table.contains(0, kLookupHeaderSize)) {
             TTI_Lookup& lookup = lookups_[i];
-            const std::uint32_t type = ByteView::loadU16(table.data());
+            const std::uint16_t type = ByteView::loadU16(table.data());
             lookup.type = type;
             lookup.flag = ByteView::loadU16(table.data() + 2);
             const U16List offsets(table, kLookupHeaderSize, ByteView::loadU16(table.data() + 4));

@@ -17,15 +17,15 @@ class LayoutBudget;
 
 /// A lookup. Its index in the lookup list is what features and context rules name it by.
 struct TTI_Lookup {
+    /// The glyphs of all subtables.
+    GlyphDigest digest;
     /// As in the file, but in GSUB the type that an extension lookup wraps; GPOS keeps 9.
-    std::uint32_t type = 0;
+    std::uint16_t type = 0;
     /// Bit 0x0010 has no meaning: mark filtering sets are not read.
-    std::uint32_t flag = 0;
+    std::uint16_t flag = 0;
     /// As many as the file holds of those it counts; null where the type or format is unknown or
     /// the subtable is bad.
     std::span<const TTI_SubTablePtr> subtables;
-    /// The glyphs of all subtables.
-    GlyphDigest digest;
 
     /// False when no subtable can apply at this glyph.
     bool mayApply(unsigned short gid) const { return digest.mayHold(gid); }

@@ -64,13 +64,17 @@ public:
         for (const ByteView table : tables) {
             if (!add(table, langSys)) {
                 // None is better than half of one.
-                list_.orderedLookups_.resize(extent.firstLookup);
+                list_.orderedLookups_.erase(list_.orderedLookups_.begin() +
+                                                static_cast<std::ptrdiff_t>(extent.firstLookup),
+                                            list_.orderedLookups_.end());
                 list_.features_.resize(extent.firstFeature);
                 return std::nullopt;
             }
         }
         const auto lookups = std::span(list_.orderedLookups_).subspan(extent.firstLookup);
-        std::ranges::stable_sort(lookups, {}, &TTI_LangSys::OrderedLookup::lookupIndex);
+        std::ranges::stable_sort(lookups, {}, [](const TTI_LangSys::OrderedLookup& entry) {
+            return entry.lookupIndex();
+        });
         const auto features = std::span(list_.features_).subspan(extent.firstFeature);
         std::ranges::stable_sort(features, {}, tagOf);
         extent.lookups = lookups.size();
@@ -130,7 +134,7 @@ private:
                 return false;
             list_.features_.push_back(&feature);
             for (const std::uint16_t lookupIndex : feature.lookupIndices)
-                list_.orderedLookups_.push_back({feature.tag, lookupIndex});
+                list_.orderedLookups_.emplace_back(feature.tag, lookupIndex);
         }
         return true;
     }

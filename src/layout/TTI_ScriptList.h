@@ -22,9 +22,21 @@ struct TTI_Feature {
 
 /// A language system.
 struct TTI_LangSys {
-    struct OrderedLookup {
-        std::uint32_t tag;
-        std::uint32_t lookupIndex;
+    class OrderedLookup {
+    public:
+        OrderedLookup(std::uint32_t tag, std::uint16_t lookupIndex)
+            : tagHigh_(static_cast<std::uint16_t>(tag >> 16)),
+              tagLow_(static_cast<std::uint16_t>(tag)), lookupIndex_(lookupIndex) {}
+
+        /// Of the feature.
+        std::uint32_t tag() const { return std::uint32_t{tagHigh_} << 16 | tagLow_; }
+        std::uint16_t lookupIndex() const { return lookupIndex_; }
+
+    private:
+        // Halves, so that an entry packs without padding: fonts have a thousand of them.
+        std::uint16_t tagHigh_;
+        std::uint16_t tagLow_;
+        std::uint16_t lookupIndex_;
     };
 
     /// One entry for each lookup of each feature, ascending by lookup index; of one index, in the

@@ -50,6 +50,16 @@ TEST(GlyphDigest, HoldsWhatWasAddedAtEverySpan) {
     }
 }
 
+TEST(GlyphDigest, OfAWideBucketOnlyGlyphsWithTheLowBitsOfOneInTheSetAreHeld) {
+    GlyphDigest digest(0, 0x7FFF);
+    digest.add(0, 0);
+    digest.add(0x7FFF, 0x7FFF);
+    // Two buckets of 512 glyphs, and of 64 glyphs in each the first and the last.
+    EXPECT_EQ(held(digest), 2 * 512 / 64 * 2);
+    EXPECT_TRUE(digest.mayHold(64));
+    EXPECT_FALSE(digest.mayHold(1));
+}
+
 TEST(GlyphDigest, AGlyphBeforeTheFirstIsNotHeld) {
     GlyphDigest digest(0xFFF0, 0xFFFF);
     digest.add(0xFFF0, 0xFFFF);

@@ -37,7 +37,7 @@ Bytes single(std::uint16_t from, std::uint16_t to) {
 std::vector<std::pair<std::uint32_t, std::uint32_t>> orderOf(const TTI_LangSys& langSys) {
     std::vector<std::pair<std::uint32_t, std::uint32_t>> order;
     for (const auto& entry : langSys.lookupOrder)
-        order.emplace_back(entry.tag, entry.lookupIndex);
+        order.emplace_back(entry.tag(), entry.lookupIndex());
     return order;
 }
 
