@@ -121,10 +121,11 @@ int FS_FontInfo::processGPOS3(const FS_GSUBGPOSInfo* info, int index,
         return -1;
     LayoutCall call(*info->gdef, positions.size());
     const bool fromRight = rtl || (lookup->flag & kRightToLeft) != 0;
+    const GlyphDigest::Probe probe(lookup->digest);
     int found = -1;
     for (int i = 0; i < static_cast<int>(positions.size()); ++i) {
         const unsigned short gid = positions[static_cast<std::size_t>(i)].getGlyphID();
-        if (lookup->mayApply(gid) && positionAt(call, lookups, *lookup, positions, i, fromRight) &&
+        if (probe.mayHold(gid) && positionAt(call, lookups, *lookup, positions, i, fromRight) &&
             found == -1)
             found = i;
     }

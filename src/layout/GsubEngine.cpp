@@ -47,6 +47,17 @@ int ownerAtOrBefore(const std::vector<int>& words, int index) {
     return index;
 }
 
+/// The first glyph from `from` on at which a lookup may start; the length of the run when there is
+/// none. Most lookups apply nowhere in a run, and this is all that they cost.
+int nextStart(const TTI_Lookup& lookup, SubstitutedRun run, int from) {
+    const GlyphDigest::Probe probe(lookup.digest);
+    const int size = run.glyphs.size();
+    while (from < size &&
+           !(probe.mayHold(run.glyphs[from].getGlyphID()) && run.mask[place(from)] == 0))
+        ++from;
+    return from;
+}
+
 void shorten(SubstitutedRun run, int size) {
     run.glyphs.erase(size, run.glyphs.size());
     eraseFrom(run.words, size, static_cast<int>(run.words.size()));
@@ -56,33 +67,48 @@ void shorten(SubstitutedRun run, int size) {
 /// A run that is made anew beside the one it comes from, since its length changes.
 class GrowingRun {
 public:
-    /// Starts with the first `count` glyphs.
-    GrowingRun(SubstitutedRun run, int count)
-        : words_(run.words.begin(), run.words.begin() + count) {
-        for (int i = 0; i < count; ++i)
-            glyphs_.push_back(run.glyphs[i]);
+    explicit GrowingRun(SubstitutedRun run) : run_(run) {}
+
+    /// How long it is once the glyphs of the old run up to an index are taken over.
+    std::size_t lengthUpTo(int end) const { return words_.size() + place(end - taken_); }
+    void keepUntil(int end) {
+        for (; taken_ < end; ++taken_)
+            push(run_.glyphs[taken_], run_.words[place(taken_)]);
+    }
+    /// Puts glyphs in the place of the next one, which they stand for through the first.
+    void replace(const LayoutCall& call, const U16List& sequence) {
+        int word = run_.words[place(taken_++)];
+        for (const std::uint16_t gid : sequence)
+            push(call.glyph(gid), std::exchange(word, 0));
+    }
+    /// Leaves out the next glyph; what it stood for goes to a neighbour, first of all to one before
+    /// it.
+    void drop() {
+        const int word = run_.words[place(taken_++)];
+        if (words_.empty())
+            addWord(ownerless_, word);
+        else
+            addWord(words_[place(ownerAtOrBefore(words_, static_cast<int>(words_.size()) - 1))],
+                    word);
+    }
+    /// Takes over the rest and gives all to the old run.
+    void finish() {
+        keepUntil(run_.glyphs.size());
+        run_.glyphs = std::move(glyphs_);
+        run_.words = std::move(words_);
+        run_.mask.resize(run_.words.size());
     }
 
-    std::size_t size() const { return words_.size(); }
+private:
     void push(const GlyphIDClassPair& glyph, int word) {
         glyphs_.push_back(glyph);
         words_.push_back(word);
         addWord(words_.back(), std::exchange(ownerless_, 0));
     }
-    /// Leaves out a glyph; what it stood for goes to a neighbour, first of all to one before it.
-    void drop(int word) {
-        if (words_.empty())
-            addWord(ownerless_, word);
-        else
-            addWord(words_[place(ownerAtOrBefore(words_, static_cast<int>(size()) - 1))], word);
-    }
-    void moveTo(SubstitutedRun run) {
-        run.glyphs = std::move(glyphs_);
-        run.words = std::move(words_);
-        run.mask.resize(run.words.size());
-    }
 
-private:
+    SubstitutedRun run_;
+    /// How many glyphs of the old run are done with.
+    int taken_ = 0;
     GlyphIDArray glyphs_;
     std::vector<int> words_;
     int ownerless_ = 0;
@@ -117,11 +143,9 @@ template <class Substitute>
 bool GsubEngine::replaceGlyphs(const TTI_Lookup& lookup, SubstitutedRun run,
                                Substitute substitute) {
     bool changed = false;
-    for (int i = 0; i < run.glyphs.size(); ++i) {
-        const unsigned short gid = run.glyphs[i].getGlyphID();
-        if (!lookup.mayApply(gid) || run.mask[place(i)] != 0)
-            continue;
-        const unsigned short other = substitute(gid);
+    const int size = run.glyphs.size();
+    for (int i = nextStart(lookup, run, 0); i < size; i = nextStart(lookup, run, i + 1)) {
+        const unsigned short other = substitute(run.glyphs[i].getGlyphID());
         if (other != FS_NO_GLYPH) {
             run.glyphs[i] = call_.glyph(other);
             changed = true;
@@ -147,35 +171,29 @@ bool GsubEngine::replaceBackwards(const TTI_Lookup& lookup, SubstitutedRun run) 
 bool GsubEngine::replaceBySequences(const TTI_Lookup& lookup, SubstitutedRun run) {
     bool changed = false;
     std::optional<GrowingRun> grown; // once the length differs
-    for (int i = 0; i < run.glyphs.size(); ++i) {
-        const GlyphIDClassPair glyph = run.glyphs[i];
-        const int word = run.words[place(i)];
-        std::optional<U16List> sequence;
-        if (lookup.mayApply(glyph.getGlyphID()) && run.mask[place(i)] == 0)
-            sequence = findSequence(call_, lookup, glyph.getGlyphID());
-        const std::size_t length = grown ? grown->size() : place(i);
-        if (sequence &&
-            !call_.mayGrowTo(length + sequence->size() + place(run.glyphs.size() - i - 1)))
-            sequence.reset();
-        if (!sequence) {
-            if (grown)
-                grown->push(glyph, word);
+    const int size = run.glyphs.size();
+    for (int i = nextStart(lookup, run, 0); i < size; i = nextStart(lookup, run, i + 1)) {
+        const auto sequence = findSequence(call_, lookup, run.glyphs[i].getGlyphID());
+        if (!sequence)
             continue;
-        }
+        const std::size_t length = grown ? grown->lengthUpTo(i) : place(i);
+        if (!call_.mayGrowTo(length + sequence->size() + place(size - i - 1)))
+            break;
         changed = true;
-        if (!grown && sequence->size() == 1) {
+        if (sequence->size() == 1) {
             run.glyphs[i] = call_.glyph((*sequence)[0]);
             continue;
         }
         if (!grown)
-            grown.emplace(run, i);
+            grown.emplace(run);
+        grown->keepUntil(i);
         if (sequence->empty())
-            grown->drop(word);
-        for (std::size_t k = 0; k < sequence->size(); ++k)
-            grown->push(call_.glyph((*sequence)[k]), k == 0 ? word : 0);
+            grown->drop();
+        else
+            grown->replace(call_, *sequence);
     }
     if (grown)
-        grown->moveTo(run);
+        grown->finish();
     return changed;
 }
 
@@ -185,17 +203,20 @@ bool GsubEngine::replaceByLigatures(const TTI_Lookup& lookup, SubstitutedRun run
     // between the two are done with.
     int to = 0;
     int from = 0;
-    while (from < run.glyphs.size()) {
-        const unsigned short gid = run.glyphs[from].getGlyphID();
-        int end = from;
-        unsigned short ligature = FS_NO_GLYPH;
-        if (lookup.mayApply(gid) && run.mask[place(from)] == 0)
-            ligature = findLigature(call_, lookup, run.glyphs, end, skipped_);
-        if (ligature == FS_NO_GLYPH) {
+    const auto keepUntil = [&](int end) {
+        for (; from < end; ++from, ++to) {
             if (to != from)
                 copyGlyph(run, from, to);
-            ++from;
-            ++to;
+        }
+    };
+    while (from < run.glyphs.size()) {
+        keepUntil(nextStart(lookup, run, from));
+        if (from == run.glyphs.size())
+            break;
+        int end = from;
+        const unsigned short ligature = findLigature(call_, lookup, run.glyphs, end, skipped_);
+        if (ligature == FS_NO_GLYPH) {
+            keepUntil(from + 1);
             continue;
         }
         changed = true;
@@ -226,10 +247,8 @@ bool GsubEngine::replaceByLigatures(const TTI_Lookup& lookup, SubstitutedRun run
 
 bool GsubEngine::replaceInContext(const TTI_Lookup& lookup, SubstitutedRun run) {
     bool changed = false;
-    for (int i = 0; i < run.glyphs.size(); ++i) {
-        const unsigned short gid = run.glyphs[i].getGlyphID();
-        if (!lookup.mayApply(gid) || run.mask[place(i)] != 0)
-            continue;
+    for (int i = nextStart(lookup, run, 0); i < run.glyphs.size();
+         i = nextStart(lookup, run, i + 1)) {
         skipped_.clear();
         int end = i;
         const int count = context_.apply(lookup, run.glyphs, end, skipped_);

@@ -14,8 +14,15 @@ namespace KWFontService_NS {
 /// A list of glyphs.
 class TTI_CoverageFormat1 {
 public:
-    explicit TTI_CoverageFormat1(KWCommonNS::ByteView table);
-    int coverageIndex(unsigned short gid) const;
+    explicit TTI_CoverageFormat1(KWCommonNS::ByteView table)
+        : glyphs_(table, 4, table.u16(2).value_or(0)) {}
+    int coverageIndex(unsigned short gid) const {
+        if (glyphs_.empty())
+            return -1;
+        const std::size_t place =
+            lowerBound(glyphs_.size(), gid, [this](std::size_t i) { return glyphs_[i]; });
+        return glyphs_[place] == gid ? static_cast<int>(place) : -1;
+    }
     GlyphDigest digest() const;
     std::size_t byteSize() const { return 4 + 2 * glyphs_.size(); }
 
@@ -26,8 +33,12 @@ private:
 /// A list of glyph ranges.
 class TTI_CoverageFormat2 {
 public:
-    explicit TTI_CoverageFormat2(KWCommonNS::ByteView table);
-    int coverageIndex(unsigned short gid) const;
+    explicit TTI_CoverageFormat2(KWCommonNS::ByteView table)
+        : ranges_(table, 4, table.u16(2).value_or(0)) {}
+    int coverageIndex(unsigned short gid) const {
+        const auto range = ranges_.find(gid);
+        return range ? range->value + gid - range->start : -1;
+    }
     GlyphDigest digest() const;
     std::size_t byteSize() const { return 4 + GlyphRangeList::kRecordSize * ranges_.size(); }
 
@@ -42,10 +53,24 @@ class TTI_Coverage {
 public:
     /// Nothing when the format is neither 1 nor 2. Of a table that is cut off, what it holds
     /// counts.
-    static std::optional<TTI_Coverage> read(KWCommonNS::ByteView table);
+    static std::optional<TTI_Coverage> read(KWCommonNS::ByteView table) {
+        switch (table.u16(0).value_or(0)) {
+        case 1:
+            return TTI_Coverage(TTI_CoverageFormat1(table));
+        case 2:
+            return TTI_Coverage(TTI_CoverageFormat2(table));
+        default:
+            return std::nullopt;
+        }
+    }
 
     /// Coverage index of a glyph, -1 when it is not covered.
-    int coverageIndex(unsigned short gid) const;
+    int coverageIndex(unsigned short gid) const {
+        // No std::visit: the compiler would not look into it.
+        const auto* list = std::get_if<TTI_CoverageFormat1>(&format_);
+        return list != nullptr ? list->coverageIndex(gid)
+                               : std::get_if<TTI_CoverageFormat2>(&format_)->coverageIndex(gid);
+    }
     /// A superset of the covered glyphs, made anew at each call.
     GlyphDigest digest() const;
     /// How many bytes the table has.
@@ -69,10 +94,16 @@ public:
     std::size_t size() const { return offsets_.size(); }
     /// The bytes of a coverage, none when its offset is 0 or leads outside.
     /// @param i  below `size()`
-    KWCommonNS::ByteView table(std::size_t i) const;
+    KWCommonNS::ByteView table(std::size_t i) const {
+        const std::uint16_t offset = offsets_[i];
+        return offset != 0 ? base_.from(offset) : KWCommonNS::ByteView();
+    }
     /// False as well when the coverage is bad.
     /// @param i  below `size()`
-    bool covers(std::size_t i, unsigned short gid) const;
+    bool covers(std::size_t i, unsigned short gid) const {
+        const auto coverage = TTI_Coverage::read(table(i));
+        return coverage && coverage->coverageIndex(gid) >= 0;
+    }
 
 private:
     KWCommonNS::ByteView base_;
