@@ -1,5 +1,6 @@
 #pragma once
 
+#include "layout/GposContext.h"
 #include "layout/TTI_ChainContext.h"
 
 namespace KWFontService_NS {
@@ -17,6 +18,10 @@ class GPOS_ChainContextPosFormat2 final : public TTI_ChainContextFormat2 {
 public:
     explicit GPOS_ChainContextPosFormat2(KWCommonNS::ByteView table)
         : TTI_ChainContextFormat2(table) {}
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override {
+        return positionInContext(*this, call, lookups, lookup, positions, index, rtl);
+    }
     int lookupType() const override { return kGposChainContext; }
 };
 
@@ -25,6 +30,10 @@ class GPOS_ChainContextPosFormat3 final : public TTI_ChainContextFormat3 {
 public:
     explicit GPOS_ChainContextPosFormat3(KWCommonNS::ByteView table)
         : TTI_ChainContextFormat3(table) {}
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override {
+        return positionInContext(*this, call, lookups, lookup, positions, index, rtl);
+    }
     int lookupType() const override { return kGposChainContext; }
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "layout/GposContext.h"
 #include "layout/TTI_Context.h"
 
 namespace KWFontService_NS {
@@ -15,6 +16,10 @@ public:
 class GPOS_ContextPosFormat2 final : public TTI_ContextFormat2 {
 public:
     explicit GPOS_ContextPosFormat2(KWCommonNS::ByteView table) : TTI_ContextFormat2(table) {}
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override {
+        return positionInContext(*this, call, lookups, lookup, positions, index, rtl);
+    }
     int lookupType() const override { return kGposContext; }
 };
 

@@ -20,6 +20,8 @@ public:
     std::optional<GPOS_Anchor> entry(unsigned short gid) const;
     /// Where a glyph leaves off; nothing when it is not covered or has no such anchor.
     std::optional<GPOS_Anchor> exit(unsigned short gid) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposCursive; }
 
 private:

@@ -20,6 +20,8 @@ public:
     /// Where marks of a class go on a base glyph; nothing when it is not covered as one or has no
     /// anchor for them.
     std::optional<GPOS_Anchor> base(unsigned short gid, unsigned int markClass) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposMarkToBase; }
 };
 

@@ -20,6 +20,8 @@ public:
     /// Where marks go on a ligature: a row for each component. Nothing when the glyph is not
     /// covered as one.
     std::optional<GPOS_AnchorMatrix> ligature(unsigned short gid) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposMarkToLigature; }
 };
 

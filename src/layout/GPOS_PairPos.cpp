@@ -1,8 +1,13 @@
 #include "layout/GPOS_PairPos.h"
 
+#include "layout/GlyphPlacement.h"
 #include "layout/LayoutArrays.h"
 #include "layout/LayoutBudget.h"
+#include "layout/PositionWalk.h"
 #include "layout/TTI_ClassDef.h"
+#include "layout/TTI_LookupList.h"
+
+#include <algorithm>
 
 namespace KWFontService_NS {
 
@@ -70,6 +75,36 @@ private:
     std::size_t size_;
 };
 
+/// Index of the second glyph of the pair that starts at `index`, -1 when there is none. Without
+/// strict mode it is the next one, whatever that is.
+int secondOfPair(LayoutCall& call, const TTI_Lookup& lookup,
+                 const std::vector<GlyphIDPosition>& positions, int index) {
+    const auto next = static_cast<std::size_t>(index) + 1;
+    if (next >= positions.size())
+        return -1;
+    if (!GlyphPlacement::isStrict(positions[next - 1]))
+        return static_cast<int>(next);
+    return nearestPosition(
+        call, positions, static_cast<int>(next), 1, [&](const GlyphIDPosition& candidate) {
+            return !call.passesOver(lookup.flag, candidate.getGlyphIDClassPair());
+        });
+}
+
+/// Moves both glyphs of a pair; false when there is nothing to apply.
+/// @param index  in strict mode set to the last glyph that was taken, which the second one is not
+///               when its value format is 0
+bool movePair(const GPOS_PairValue& value, std::vector<GlyphIDPosition>& positions, int& index,
+              int second, unsigned int valueFormat2) {
+    GlyphIDPosition& glyph = positions[static_cast<std::size_t>(index)];
+    const bool firstMoved = value.first.applyTo(glyph);
+    const bool secondMoved = value.second.applyTo(positions[static_cast<std::size_t>(second)]);
+    if (!firstMoved && !secondMoved)
+        return false;
+    if (GlyphPlacement::isStrict(glyph))
+        index = valueFormat2 == 0 ? second - 1 : second;
+    return true;
+}
+
 } // namespace
 
 bool GPOS_PairPosFormat1::read(LayoutBudget& budget) {
@@ -78,7 +113,7 @@ bool GPOS_PairPosFormat1::read(LayoutBudget& budget) {
     const std::size_t count =
         heldRecords(table(), kPairSetOffsets, table().u16(kPairSetCountField).value_or(0), 2);
     for (std::size_t i = 0; i < count && sorted_; ++i) {
-        const SecondGlyphs glyphs(pairSet(i), recordSize());
+        const SecondGlyphs glyphs(pairSet(static_cast<int>(i)), recordSize());
         if (!budget.spend(2 + 2 * glyphs.size()))
             return false;
         sorted_ = glyphs.ascend();
@@ -94,8 +129,10 @@ unsigned int GPOS_PairPosFormat1::valueFormat2() const {
     return table().u16(kValueFormat2Field).value_or(0);
 }
 
-ByteView GPOS_PairPosFormat1::pairSet(std::size_t index) const {
-    return offsetTo(table(), kPairSetOffsets + 2 * index);
+ByteView GPOS_PairPosFormat1::pairSet(int index) const {
+    if (index < 0 || index >= table().u16(kPairSetCountField).value_or(0))
+        return {};
+    return offsetTo(table(), kPairSetOffsets + 2 * static_cast<std::size_t>(index));
 }
 
 std::size_t GPOS_PairPosFormat1::recordSize() const {
@@ -104,15 +141,32 @@ std::size_t GPOS_PairPosFormat1::recordSize() const {
 
 std::optional<GPOS_PairValue> GPOS_PairPosFormat1::pair(unsigned short first,
                                                         unsigned short second) const {
-    const int index = coverageIndex(first);
-    if (index < 0 || index >= table().u16(kPairSetCountField).value_or(0))
-        return std::nullopt;
-    const ByteView set = pairSet(static_cast<std::size_t>(index));
+    return pairIn(pairSet(coverageIndex(first)), second);
+}
+
+std::optional<GPOS_PairValue> GPOS_PairPosFormat1::pairIn(ByteView set,
+                                                          unsigned short second) const {
     const SecondGlyphs glyphs(set, recordSize());
     const std::size_t place = glyphs.search(second, sorted_);
     if (place >= glyphs.size() || glyphs[place] != second)
         return std::nullopt;
     return pairValue(set, 2 + recordSize() * place + 2, valueFormat1(), valueFormat2());
+}
+
+bool GPOS_PairPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
+                                   const TTI_Lookup& lookup,
+                                   std::vector<GlyphIDPosition>& positions, int& index,
+                                   bool) const {
+    const ByteView set =
+        pairSet(coverageIndex(positions[static_cast<std::size_t>(index)].getGlyphID()));
+    if (set.empty())
+        return false;
+    const int second = secondOfPair(call, lookup, positions, index);
+    // Only where the glyphs of a set are out of order is it read from its start.
+    if (second < 0 || (!sorted_ && !call.spendReads(set.u16(0).value_or(0))))
+        return false;
+    const auto value = pairIn(set, positions[static_cast<std::size_t>(second)].getGlyphID());
+    return value && movePair(*value, positions, index, second, valueFormat2());
 }
 
 bool GPOS_PairPosFormat2::read(LayoutBudget& budget) {
@@ -149,6 +203,26 @@ std::optional<GPOS_PairValue> GPOS_PairPosFormat2::pair(int class1, int class2) 
     if (!table().contains(offset, size))
         return std::nullopt;
     return pairValue(table(), offset, format1, format2);
+}
+
+bool GPOS_PairPosFormat2::position(LayoutCall& call, const TTI_LookupList&,
+                                   const TTI_Lookup& lookup,
+                                   std::vector<GlyphIDPosition>& positions, int& index,
+                                   bool) const {
+    const GlyphIDPosition& glyph = positions[static_cast<std::size_t>(index)];
+    if (!covers(glyph.getGlyphID()))
+        return false;
+    const int second = secondOfPair(call, lookup, positions, index);
+    if (second < 0)
+        return false;
+    int class1 = class1Of(glyph.getGlyphID());
+    int class2 = class2Of(positions[static_cast<std::size_t>(second)].getGlyphID());
+    if (GlyphPlacement::isStrict(glyph)) {
+        class1 = std::max(class1, 0);
+        class2 = std::max(class2, 0);
+    }
+    const auto value = pair(class1, class2);
+    return value && movePair(*value, positions, index, second, valueFormat2());
 }
 
 } // namespace KWFontService_NS

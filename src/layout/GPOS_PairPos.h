@@ -27,10 +27,14 @@ public:
     unsigned int valueFormat2() const;
     /// The first pair in the order of the file; nothing when there is none.
     std::optional<GPOS_PairValue> pair(unsigned short first, unsigned short second) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposPair; }
 
 private:
-    KWCommonNS::ByteView pairSet(std::size_t index) const;
+    /// The pairs of a first glyph, by its coverage index; an empty view when it has none.
+    KWCommonNS::ByteView pairSet(int index) const;
+    std::optional<GPOS_PairValue> pairIn(KWCommonNS::ByteView set, unsigned short second) const;
     std::size_t recordSize() const;
 
     /// In all sets the second glyphs ascend, so that a binary search comes to the first.
@@ -51,6 +55,8 @@ public:
     int class2Of(unsigned short gid) const;
     /// Nothing for a class that does not exist.
     std::optional<GPOS_PairValue> pair(int class1, int class2) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposPair; }
 };
 

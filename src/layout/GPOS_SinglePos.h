@@ -17,6 +17,8 @@ public:
 
     /// Nothing when the glyph is not covered.
     std::optional<GPOS_ValueRecord> value(unsigned short gid) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposSingle; }
 };
 
@@ -28,6 +30,8 @@ public:
 
     /// Nothing when the glyph is not covered or the table does not hold its value.
     std::optional<GPOS_ValueRecord> value(unsigned short gid) const;
+    bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
+                  std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposSingle; }
 };
 

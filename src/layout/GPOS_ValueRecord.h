@@ -10,6 +10,8 @@
 
 namespace KWFontService_NS {
 
+class GlyphIDPosition;
+
 /// How a glyph is moved (OpenType, Value Record), in font units with y upwards, read in place. A
 /// field that the value format does not call for is 0.
 class GPOS_ValueRecord {
@@ -41,6 +43,8 @@ public:
     bool has(unsigned int bit) const { return (valueFormat_ & bit) != 0; }
     /// False when only device tables, or nothing, would be applied.
     bool applies() const { return has(kAppliedFields); }
+    /// Moves a glyph; false, and nothing happens, when there is nothing to apply.
+    bool applyTo(GlyphIDPosition& glyph) const;
     std::int16_t xPlacement() const { return number(kXPlacement); }
     std::int16_t yPlacement() const { return number(kYPlacement); }
     std::int16_t xAdvance() const { return number(kXAdvance); }

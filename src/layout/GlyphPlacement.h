@@ -13,6 +13,11 @@ namespace KWFontService_NS {
 /// (`GLYPH_FLAG_OUTSIDE_GPOS`), even when every amount is absent.
 class GlyphPlacement {
 public:
+    /// True for a glyph in strict mode.
+    static bool isStrict(const GlyphIDPosition& glyph) {
+        return (glyph.getFlag() & GLYPH_FLAG_LOOKUP_SKIP) != 0;
+    }
+
     /// An amount that is absent.
     static constexpr int kAbsent = std::numeric_limits<int>::min();
 

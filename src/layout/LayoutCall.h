@@ -50,6 +50,8 @@ public:
     }
     /// Pays for glyphs that are moved in memory.
     bool spendMoves(std::size_t glyphs) { return spend(glyphs / kMovesOfAStep + 1); }
+    /// Pays for records that are read one after the other in search of one.
+    bool spendReads(std::size_t records) { return spend(records / kReadsOfAStep + 1); }
     bool exhausted() const { return exhausted_; }
     /// False when a run must not grow to this length; then the lookup misses.
     bool mayGrowTo(std::size_t glyphs) const { return glyphs <= maxGlyphs_; }
@@ -72,11 +74,14 @@ public:
     /// The glyphs of all positions, which positioning does not change. Made at the first call and
     /// kept: a call has to do with one vector of positions.
     const GlyphIDArray& runOf(const std::vector<GlyphIDPosition>& positions);
+    /// Where a matcher may list what it passes over, when nobody reads it.
+    std::vector<int>& passedOver() { return passedOver_; }
 
 private:
     static constexpr unsigned int kPassingBits =
         kIgnoreBaseGlyphs | kIgnoreLigatures | kIgnoreMarks | kMarkAttachmentTypeMask;
     static constexpr std::size_t kMovesOfAStep = 64;
+    static constexpr std::size_t kReadsOfAStep = 16;
     static const int kMaxNesting;
 
     bool passesOverByClass(unsigned int lookupFlag, const GlyphIDClassPair& glyph) const;
@@ -87,6 +92,7 @@ private:
     bool exhausted_ = false;
     int depth_ = 0;
     GlyphIDArray run_;
+    std::vector<int> passedOver_;
 };
 
 } // namespace KWFontService_NS

@@ -1,4 +1,4 @@
-// Marks on base glyphs, on ligatures and on other marks.
+// What the tables of marks on base glyphs, on ligatures and on other marks hold.
 
 #include "layout/GPOS_MarkBasePos.h"
 #include "layout/GPOS_MarkLigPos.h"

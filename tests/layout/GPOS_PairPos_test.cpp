@@ -1,6 +1,6 @@
 #include "layout/GPOS_PairPos.h"
 
-#include "layout/LayoutFixture.h"
+#include "layout/GposFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -125,6 +125,150 @@ TEST(PairPos, ClassDefinitionsOfFormat1GiveNoGlyphAClass) {
                                             classDefFormat1(20, {1}), 2, 2, {1, 2, 3, 4}));
     EXPECT_EQ(one.as<GPOS_PairPosFormat2>()->class1Of(10), -1);
     EXPECT_EQ(one.as<GPOS_PairPosFormat2>()->class2Of(20), -1);
+}
+
+// --- positioning --------------------------------------------------------------------------------
+
+constexpr int kXAdvance = 0x04;
+constexpr int kIgnoreMarkGlyphs = 0x08;
+
+/// 10 before 11 comes nearer by 50.
+Bytes kernPair() {
+    return pairPosFormat1(kXAdvance, 0, {{10, {{11, {-50}, {}}}}});
+}
+/// The same, and 11 moves down by 7.
+Bytes kernPairOfTwoValues() {
+    return pairPosFormat1(kXAdvance, 0x02, {{10, {{11, {-50}, {-7}}}}});
+}
+
+TEST(PairPositioning, MovesBothGlyphs) {
+    const Positioner font(2, kernPairOfTwoValues());
+    Positions positions = {base(10), base(11), base(12)};
+    EXPECT_EQ(font.at(positions, 0), 0);
+    EXPECT_EQ(moves(positions[0]), (Moves{0, 450, 0, 0}));
+    EXPECT_EQ(moves(positions[1]), (Moves{0, 500, 7, 0}));
+    EXPECT_EQ(moves(positions[2]), (Moves{0, 500, 0, 0}));
+}
+
+TEST(PairPositioning, WorksForTheLastTwoGlyphsAndMissesAtTheLast) {
+    const Positioner font(2, kernPair());
+    EXPECT_EQ(font.movesAt({base(12), base(10), base(11)}, 1)[1], 450);
+    Positions last = {base(11), base(10)};
+    EXPECT_EQ(font.at(last, 1), Positioner::kMiss);
+    EXPECT_EQ(last, (Positions{base(11), base(10)}));
+}
+
+TEST(PairPositioning, APairThatIsNotListedMisses) {
+    const Positioner font(2, kernPair());
+    EXPECT_EQ(font.movesAt({base(10), base(12)}, 0)[1], 500);
+    EXPECT_EQ(font.movesAt({base(11), base(11)}, 0)[1], 500);
+}
+
+TEST(PairPositioning, WithoutStrictModeTheIndexNeverMoves) {
+    const Positioner font(2, kernPairOfTwoValues());
+    for (const bool rtl : {false, true}) {
+        Positions positions = {base(10), base(11)};
+        EXPECT_EQ(font.at(positions, 0, rtl), 0) << rtl;
+    }
+}
+
+TEST(PairPositioning, WithoutStrictModeAMarkBetweenTheGlyphsBlocksThePair) {
+    const Positioner font(2, kernPair(), kIgnoreMarkGlyphs);
+    EXPECT_EQ(font.movesAt({base(10), mark(30), base(11)}, 0)[1], 500);
+}
+
+TEST(PairPositioning, InStrictModeTheLookupFlagSaysWhatStandsBetween) {
+    const Positions run = {strict(base(10)), mark(30), mark(31), base(11)};
+    const Positioner passing(2, kernPair(), kIgnoreMarkGlyphs);
+    EXPECT_EQ(passing.movesAt(run, 0)[1], 450);
+    const Positioner plain(2, kernPair());
+    EXPECT_EQ(plain.movesAt(run, 0)[1], 500);
+    const Positioner bases(2, kernPair(), 0x02);
+    EXPECT_EQ(bases.movesAt(run, 0)[1], 500) << "11 is passed over, and nothing is left";
+}
+
+TEST(PairPositioning, InStrictModeTheIndexGoesToTheLastGlyphTaken) {
+    Positions positions = {strict(base(10)), mark(30), base(11), base(12)};
+    const Positioner one(2, kernPair(), kIgnoreMarkGlyphs);
+    EXPECT_EQ(one.at(positions, 0), 1) << "the second glyph may begin another pair";
+    const Positioner two(2, kernPairOfTwoValues(), kIgnoreMarkGlyphs);
+    EXPECT_EQ(two.at(positions, 0), 2);
+}
+
+// Not only the fields that are applied.
+TEST(PairPositioning, ValueFormat2IsZeroWhenTheWholeFieldIs) {
+    for (const int format : {0x10, 0x0100}) {
+        const ValueBytes second = format == 0x10 ? ValueBytes{0} : ValueBytes{};
+        const Positioner font(2, pairPosFormat1(kXAdvance, format, {{10, {{11, {-50}, second}}}}));
+        Positions positions = {strict(base(10)), base(11)};
+        EXPECT_EQ(font.at(positions, 0), 1) << format;
+        EXPECT_EQ(moves(positions[0])[1], 450) << format;
+    }
+}
+
+TEST(PairPositioning, NeedsAValueToApply) {
+    const Positioner devices(2, pairPosFormat1(0x10, 0x40, {{10, {{11, {0}, {0}}}}}));
+    Positions positions = {strict(base(10)), base(11)};
+    EXPECT_EQ(devices.at(positions, 0), Positioner::kMiss);
+    const Positioner second(2, pairPosFormat1(0x10, kXAdvance, {{10, {{11, {0}, {9}}}}}));
+    EXPECT_EQ(second.at(positions, 0), 1) << "either of the two will do";
+    EXPECT_EQ(moves(positions[0]), (Moves{0, 500, 0, 0}));
+    EXPECT_EQ(moves(positions[1]), (Moves{0, 509, 0, 0}));
+}
+
+TEST(PairPositioning, TakesBackPositionsFromOutside) {
+    const Positioner font(2, kernPair());
+    EXPECT_EQ(
+        font.movesAt({flagged(moved(base(10), 9, 9, 9), GLYPH_FLAG_OUTSIDE_GPOS), base(11)}, 0),
+        (Moves{0, 450, 0, 0}));
+}
+
+TEST(PairPositioning, AnUnsortedSetCountsInTheOrderOfTheFile) {
+    const Positioner font(2,
+                          pairPosFormat1(kXAdvance, 0, {{10, {{12, {1}}, {11, {2}}, {11, {3}}}}}));
+    EXPECT_EQ(font.movesAt({base(10), base(11)}, 0)[1], 502);
+}
+
+/// Class 1 of 10 is 1; class 2 of 11 is 1, of 12 is 2. The value is 10 times class 1 plus class 2.
+Bytes kernClasses(const Bytes& classDef1 = classDefFormat2({{10, 10, 1}}),
+                  const Bytes& classDef2 = classDefFormat2({{11, 11, 1}, {12, 12, 2}})) {
+    return pairPosFormat2({10, 15}, kXAdvance, 0, classDef1, classDef2, 2, 2, {0, 1, 10, 11});
+}
+
+TEST(PairPositioning, Format2GoesByTheClassesOfBothGlyphs) {
+    const Positioner font(2, kernClasses());
+    EXPECT_EQ(font.movesAt({base(10), base(11)}, 0)[1], 511);
+    EXPECT_EQ(font.movesAt({base(10), base(12)}, 0)[1], 500) << "no such class 2";
+    EXPECT_EQ(font.movesAt({base(11), base(11)}, 0)[1], 500) << "not covered";
+    Positions last = {base(10)};
+    EXPECT_EQ(font.at(last, 0), Positioner::kMiss);
+}
+
+TEST(PairPositioning, Format2TakesNoClassForClass0OnlyInStrictMode) {
+    const Positioner font(2, kernClasses());
+    Positions positions = {base(10), base(19)};
+    EXPECT_EQ(font.at(positions, 0), Positioner::kMiss) << "the second has none";
+    positions = {base(15), base(11)};
+    EXPECT_EQ(font.at(positions, 0), Positioner::kMiss) << "the first has none";
+    EXPECT_EQ(font.movesAt({strict(base(10)), base(19)}, 0)[1], 510);
+    EXPECT_EQ(font.movesAt({strict(base(15)), base(11)}, 0)[1], 501);
+    positions = {base(15), strict(base(11))};
+    EXPECT_EQ(font.at(positions, 0), Positioner::kMiss) << "the first glyph is what counts";
+}
+
+TEST(PairPositioning, Format2WithClassesOfFormat1ReachesStrictGlyphsAtClass0) {
+    const Positioner font(2, pairPosFormat2({10}, kXAdvance, 0, classDefFormat1(10, {1}),
+                                            classDefFormat1(11, {1}), 2, 2, {100, 1, 10, 11}));
+    Positions plain = {base(10), base(11)};
+    EXPECT_EQ(font.at(plain, 0), Positioner::kMiss);
+    EXPECT_EQ(font.movesAt({strict(base(10)), base(11)}, 0)[1], 600);
+}
+
+TEST(PairPositioning, Format2PassesOverInStrictModeAndMovesTheIndex) {
+    Positions positions = {strict(base(10)), mark(30), base(11)};
+    const Positioner font(2, kernClasses(), kIgnoreMarkGlyphs);
+    EXPECT_EQ(font.at(positions, 0), 1);
+    EXPECT_EQ(moves(positions[0])[1], 511);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "layout/GPOS_SinglePos.h"
 
-#include "layout/LayoutFixture.h"
+#include "layout/GposFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -81,6 +81,78 @@ TEST(SinglePos, ATableThatIsNotWholeIsNoSubtable) {
     EXPECT_EQ(OneSubTable::gpos(1, Bytes().u16s({1, 6, 0xFF, 1, 0})).get(), nullptr);
     EXPECT_EQ(OneSubTable::gpos(1, Bytes().u16s({2, 0, 4, 0})).get(), nullptr) << "no coverage";
     EXPECT_EQ(OneSubTable::gpos(1, Bytes().u16s({3, 6, 0, 1, 0})).get(), nullptr) << "its format";
+}
+
+// --- positioning --------------------------------------------------------------------------------
+
+TEST(SinglePositioning, XPlacementMovesTheGlyphAndNotThePenAfterIt) {
+    const Positioner font(1, singlePosFormat1({10}, 0x01, {30}));
+    EXPECT_EQ(font.movesAt({base(10)}, 0), (Moves{30, 470, 0, 0}));
+}
+
+TEST(SinglePositioning, YGoesDownwardsInAPosition) {
+    const Positioner placement(1, singlePosFormat1({10}, 0x02, {50}));
+    EXPECT_EQ(placement.movesAt({base(10)}, 0), (Moves{0, 500, -50, 0}));
+    const Positioner advance(1, singlePosFormat1({10}, 0x08, {50}));
+    EXPECT_EQ(advance.movesAt({base(10)}, 0), (Moves{0, 500, 0, -50}));
+}
+
+TEST(SinglePositioning, XAdvanceMovesThePenAfterTheGlyph) {
+    const Positioner font(1, singlePosFormat1({10}, 0x04, {-40}));
+    EXPECT_EQ(font.movesAt({base(10)}, 0), (Moves{0, 460, 0, 0}));
+}
+
+TEST(SinglePositioning, ValuesAddUpAlsoOnAStrictGlyph) {
+    const Positioner font(1, singlePosFormat1({10}, 0x0F, {1, 20, 300, 4000}));
+    Positions positions = {base(10), strict(base(10))};
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(font.at(positions, 0), 0);
+        EXPECT_EQ(font.at(positions, 1, true), 1);
+    }
+    EXPECT_EQ(moves(positions[0]), (Moves{2, 1098, -40, -8000}));
+    EXPECT_EQ(moves(positions[1]), (Moves{2, 1098, -40, -8000}));
+}
+
+TEST(SinglePositioning, SumsKeepTheirLow16Bits) {
+    const Positioner font(1, singlePosFormat1({10}, 0x0F, {1, -32768, 32767, 32767}));
+    EXPECT_EQ(font.movesAt({moved(base(10), 32767, 2, 1)}, 0),
+              (Moves{-32768, -32768, -32767, -32767}));
+}
+
+TEST(SinglePositioning, ADeviceAloneDoesNotApply) {
+    const Positioner font(1, singlePosFormat1({10}, 0x10, {0}));
+    Positions positions = {flagged(moved(base(10), 1, 2, 3), GLYPH_FLAG_OUTSIDE_GPOS)};
+    const Positions before = positions;
+    EXPECT_EQ(font.at(positions, 0), Positioner::kMiss);
+    EXPECT_EQ(positions, before) << "not even the positions from outside are taken back";
+    const Positioner format2(1, singlePosFormat2({10}, 0xF0, {{0, 0, 0, 0}}));
+    EXPECT_EQ(format2.at(positions, 0), Positioner::kMiss);
+    EXPECT_EQ(positions, before);
+}
+
+TEST(SinglePositioning, ADeviceBesideAPlacementIsNotApplied) {
+    const Bytes device = deviceTable(8, 8, 3, {0x0500});
+    const Positioner font(
+        1,
+        OffsetTable().u16(1).offset(coverageTable({10})).u16(0x11).u16(30).offset(device).build());
+    EXPECT_EQ(font.movesAt({base(10)}, 0), (Moves{30, 470, 0, 0}));
+}
+
+TEST(SinglePositioning, AValueThatChangesNothingApplies) {
+    const Positioner font(1, singlePosFormat1({10}, 0x01, {0}));
+    Positions positions = {flagged(moved(base(10), 1, 2, 3), GLYPH_FLAG_OUTSIDE_GPOS)};
+    EXPECT_EQ(font.at(positions, 0), 0);
+    EXPECT_EQ(moves(positions[0]), (Moves{0, 500, 0, 0})) << "it takes back what came from outside";
+}
+
+TEST(SinglePositioning, Format2TakesTheValueOfTheGlyph) {
+    const Positioner font(1, singlePosFormat2({10, 12, 13}, 0x04, {{1}, {2}}));
+    EXPECT_EQ(font.movesAt({base(10)}, 0)[1], 501);
+    EXPECT_EQ(font.movesAt({base(12)}, 0)[1], 502);
+    Positions others = {base(11), base(13)};
+    EXPECT_EQ(font.at(others, 0), Positioner::kMiss) << "not covered";
+    EXPECT_EQ(font.at(others, 1), Positioner::kMiss) << "past the values";
+    EXPECT_EQ(others, (Positions{base(11), base(13)}));
 }
 
 } // namespace

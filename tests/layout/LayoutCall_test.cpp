@@ -111,6 +111,16 @@ TEST(LayoutCallWork, AStepThatIsNotCoveredUsesUpTheRest) {
     EXPECT_FALSE(call.spend(1));
 }
 
+TEST(LayoutCallWork, RecordsThatAreReadInARowAreCheaperThanSteps) {
+    const TTI_Gdef gdef;
+    LayoutCall call(gdef, 0);
+    EXPECT_TRUE(call.spendReads(8 * KWCommonNS::kLayoutFreeSteps));
+    EXPECT_FALSE(call.spendReads(8 * KWCommonNS::kLayoutFreeSteps));
+    LayoutCall other(gdef, 0);
+    EXPECT_TRUE(other.spend(KWCommonNS::kLayoutFreeSteps));
+    EXPECT_FALSE(other.spendReads(0)) << "the search itself is a step";
+}
+
 TEST(LayoutCallWork, ARunGrowsToAMultipleOfItsLength) {
     const TTI_Gdef gdef;
     const LayoutCall call(gdef, 10);
