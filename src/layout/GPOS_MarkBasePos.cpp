@@ -48,8 +48,7 @@ std::optional<GPOS_Mark> GPOS_MarkBasePosFormat1::mark(unsigned short gid) const
 
 std::optional<GPOS_Anchor> GPOS_MarkBasePosFormat1::base(unsigned short gid,
                                                          unsigned int markClass) const {
-    const auto coverage = TTI_Coverage::read(offsetTo(table(), kBaseCoverageField));
-    const int index = coverage ? coverage->coverageIndex(gid) : -1;
+    const int index = coverageIndexIn(offsetTo(table(), kBaseCoverageField), gid);
     if (index < 0)
         return std::nullopt;
     return GPOS_AnchorMatrix(offsetTo(table(), kBaseArrayField),

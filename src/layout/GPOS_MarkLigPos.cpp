@@ -32,8 +32,7 @@ std::optional<GPOS_Mark> GPOS_MarkLigPosFormat1::mark(unsigned short gid) const 
 }
 
 std::optional<GPOS_AnchorMatrix> GPOS_MarkLigPosFormat1::ligature(unsigned short gid) const {
-    const auto coverage = TTI_Coverage::read(offsetTo(table(), kLigatureCoverageField));
-    const int index = coverage ? coverage->coverageIndex(gid) : -1;
+    const int index = coverageIndexIn(offsetTo(table(), kLigatureCoverageField), gid);
     const ByteView ligatures = offsetTo(table(), kLigatureArrayField);
     if (index < 0 || index >= ligatures.u16(0).value_or(0))
         return std::nullopt;

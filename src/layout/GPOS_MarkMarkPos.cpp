@@ -37,8 +37,7 @@ std::optional<GPOS_Mark> GPOS_MarkMarkPosFormat1::mark(unsigned short gid) const
 
 std::optional<GPOS_Anchor> GPOS_MarkMarkPosFormat1::mark2(unsigned short gid,
                                                           unsigned int markClass) const {
-    const auto coverage = TTI_Coverage::read(offsetTo(table(), kMark2CoverageField));
-    const int index = coverage ? coverage->coverageIndex(gid) : -1;
+    const int index = coverageIndexIn(offsetTo(table(), kMark2CoverageField), gid);
     if (index < 0)
         return std::nullopt;
     return GPOS_AnchorMatrix(offsetTo(table(), kMark2ArrayField),

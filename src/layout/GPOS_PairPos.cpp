@@ -157,8 +157,8 @@ bool GPOS_PairPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
                                    const TTI_Lookup& lookup,
                                    std::vector<GlyphIDPosition>& positions, int& index,
                                    bool) const {
-    const ByteView set =
-        pairSet(coverageIndex(positions[static_cast<std::size_t>(index)].getGlyphID()));
+    const ByteView set = pairSet(
+        coverageIndex(positions[static_cast<std::size_t>(index)].getGlyphID(), &call.memo()));
     if (set.empty())
         return false;
     const int second = secondOfPair(call, lookup, positions, index);
@@ -181,12 +181,12 @@ unsigned int GPOS_PairPosFormat2::valueFormat2() const {
     return table().u16(kValueFormat2Field).value_or(0);
 }
 
-int GPOS_PairPosFormat2::class1Of(unsigned short gid) const {
-    return classByDefinition(table(), kClassDef1Field, gid);
+int GPOS_PairPosFormat2::class1Of(unsigned short gid, GlyphMemo* memo) const {
+    return classByDefinition(table(), kClassDef1Field, gid, memo);
 }
 
-int GPOS_PairPosFormat2::class2Of(unsigned short gid) const {
-    return classByDefinition(table(), kClassDef2Field, gid);
+int GPOS_PairPosFormat2::class2Of(unsigned short gid, GlyphMemo* memo) const {
+    return classByDefinition(table(), kClassDef2Field, gid, memo);
 }
 
 std::optional<GPOS_PairValue> GPOS_PairPosFormat2::pair(int class1, int class2) const {
@@ -210,13 +210,14 @@ bool GPOS_PairPosFormat2::position(LayoutCall& call, const TTI_LookupList&,
                                    std::vector<GlyphIDPosition>& positions, int& index,
                                    bool) const {
     const GlyphIDPosition& glyph = positions[static_cast<std::size_t>(index)];
-    if (!covers(glyph.getGlyphID()))
+    GlyphMemo* const memo = &call.memo();
+    if (!covers(glyph.getGlyphID(), memo))
         return false;
     const int second = secondOfPair(call, lookup, positions, index);
     if (second < 0)
         return false;
-    int class1 = class1Of(glyph.getGlyphID());
-    int class2 = class2Of(positions[static_cast<std::size_t>(second)].getGlyphID());
+    int class1 = class1Of(glyph.getGlyphID(), memo);
+    int class2 = class2Of(positions[static_cast<std::size_t>(second)].getGlyphID(), memo);
     if (GlyphPlacement::isStrict(glyph)) {
         class1 = std::max(class1, 0);
         class2 = std::max(class2, 0);

@@ -22,7 +22,9 @@ public:
     explicit GPOS_PairPosFormat1(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
     bool read(LayoutBudget& budget);
 
-    bool covers(unsigned short gid) const { return coverageIndex(gid) >= 0; }
+    bool covers(unsigned short gid, GlyphMemo* memo = nullptr) const {
+        return coverageIndex(gid, memo) >= 0;
+    }
     unsigned int valueFormat1() const;
     unsigned int valueFormat2() const;
     /// The first pair in the order of the file; nothing when there is none.
@@ -47,12 +49,14 @@ public:
     explicit GPOS_PairPosFormat2(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
     bool read(LayoutBudget& budget);
 
-    bool covers(unsigned short gid) const { return coverageIndex(gid) >= 0; }
+    bool covers(unsigned short gid, GlyphMemo* memo = nullptr) const {
+        return coverageIndex(gid, memo) >= 0;
+    }
     unsigned int valueFormat1() const;
     unsigned int valueFormat2() const;
     /// Class of a glyph as the first or the second of a pair, -1 when it has none.
-    int class1Of(unsigned short gid) const;
-    int class2Of(unsigned short gid) const;
+    int class1Of(unsigned short gid, GlyphMemo* memo = nullptr) const;
+    int class2Of(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// Nothing for a class that does not exist.
     std::optional<GPOS_PairValue> pair(int class1, int class2) const;
     bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,

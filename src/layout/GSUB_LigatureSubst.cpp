@@ -28,8 +28,8 @@ bool GSUB_LigatureSubstFormat1::read(LayoutBudget& budget) {
     return table().contains(kCountField, 2) && digestCoverage(budget);
 }
 
-GSUB_LigatureSet GSUB_LigatureSubstFormat1::ligatures(unsigned short gid) const {
-    const int index = coverageIndex(gid);
+GSUB_LigatureSet GSUB_LigatureSubstFormat1::ligatures(unsigned short gid, GlyphMemo* memo) const {
+    const int index = coverageIndex(gid, memo);
     if (index < 0 || index >= table().u16(kCountField).value_or(0))
         return {};
     return GSUB_LigatureSet(offsetTo(table(), kSetOffsets + 2 * static_cast<std::size_t>(index)));
@@ -39,7 +39,7 @@ unsigned short GSUB_LigatureSubstFormat1::substituteLigature(LayoutCall& call,
                                                              const GlyphIDArray& run, int& position,
                                                              unsigned int lookupFlag,
                                                              std::vector<int>& skipped) const {
-    const GSUB_LigatureSet set = ligatures(run[position].getGlyphID());
+    const GSUB_LigatureSet set = ligatures(run[position].getGlyphID(), &call.memo());
     const auto left = static_cast<std::size_t>(run.size() - position);
     for (std::size_t i = 0; i < set.size() && call.spend(1); ++i) {
         const auto ligature = set[i];

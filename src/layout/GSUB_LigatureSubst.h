@@ -42,7 +42,7 @@ public:
     bool read(LayoutBudget& budget);
 
     /// The ligatures that start with a glyph, none when it is not covered.
-    GSUB_LigatureSet ligatures(unsigned short gid) const;
+    GSUB_LigatureSet ligatures(unsigned short gid, GlyphMemo* memo = nullptr) const;
     unsigned short substituteLigature(LayoutCall& call, const GlyphIDArray& run, int& position,
                                       unsigned int lookupFlag,
                                       std::vector<int>& skipped) const override;

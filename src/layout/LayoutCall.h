@@ -1,5 +1,7 @@
 #pragma once
 
+#include "layout/GlyphMemo.h"
+
 #include <KWFontService17/GlyphIDArray.h>
 
 #include <cstddef>
@@ -34,6 +36,9 @@ public:
     bool passesOver(unsigned int lookupFlag, const GlyphIDClassPair& glyph) const {
         return (lookupFlag & kPassingBits) != 0 && passesOverByClass(lookupFlag, glyph);
     }
+
+    /// What has been searched for in the font's tables.
+    GlyphMemo& memo() { return memo_; }
 
     // --- what bounds the work -------------------------------------------------------------------
 
@@ -91,6 +96,7 @@ private:
     std::size_t maxGlyphs_;
     bool exhausted_ = false;
     int depth_ = 0;
+    GlyphMemo memo_;
     GlyphIDArray run_;
     std::vector<int> passedOver_;
 };

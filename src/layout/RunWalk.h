@@ -37,6 +37,7 @@ public:
         }
     }
 
+    LayoutCall& call() const { return call_; }
     int index() const { return index_; }
     unsigned short gid() const { return run_[index_].getGlyphID(); }
 
@@ -64,7 +65,7 @@ bool matches(const U16List& wanted, RunWalk& walk, NumberOf numberOf, Passed pas
 /// @param first  the coverage to begin with
 inline bool covers(const TTI_CoverageList& coverages, RunWalk& walk, std::size_t first = 0) {
     for (std::size_t i = first; i < coverages.size(); ++i) {
-        if (!walk.next() || !coverages.covers(i, walk.gid()))
+        if (!walk.next() || !coverages.covers(i, walk.gid(), &walk.call().memo()))
             return false;
     }
     return true;

@@ -40,16 +40,16 @@ bool TTI_ChainContextFormat2::read(LayoutBudget& budget) {
     return table().contains(kClassSetCountField, 2) && digestCoverage(budget);
 }
 
-int TTI_ChainContextFormat2::backtrackClassOf(unsigned short gid) const {
-    return classByDefinition(table(), kBacktrackClassField, gid);
+int TTI_ChainContextFormat2::backtrackClassOf(unsigned short gid, GlyphMemo* memo) const {
+    return classByDefinition(table(), kBacktrackClassField, gid, memo);
 }
 
-int TTI_ChainContextFormat2::inputClassOf(unsigned short gid) const {
-    return classByDefinition(table(), kInputClassField, gid);
+int TTI_ChainContextFormat2::inputClassOf(unsigned short gid, GlyphMemo* memo) const {
+    return classByDefinition(table(), kInputClassField, gid, memo);
 }
 
-int TTI_ChainContextFormat2::lookaheadClassOf(unsigned short gid) const {
-    return classByDefinition(table(), kLookaheadClassField, gid);
+int TTI_ChainContextFormat2::lookaheadClassOf(unsigned short gid, GlyphMemo* memo) const {
+    return classByDefinition(table(), kLookaheadClassField, gid, memo);
 }
 
 TTI_ChainContextRuleSets TTI_ChainContextFormat2::ruleSets() const {
@@ -61,10 +61,11 @@ int TTI_ChainContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& r
                                           unsigned int lookupFlag,
                                           std::vector<int>& skipped) const {
     const unsigned short gid = run[position].getGlyphID();
-    if (coverageIndex(gid) < 0)
+    GlyphMemo* const memo = &call.memo();
+    if (coverageIndex(gid, memo) < 0)
         return 0;
     const auto nothing = [](int) {};
-    const TTI_ChainContextRuleSet rules = ruleSets()[inputClassOf(gid)];
+    const TTI_ChainContextRuleSet rules = ruleSets()[inputClassOf(gid, memo)];
     skipped.clear();
     for (std::size_t i = 0; i < rules.size() && call.spend(1); ++i) {
         const auto rule = rules[i];
@@ -76,14 +77,14 @@ int TTI_ChainContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& r
         RunWalk ahead(call, run, lookupFlag, position, RunWalk::Direction::Forward);
         // What a rule passed over deliberately stays listed when the rule does not match.
         if (!matches(
-                rule->input, input, [this](unsigned short next) { return inputClassOf(next); },
+                rule->input, input, [&](unsigned short next) { return inputClassOf(next, memo); },
                 [&](int index) { skipped.push_back(index); }) ||
             !matches(
                 rule->backtrack, back,
-                [this](unsigned short next) { return backtrackClassOf(next); }, nothing) ||
+                [&](unsigned short next) { return backtrackClassOf(next, memo); }, nothing) ||
             !matches(
                 rule->lookahead, ahead,
-                [this](unsigned short next) { return lookaheadClassOf(next); }, nothing))
+                [&](unsigned short next) { return lookaheadClassOf(next, memo); }, nothing))
             continue;
         records = rule->records;
         return static_cast<int>(records.size());
@@ -113,7 +114,8 @@ int TTI_ChainContextFormat3::matchContext(LayoutCall& call, TTI_LookupRecords& r
     RunWalk input(call, run, lookupFlag, position, RunWalk::Direction::Forward);
     // The first glyph counts whatever the lookup flag says.
     if (context.input.size() != 0 &&
-        (!context.input.covers(0, run[position].getGlyphID()) || !covers(context.input, input, 1)))
+        (!context.input.covers(0, run[position].getGlyphID(), &call.memo()) ||
+         !covers(context.input, input, 1)))
         return 0;
     RunWalk back(call, run, lookupFlag, position, RunWalk::Direction::Backward);
     // A rule without input looks ahead from its first glyph on.

@@ -29,9 +29,9 @@ class TTI_ChainContextFormat2 : public TTI_SubTable {
 public:
     bool read(LayoutBudget& budget);
 
-    int backtrackClassOf(unsigned short gid) const;
-    int inputClassOf(unsigned short gid) const;
-    int lookaheadClassOf(unsigned short gid) const;
+    int backtrackClassOf(unsigned short gid, GlyphMemo* memo = nullptr) const;
+    int inputClassOf(unsigned short gid, GlyphMemo* memo = nullptr) const;
+    int lookaheadClassOf(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// By input class of the first glyph.
     TTI_ChainContextRuleSets ruleSets() const;
     int matchContext(LayoutCall& call, TTI_LookupRecords& records, const GlyphIDArray& run,

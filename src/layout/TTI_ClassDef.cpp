@@ -34,9 +34,13 @@ int TTI_ClassDef::classOf(unsigned short gid) const {
     return std::visit([gid](const auto& format) { return format.classOf(gid); }, format_);
 }
 
-int classByDefinition(ByteView base, std::size_t field, unsigned short gid) {
-    const auto definition = TTI_ClassDef::read(offsetTo(base, field));
-    return definition ? definition->classOf(gid) : -1;
+int classByDefinition(ByteView base, std::size_t field, unsigned short gid, GlyphMemo* memo) {
+    const ByteView table = offsetTo(base, field);
+    const auto search = [&] {
+        const auto definition = TTI_ClassDef::read(table);
+        return definition ? definition->classOf(gid) : -1;
+    };
+    return memo != nullptr ? memo->answer(table.data(), gid, search) : search();
 }
 
 } // namespace KWFontService_NS

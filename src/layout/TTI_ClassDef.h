@@ -1,5 +1,6 @@
 #pragma once
 
+#include "layout/GlyphMemo.h"
 #include "layout/LayoutArrays.h"
 
 #include "common/ByteView.h"
@@ -66,6 +67,8 @@ private:
 };
 
 /// Class of a glyph by the class definition whose offset stands at `field`, -1 without one.
-int classByDefinition(KWCommonNS::ByteView base, std::size_t field, unsigned short gid);
+/// @param memo  remembers the answer; null searches anew
+int classByDefinition(KWCommonNS::ByteView base, std::size_t field, unsigned short gid,
+                      GlyphMemo* memo = nullptr);
 
 } // namespace KWFontService_NS

@@ -55,8 +55,8 @@ bool TTI_ContextFormat2::read(LayoutBudget& budget) {
     return true;
 }
 
-int TTI_ContextFormat2::classOf(unsigned short gid) const {
-    return classByDefinition(table(), kClassDefField, gid);
+int TTI_ContextFormat2::classOf(unsigned short gid, GlyphMemo* memo) const {
+    return classByDefinition(table(), kClassDefField, gid, memo);
 }
 
 TTI_ContextRuleSets TTI_ContextFormat2::ruleSets() const {
@@ -79,14 +79,15 @@ int TTI_ContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& record
                                      const GlyphIDArray& run, int position, unsigned int lookupFlag,
                                      std::vector<int>& skipped) const {
     const unsigned short gid = run[position].getGlyphID();
-    if (position + 1 >= run.size() || coverageIndex(gid) < 0)
+    GlyphMemo* const memo = &call.memo();
+    if (position + 1 >= run.size() || coverageIndex(gid, memo) < 0)
         return 0;
-    const int firstClass = classOf(gid);
+    const int firstClass = classOf(gid, memo);
     skipped.clear();
     RunWalk second(call, run, lookupFlag, position, RunWalk::Direction::Forward);
     if (!second.next())
         return 0;
-    const int nextClass = classOf(second.gid());
+    const int nextClass = classOf(second.gid(), memo);
     if (firstClass == -1 || nextClass == -1)
         return 0;
     const TTI_ContextRuleSet rules = ruleSets()[firstClass];
@@ -96,9 +97,10 @@ int TTI_ContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& record
             return 0;
         RunWalk walk(call, run, lookupFlag, position, RunWalk::Direction::Forward);
         // What a rule passed over deliberately stays listed when the rule does not match.
-        if (!rule || !matches(
-                         rule->input, walk, [this](unsigned short next) { return classOf(next); },
-                         [&](int index) { skipped.push_back(index); }))
+        if (!rule ||
+            !matches(
+                rule->input, walk, [&](unsigned short next) { return classOf(next, memo); },
+                [&](int index) { skipped.push_back(index); }))
             continue;
         records = rule->records;
         return static_cast<int>(records.size());

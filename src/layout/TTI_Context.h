@@ -41,7 +41,7 @@ public:
     bool read(LayoutBudget& budget);
 
     /// Class of a glyph, -1 when it has none.
-    int classOf(unsigned short gid) const;
+    int classOf(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// By class of the first glyph.
     TTI_ContextRuleSets ruleSets() const;
     /// The rules whose first two classes are these, in the order they are tried. A rule of one

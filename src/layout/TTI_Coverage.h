@@ -1,6 +1,7 @@
 #pragma once
 
 #include "layout/GlyphDigest.h"
+#include "layout/GlyphMemo.h"
 #include "layout/LayoutArrays.h"
 
 #include "common/ByteView.h"
@@ -83,6 +84,17 @@ private:
     Format format_;
 };
 
+/// Coverage index of a glyph in a table, -1 when it is not covered or the table is bad.
+/// @param memo  remembers the answer; null searches anew
+inline int coverageIndexIn(KWCommonNS::ByteView table, unsigned short gid,
+                           GlyphMemo* memo = nullptr) {
+    const auto search = [&] {
+        const auto coverage = TTI_Coverage::read(table);
+        return coverage ? coverage->coverageIndex(gid) : -1;
+    };
+    return memo != nullptr ? memo->answer(table.data(), gid, search) : search();
+}
+
 /// The coverages of a run of glyphs, one for each, which a table names by their offsets.
 class TTI_CoverageList {
 public:
@@ -100,9 +112,8 @@ public:
     }
     /// False as well when the coverage is bad.
     /// @param i  below `size()`
-    bool covers(std::size_t i, unsigned short gid) const {
-        const auto coverage = TTI_Coverage::read(table(i));
-        return coverage && coverage->coverageIndex(gid) >= 0;
+    bool covers(std::size_t i, unsigned short gid, GlyphMemo* memo = nullptr) const {
+        return coverageIndexIn(table(i), gid, memo) >= 0;
     }
 
 private:

@@ -46,11 +46,8 @@ bool TTI_SubTable::position(LayoutCall&, const TTI_LookupList&, const TTI_Lookup
     return false;
 }
 
-int TTI_SubTable::coverageIndex(unsigned short gid) const {
-    if (!mayApply(gid))
-        return -1;
-    const auto coverage = TTI_Coverage::read(offsetTo(table(), kCoverageField));
-    return coverage ? coverage->coverageIndex(gid) : -1;
+int TTI_SubTable::coverageIndex(unsigned short gid, GlyphMemo* memo) const {
+    return mayApply(gid) ? coverageIndexIn(offsetTo(table(), kCoverageField), gid, memo) : -1;
 }
 
 bool TTI_SubTable::hasCoverage() const {

@@ -13,6 +13,7 @@ namespace KWFontService_NS {
 
 class GlyphIDArray;
 class GlyphIDPosition;
+class GlyphMemo;
 class LayoutBudget;
 class LayoutCall;
 class TTI_LookupList;
@@ -93,7 +94,8 @@ protected:
     KWCommonNS::ByteView table() const { return {data_, size_}; }
     /// Coverage index of a glyph by the coverage that nearly all formats name first; -1 when it is
     /// not covered.
-    int coverageIndex(unsigned short gid) const;
+    /// @param memo  remembers the answer; null searches anew
+    int coverageIndex(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// True when the table names that coverage, and it is a good one.
     bool hasCoverage() const;
     /// Takes the digest of that coverage; false when it is bad or reading it is beyond the budget.
