@@ -63,7 +63,7 @@ int FS_FontInfo::processGSUB(const FS_GSUBGPOSInfo* info, unsigned int tag, cons
     if (info == nullptr || info->gsubLangSys == nullptr || position < 0 || position >= run.size())
         return 0;
     const TTI_LookupList& lookups = info->gsubTable->lookups();
-    LayoutCall call(*info->gdef, static_cast<std::size_t>(run.size()));
+    LayoutCall call(*info->gdef, static_cast<std::size_t>(run.size()), info->gsubTable->memo());
     GsubEngine engine(call, lookups);
     for (const TTI_Feature* feature : info->gsubLangSys->featuresOf(tag)) {
         for (const std::uint16_t index : feature->lookupIndices) {
@@ -94,7 +94,7 @@ bool FS_FontInfo::processGSUB3(const FS_GSUBGPOSInfo* info, int index, const Gly
     const TTI_Lookup* lookup = lookups.find(static_cast<std::size_t>(lookupIndex));
     if (lookup == nullptr)
         return false;
-    LayoutCall call(*info->gdef, static_cast<std::size_t>(out.size()));
+    LayoutCall call(*info->gdef, static_cast<std::size_t>(out.size()), info->gsubTable->memo());
     return GsubEngine(call, lookups)
         .substituteRun(*lookup, {out.glyphs(), out.words(), mask}, alternate);
 }
@@ -103,7 +103,7 @@ bool FS_FontInfo::processGPOS(const FS_GSUBGPOSInfo* info, unsigned int tag,
                               std::vector<GlyphIDPosition>& positions, int index, bool rtl) {
     if (info == nullptr || info->gposLangSys == nullptr)
         return false;
-    LayoutCall call(*info->gdef, positions.size());
+    LayoutCall call(*info->gdef, positions.size(), info->gposTable->memo());
     const auto features = info->gposLangSys->featuresOf(tag);
     return std::ranges::any_of(features, [&](const TTI_Feature* feature) {
         return positionByFeature(call, *info, *feature, positions, index, rtl);
@@ -119,7 +119,7 @@ int FS_FontInfo::processGPOS3(const FS_GSUBGPOSInfo* info, int index,
     const TTI_Lookup* lookup = lookups.find(static_cast<std::size_t>(lookupIndex));
     if (lookup == nullptr)
         return -1;
-    LayoutCall call(*info->gdef, positions.size());
+    LayoutCall call(*info->gdef, positions.size(), info->gposTable->memo());
     const bool fromRight = rtl || (lookup->flag & kRightToLeft) != 0;
     const GlyphDigest::Probe probe(lookup->digest);
     int found = -1;

@@ -1,45 +1,56 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
 namespace KWFontService_NS {
 
-/// Remembers what searches in the tables of a font have come to, for as long as one call takes: a
-/// text has few glyphs, and asks the same of them again and again. What falls into a full place
-/// drives out what was there.
+/// Remembers what searches for glyphs in the coverages and class definitions of a layout table came
+/// to: a text has few glyphs, and a font asks the same of them again and again. What falls into a
+/// full place drives out what was there. All memos of a thread share its places, and threads share
+/// none, so that nobody waits.
 class GlyphMemo {
 public:
+    /// Remembers nothing.
+    GlyphMemo() = default;
+    /// @param tableNumber  tells the layout table from any other, also from those that are gone;
+    ///                     from `newTableNumber`
+    explicit GlyphMemo(std::uint32_t tableNumber);
+
+    /// A number that no table has had before.
+    static std::uint32_t newTableNumber();
+
     /// What `search` answers for a glyph.
-    /// @param table  which table is searched; two searches never go to tables of one address
+    /// @param place  where in the table the search begins; two kinds of search do not begin at one
     template <class Search>
-    int answer(const std::uint8_t* table, unsigned short gid, Search search) {
-        if (!ready_) {
-            places_.fill({});
-            ready_ = true;
-        }
-        const std::uint64_t address = reinterpret_cast<std::uintptr_t>(table);
+    int answer(const std::uint8_t* place, unsigned short gid, Search search) {
+        if (entries_ == nullptr)
+            return search();
+        const std::uint64_t address = reinterpret_cast<std::uintptr_t>(place);
         // Of an address the upper 16 bits are the same everywhere.
         const std::uint64_t key = address << 16 | gid;
-        // The glyphs of one table, which often follow each other, get places of their own.
-        Place& place = places_[((address * kSpread >> 56) + gid) % kPlaces];
-        if (place.key != key)
-            place = {key, search()};
-        return place.answer;
+        // The glyphs of one search, which often follow each other, get entries of their own.
+        Entry& entry = entries_[((address * kSpread >> 40) + gid) % kEntries];
+        if (entry.key != key || entry.tableNumber != tableNumber_)
+            entry = {.key = key, .tableNumber = tableNumber_, .answer = search()};
+        return entry.answer;
     }
 
 private:
-    static constexpr std::size_t kPlaces = 256;
+    static constexpr std::size_t kEntries = 2048;
     static constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15; // 2^64 over the golden ratio
 
-    struct Place {
-        std::uint64_t key; // 0 in an empty place: no table is at address 0
-        int answer;
+    struct Entry {
+        std::uint64_t key = 0;
+        std::uint32_t tableNumber = 0; // 0 where nothing is remembered yet
+        std::int32_t answer = 0;
     };
 
-    bool ready_ = false;
-    std::array<Place, kPlaces> places_; // left as it is until the first question
+    static Entry* entriesOfThread();
+
+    std::uint32_t tableNumber_ = 0;
+    /// Null remembers nothing.
+    Entry* entries_ = nullptr;
 };
 
 } // namespace KWFontService_NS

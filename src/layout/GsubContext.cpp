@@ -101,10 +101,11 @@ int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& p
                 furthest = std::max(furthest, end);
             }
         }
-        position = furthest;
-        // A context within this one has cut the output already; it is deliberately cut again.
+        // A context within this one has cut the output already; it is deliberately cut again, and
+        // may come to hold less than what was counted.
         output_.cut(start);
         result = std::min(result, output_.size());
+        position = result > 0 ? furthest : start;
     }
     spare_ = std::move(passed);
     return result;

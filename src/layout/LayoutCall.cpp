@@ -10,9 +10,9 @@ namespace KWFontService_NS {
 
 const int LayoutCall::kMaxNesting = KWCommonNS::kMaxLayoutNesting;
 
-LayoutCall::LayoutCall(const TTI_Gdef& gdef, std::size_t glyphs)
+LayoutCall::LayoutCall(const TTI_Gdef& gdef, std::size_t glyphs, const GlyphMemo& memo)
     : gdef_(gdef), left_(KWCommonNS::kLayoutFreeSteps + KWCommonNS::kLayoutStepsOfAGlyph * glyphs),
-      maxGlyphs_(KWCommonNS::kLayoutFreeGlyphs + KWCommonNS::kLayoutGrowth * glyphs) {}
+      maxGlyphs_(KWCommonNS::kLayoutFreeGlyphs + KWCommonNS::kLayoutGrowth * glyphs), memo_(memo) {}
 
 GlyphIDClassPair LayoutCall::glyph(unsigned short gid) const {
     return {gid, gdef_.classOf(gid)};

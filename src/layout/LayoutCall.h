@@ -26,7 +26,8 @@ class LayoutCall {
 public:
     /// @param gdef    kept
     /// @param glyphs  length of the run that the call is given
-    LayoutCall(const TTI_Gdef& gdef, std::size_t glyphs);
+    /// @param memo    of the layout table that the call is about
+    LayoutCall(const TTI_Gdef& gdef, std::size_t glyphs, const GlyphMemo& memo = {});
 
     // --- glyph classes --------------------------------------------------------------------------
 

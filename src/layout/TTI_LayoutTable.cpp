@@ -35,6 +35,7 @@ std::vector<TTI_LayoutTable::List> TTI_LayoutTable::read(std::vector<std::uint8_
 std::vector<TTI_LayoutTable::List> TTI_LayoutTable::read(std::vector<std::uint8_t> bytes, Kind kind,
                                                          LayoutBudget& budget) {
     bytes_ = std::move(bytes);
+    number_ = GlyphMemo::newTableNumber();
     const ByteView table(bytes_.data(), bytes_.size());
     std::vector<List> bad;
     const auto readList = [&](List list, std::size_t field, auto readIt) {

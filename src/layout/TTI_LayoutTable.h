@@ -1,5 +1,6 @@
 #pragma once
 
+#include "layout/GlyphMemo.h"
 #include "layout/TTI_LookupList.h"
 #include "layout/TTI_ScriptList.h"
 
@@ -40,6 +41,9 @@ public:
     /// Null when the font does not list the script.
     const TTI_Script* script(std::uint32_t tag) const { return scripts_.find(tag); }
 
+    /// What the running thread has searched for in this table.
+    GlyphMemo memo() const { return GlyphMemo(number_); }
+
     /// The first feature record `vert`; null when there is none.
     const TTI_Feature* vertFeature() const;
     bool hasVertFeature() const { return vertFeature_ != kNoFeature; }
@@ -53,6 +57,7 @@ private:
     void collectVertSubtables();
 
     std::vector<std::uint8_t> bytes_;
+    std::uint32_t number_ = 0;
     std::vector<TTI_Feature> features_;
     TTI_LookupList lookups_;
     TTI_ScriptList scripts_;
