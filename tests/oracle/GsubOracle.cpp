@@ -167,7 +167,6 @@ Glyph GsubOracle::ligature(const Lookup& lookup, const Run& run, int& position,
 int GsubOracle::context(const Lookup& lookup, const Run& run, int& position, Run& out,
                         std::vector<int>& skipped) {
     for (const SubTable& subtable : lookup.subtables) {
-        step();
         const Match match = matchContext(font_, subtable, run, position, lookup.flag);
         if (match.result == 0)
             continue;
