@@ -115,7 +115,7 @@ TEST_F(Gpos, CursiveAttachmentFromTheRightLiftsTheGroupBeforeIt) {
     const Cursive cursive{covering({1}), {{Anchor{0, 0}, std::nullopt}}};
     Cursive both = cursive;
     both.coverage = covering({1, 2});
-    both.anchors.push_back({std::nullopt, Anchor{10, 100}});
+    both.anchors.emplace_back(std::nullopt, Anchor{10, 100});
     Line line{placed(3, 1, 500), placed(3, 1, 500), placed(2, 1, 500), placed(1, 1, 400, kStrict)};
     line[0].decomposition = 4;
     EXPECT_EQ(apply(both, line, true), 2);

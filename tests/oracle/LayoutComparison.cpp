@@ -205,12 +205,12 @@ std::string LayoutComparison::differences(const Case& asked) {
     try {
         if (asked.kind() == Kind::Gpos) {
             GposOracle oracle(handle_);
-            const std::string found = compareGPOS(asked, oracle);
+            std::string found = compareGPOS(asked, oracle);
             count(oracle);
             return found;
         }
         GsubOracle oracle(handle_);
-        const std::string found =
+        std::string found =
             asked.byFeature() ? compareGSUB(asked, oracle) : compareGSUB3(asked, oracle);
         count(oracle);
         return found;

@@ -10,6 +10,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
 
 const LangSys* findSystem(const Layout& layout, Tag script, Tag language) {
     const auto languages = layout.scripts.find(script);

@@ -52,6 +52,7 @@ private:
 template <class Read>
 auto list(int size, Read read) {
     std::vector<decltype(read())> items;
+    items.reserve(static_cast<std::size_t>(size));
     for (int i = 0; i < size; ++i)
         items.push_back(read());
     return items;

@@ -260,12 +260,14 @@ private:
     }
     std::vector<Bytes> coverages(const std::vector<Coverage>& list) const {
         std::vector<Bytes> tables;
+        tables.reserve(list.size());
         for (const Coverage& each : list)
             tables.push_back(coverage(each));
         return tables;
     }
     Bytes glyphLists(const Coverage& covered, const std::vector<std::vector<Glyph>>& lists) const {
         std::vector<Bytes> tables;
+        tables.reserve(lists.size());
         for (const std::vector<Glyph>& glyphs : lists)
             tables.push_back(Bytes().u16(glyphs.size()).u16s(glyphs));
         return OffsetTable().u16(1).offset(coverage(covered)).counted(tables).build();
@@ -318,6 +320,7 @@ private:
     }
     std::vector<Bytes> anchors(const AnchorRow& row) const {
         std::vector<Bytes> tables;
+        tables.reserve(row.size());
         for (const MaybeAnchor& each : row)
             tables.push_back(anchor(each));
         return tables;
