@@ -26,10 +26,11 @@ class PackagedFonts : public testing::TestWithParam<std::string_view> {
 protected:
     void compareSystems(Case::Call byOrder, Case::Call byFeature) {
         open(packagedFont(GetParam()));
-        const Kind kind = Case{.call = byOrder}.kind();
+        const Layout& layout = Case{.call = byOrder}.kind() == Kind::Gsub ? font_.gsub : font_.gpos;
+        if (layout.lookups.empty())
+            return; // IPAGothic and TeXGyreTermesMath substitute only
         int applied = 0;
-        for (const auto& [script, language] :
-             systems(kind == Kind::Gsub ? font_.gsub : font_.gpos)) {
+        for (const auto& [script, language] : systems(layout)) {
             LayoutComparison asked = comparison(script, language);
             compareOrder(asked, {.call = byOrder});
             compareFeatures(asked, {.call = byFeature});
