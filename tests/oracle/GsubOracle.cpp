@@ -346,6 +346,8 @@ bool GsubOracle::wholeContext(const Lookup& lookup, Whole& whole) {
     bool changed = false;
     for (int i = 0; i < count(whole.run); ++i) {
         step();
+        if (count(whole.run) > kMaxGlyphs)
+            throw Undefined("too many glyphs");
         if (whole.isMasked(i))
             continue;
         int end = i;

@@ -43,8 +43,9 @@ public:
     const std::vector<int>& applied() const { return applied_; }
 
 private:
-    /// A glyph is output by at most this many lookups in a case that ends.
+    // What a case that ends stays below, with runs of some tens of glyphs.
     static constexpr int kMaxSteps = 3000;
+    static constexpr int kMaxGlyphs = 1000;
 
     const Lookup& lookupAt(int index) const { return at(font_.gsub.lookups, index); }
     void step();

@@ -21,7 +21,7 @@ int setting(const char* name, int otherwise) {
     return value == nullptr ? otherwise : std::atoi(value);
 }
 int fontCount() {
-    return setting("KW_ORACLE_FONTS", 40);
+    return setting("KW_ORACLE_FONTS", 30);
 }
 int firstSeed() {
     return setting("KW_ORACLE_SEED", 1);
