@@ -28,20 +28,22 @@ bool GPOS_CursivePosFormat1::read(LayoutBudget& budget) {
 }
 
 std::optional<GPOS_Anchor> GPOS_CursivePosFormat1::anchor(unsigned short gid,
-                                                          std::size_t fieldInRecord) const {
-    const int index = coverageIndex(gid);
+                                                          std::size_t fieldInRecord,
+                                                          GlyphMemo* memo) const {
+    const int index = coverageIndex(gid, memo);
     if (index < 0 || index >= table().u16(kCountField).value_or(0))
         return std::nullopt;
     return GPOS_Anchor::read(offsetTo(
         table(), kRecords + kRecordSize * static_cast<std::size_t>(index) + fieldInRecord));
 }
 
-std::optional<GPOS_Anchor> GPOS_CursivePosFormat1::entry(unsigned short gid) const {
-    return anchor(gid, kEntryInRecord);
+std::optional<GPOS_Anchor> GPOS_CursivePosFormat1::entry(unsigned short gid,
+                                                         GlyphMemo* memo) const {
+    return anchor(gid, kEntryInRecord, memo);
 }
 
-std::optional<GPOS_Anchor> GPOS_CursivePosFormat1::exit(unsigned short gid) const {
-    return anchor(gid, kExitInRecord);
+std::optional<GPOS_Anchor> GPOS_CursivePosFormat1::exit(unsigned short gid, GlyphMemo* memo) const {
+    return anchor(gid, kExitInRecord, memo);
 }
 
 bool GPOS_CursivePosFormat1::position(LayoutCall& call, const TTI_LookupList&,
@@ -50,7 +52,7 @@ bool GPOS_CursivePosFormat1::position(LayoutCall& call, const TTI_LookupList&,
                                       bool rtl) const {
     const auto place = static_cast<std::size_t>(index);
     GlyphIDPosition& glyph = positions[place];
-    const auto leaves = exit(glyph.getGlyphID());
+    const auto leaves = exit(glyph.getGlyphID(), &call.memo());
     if (!leaves)
         return false;
     const bool strict = GlyphPlacement::isStrict(glyph);
@@ -63,7 +65,7 @@ bool GPOS_CursivePosFormat1::position(LayoutCall& call, const TTI_LookupList&,
         return false;
     const auto nextPlace = static_cast<std::size_t>(found);
     const GlyphIDPosition& next = positions[nextPlace];
-    const auto enters = entry(next.getGlyphID());
+    const auto enters = entry(next.getGlyphID(), &call.memo());
     if (!enters)
         return false;
     const int dx = enters->x() - next.getWidth() - leaves->x();

@@ -17,15 +17,16 @@ public:
     bool read(LayoutBudget& budget);
 
     /// Where a glyph begins; nothing when it is not covered or has no such anchor.
-    std::optional<GPOS_Anchor> entry(unsigned short gid) const;
+    std::optional<GPOS_Anchor> entry(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// Where a glyph leaves off; nothing when it is not covered or has no such anchor.
-    std::optional<GPOS_Anchor> exit(unsigned short gid) const;
+    std::optional<GPOS_Anchor> exit(unsigned short gid, GlyphMemo* memo = nullptr) const;
     bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
                   std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposCursive; }
 
 private:
-    std::optional<GPOS_Anchor> anchor(unsigned short gid, std::size_t fieldInRecord) const;
+    std::optional<GPOS_Anchor> anchor(unsigned short gid, std::size_t fieldInRecord,
+                                      GlyphMemo* memo) const;
 };
 
 } // namespace KWFontService_NS

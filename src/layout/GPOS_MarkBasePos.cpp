@@ -39,16 +39,16 @@ bool GPOS_MarkBasePosFormat1::read(LayoutBudget& budget) {
            TTI_Coverage::read(offsetTo(table(), kBaseCoverageField)) && digestCoverage(budget);
 }
 
-std::optional<GPOS_Mark> GPOS_MarkBasePosFormat1::mark(unsigned short gid) const {
-    const int index = coverageIndex(gid);
+std::optional<GPOS_Mark> GPOS_MarkBasePosFormat1::mark(unsigned short gid, GlyphMemo* memo) const {
+    const int index = coverageIndex(gid, memo);
     if (index < 0)
         return std::nullopt;
     return readMark(offsetTo(table(), kMarkArrayField), static_cast<std::size_t>(index));
 }
 
-std::optional<GPOS_Anchor> GPOS_MarkBasePosFormat1::base(unsigned short gid,
-                                                         unsigned int markClass) const {
-    const int index = coverageIndexIn(offsetTo(table(), kBaseCoverageField), gid);
+std::optional<GPOS_Anchor> GPOS_MarkBasePosFormat1::base(unsigned short gid, unsigned int markClass,
+                                                         GlyphMemo* memo) const {
+    const int index = coverageIndexIn(offsetTo(table(), kBaseCoverageField), gid, memo);
     if (index < 0)
         return std::nullopt;
     return GPOS_AnchorMatrix(offsetTo(table(), kBaseArrayField),
@@ -60,7 +60,8 @@ bool GPOS_MarkBasePosFormat1::position(LayoutCall& call, const TTI_LookupList&, 
                                        std::vector<GlyphIDPosition>& positions, int& index,
                                        bool rtl) const {
     GlyphIDPosition& glyph = positions[static_cast<std::size_t>(index)];
-    const auto attached = mark(glyph.getGlyphID());
+    GlyphMemo* const memo = &call.memo();
+    const auto attached = mark(glyph.getGlyphID(), memo);
     if (!attached)
         return false;
     unsigned int advance = 0; // from the base on; only its low 16 bits come to count
@@ -72,7 +73,7 @@ bool GPOS_MarkBasePosFormat1::position(LayoutCall& call, const TTI_LookupList&, 
     if (found < 0)
         return false;
     const GlyphIDPosition& under = positions[static_cast<std::size_t>(found)];
-    const auto anchor = base(under.getGlyphID(), attached->markClass);
+    const auto anchor = base(under.getGlyphID(), attached->markClass, memo);
     if (!anchor)
         return false;
     int x = anchor->x() - attached->anchor.x();

@@ -16,10 +16,11 @@ public:
     bool read(LayoutBudget& budget);
 
     /// Nothing when the glyph is not covered as a mark or has no anchor.
-    std::optional<GPOS_Mark> mark(unsigned short gid) const;
+    std::optional<GPOS_Mark> mark(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// Where marks of a class go on a base glyph; nothing when it is not covered as one or has no
     /// anchor for them.
-    std::optional<GPOS_Anchor> base(unsigned short gid, unsigned int markClass) const;
+    std::optional<GPOS_Anchor> base(unsigned short gid, unsigned int markClass,
+                                    GlyphMemo* memo = nullptr) const;
     bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
                   std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposMarkToBase; }

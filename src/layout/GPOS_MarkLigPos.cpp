@@ -24,15 +24,16 @@ bool GPOS_MarkLigPosFormat1::read(LayoutBudget& budget) {
            TTI_Coverage::read(offsetTo(table(), kLigatureCoverageField)) && digestCoverage(budget);
 }
 
-std::optional<GPOS_Mark> GPOS_MarkLigPosFormat1::mark(unsigned short gid) const {
-    const int index = coverageIndex(gid);
+std::optional<GPOS_Mark> GPOS_MarkLigPosFormat1::mark(unsigned short gid, GlyphMemo* memo) const {
+    const int index = coverageIndex(gid, memo);
     if (index < 0)
         return std::nullopt;
     return readMark(offsetTo(table(), kMarkArrayField), static_cast<std::size_t>(index));
 }
 
-std::optional<GPOS_AnchorMatrix> GPOS_MarkLigPosFormat1::ligature(unsigned short gid) const {
-    const int index = coverageIndexIn(offsetTo(table(), kLigatureCoverageField), gid);
+std::optional<GPOS_AnchorMatrix> GPOS_MarkLigPosFormat1::ligature(unsigned short gid,
+                                                                  GlyphMemo* memo) const {
+    const int index = coverageIndexIn(offsetTo(table(), kLigatureCoverageField), gid, memo);
     const ByteView ligatures = offsetTo(table(), kLigatureArrayField);
     if (index < 0 || index >= ligatures.u16(0).value_or(0))
         return std::nullopt;
@@ -45,7 +46,8 @@ bool GPOS_MarkLigPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
                                       std::vector<GlyphIDPosition>& positions, int& index,
                                       bool rtl) const {
     GlyphIDPosition& glyph = positions[static_cast<std::size_t>(index)];
-    const auto attached = mark(glyph.getGlyphID());
+    GlyphMemo* const memo = &call.memo();
+    const auto attached = mark(glyph.getGlyphID(), memo);
     if (index == 0 || !attached)
         return false;
     const bool hasComponent =
@@ -58,7 +60,7 @@ bool GPOS_MarkLigPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
     if (found < 0)
         return false;
     const GlyphIDPosition& under = positions[static_cast<std::size_t>(found)];
-    const auto components = ligature(under.getGlyphID());
+    const auto components = ligature(under.getGlyphID(), memo);
     if (!components || components->rows() == 0)
         return false;
     std::size_t row = 0;

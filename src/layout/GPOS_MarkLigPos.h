@@ -16,10 +16,10 @@ public:
     bool read(LayoutBudget& budget);
 
     /// Nothing when the glyph is not covered as a mark or has no anchor.
-    std::optional<GPOS_Mark> mark(unsigned short gid) const;
+    std::optional<GPOS_Mark> mark(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// Where marks go on a ligature: a row for each component. Nothing when the glyph is not
     /// covered as one.
-    std::optional<GPOS_AnchorMatrix> ligature(unsigned short gid) const;
+    std::optional<GPOS_AnchorMatrix> ligature(unsigned short gid, GlyphMemo* memo = nullptr) const;
     bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
                   std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposMarkToLigature; }

@@ -28,16 +28,16 @@ bool GPOS_MarkMarkPosFormat1::read(LayoutBudget& budget) {
            TTI_Coverage::read(offsetTo(table(), kMark2CoverageField)) && digestCoverage(budget);
 }
 
-std::optional<GPOS_Mark> GPOS_MarkMarkPosFormat1::mark(unsigned short gid) const {
-    const int index = coverageIndex(gid);
+std::optional<GPOS_Mark> GPOS_MarkMarkPosFormat1::mark(unsigned short gid, GlyphMemo* memo) const {
+    const int index = coverageIndex(gid, memo);
     if (index < 0)
         return std::nullopt;
     return readMark(offsetTo(table(), kMarkArrayField), static_cast<std::size_t>(index));
 }
 
-std::optional<GPOS_Anchor> GPOS_MarkMarkPosFormat1::mark2(unsigned short gid,
-                                                          unsigned int markClass) const {
-    const int index = coverageIndexIn(offsetTo(table(), kMark2CoverageField), gid);
+std::optional<GPOS_Anchor>
+GPOS_MarkMarkPosFormat1::mark2(unsigned short gid, unsigned int markClass, GlyphMemo* memo) const {
+    const int index = coverageIndexIn(offsetTo(table(), kMark2CoverageField), gid, memo);
     if (index < 0)
         return std::nullopt;
     return GPOS_AnchorMatrix(offsetTo(table(), kMark2ArrayField),
@@ -50,7 +50,8 @@ bool GPOS_MarkMarkPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
                                        std::vector<GlyphIDPosition>& positions, int& index,
                                        bool rtl) const {
     GlyphIDPosition& glyph = positions[static_cast<std::size_t>(index)];
-    const auto attached = mark(glyph.getGlyphID());
+    GlyphMemo* const memo = &call.memo();
+    const auto attached = mark(glyph.getGlyphID(), memo);
     if (!attached)
         return false;
     const auto passesOver = [&](const GlyphIDPosition& candidate) {
@@ -65,7 +66,7 @@ bool GPOS_MarkMarkPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
     const GlyphIDPosition& under = positions[static_cast<std::size_t>(found)];
     if (passesOver(under) || (rtl && componentsDiffer(glyph, under)))
         return false;
-    const auto anchor = mark2(under.getGlyphID(), attached->markClass);
+    const auto anchor = mark2(under.getGlyphID(), attached->markClass, memo);
     if (!anchor)
         return false;
     int x = attached->anchor.x() - anchor->x();

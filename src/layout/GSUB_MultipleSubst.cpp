@@ -15,8 +15,9 @@ bool GSUB_MultipleSubstFormat1::read(LayoutBudget& budget) {
     return table().contains(kCountField, 2) && digestCoverage(budget);
 }
 
-std::optional<U16List> GSUB_MultipleSubstFormat1::sequence(unsigned short gid) const {
-    const int index = coverageIndex(gid);
+std::optional<U16List> GSUB_MultipleSubstFormat1::sequence(unsigned short gid,
+                                                           GlyphMemo* memo) const {
+    const int index = coverageIndex(gid, memo);
     if (index < 0 || index >= table().u16(kCountField).value_or(0))
         return std::nullopt;
     const ByteView found =

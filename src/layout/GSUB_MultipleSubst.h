@@ -17,7 +17,7 @@ public:
 
     /// The glyphs that replace one glyph; they may be none at all. Nothing when the glyph is not
     /// covered, or its sequence does not lie in the table whole.
-    std::optional<U16List> sequence(unsigned short gid) const;
+    std::optional<U16List> sequence(unsigned short gid, GlyphMemo* memo = nullptr) const;
     int lookupType() const override { return kGsubMultiple; }
 };
 

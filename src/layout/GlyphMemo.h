@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kEntries = 2048;
+    static constexpr std::size_t kEntries = 4096;
     static constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15; // 2^64 over the golden ratio
 
     struct Entry {

@@ -50,7 +50,8 @@ std::optional<U16List> findSequence(LayoutCall& call, const TTI_Lookup& lookup,
         // Extensions may have brought subtables of other types into the lookup.
         if (!subtable || !subtable->mayApply(gid) || subtable->lookupType() != kGsubMultiple)
             continue;
-        auto found = static_cast<const GSUB_MultipleSubstFormat1&>(*subtable).sequence(gid);
+        auto found =
+            static_cast<const GSUB_MultipleSubstFormat1&>(*subtable).sequence(gid, &call.memo());
         if (found)
             return found;
     }

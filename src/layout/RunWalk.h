@@ -16,7 +16,7 @@ public:
     /// @param from  the walk begins beside it
     RunWalk(LayoutCall& call, const GlyphIDArray& run, unsigned int lookupFlag, int from,
             Direction direction)
-        : call_(call), run_(run), lookupFlag_(lookupFlag), index_(from),
+        : call_(&call), run_(&run), lookupFlag_(lookupFlag), index_(from),
           step_(static_cast<int>(direction)) {}
 
     /// Goes to the next glyph that counts. False at the end of the run, and when the work that the
@@ -29,21 +29,21 @@ public:
     bool next(Passed passed) {
         for (;;) {
             index_ += step_;
-            if (index_ < 0 || index_ >= run_.size() || !call_.spend(1))
+            if (index_ < 0 || index_ >= run_->size() || !call_->spend(1))
                 return false;
-            if (!call_.passesOver(lookupFlag_, run_[index_]))
+            if (!call_->passesOver(lookupFlag_, (*run_)[index_]))
                 return true;
             passed(index_);
         }
     }
 
-    LayoutCall& call() const { return call_; }
+    LayoutCall& call() const { return *call_; }
     int index() const { return index_; }
-    unsigned short gid() const { return run_[index_].getGlyphID(); }
+    unsigned short gid() const { return (*run_)[index_].getGlyphID(); }
 
 private:
-    LayoutCall& call_;
-    const GlyphIDArray& run_;
+    LayoutCall* call_;
+    const GlyphIDArray* run_;
     unsigned int lookupFlag_;
     int index_;
     int step_;
