@@ -1,28 +1,12 @@
 #include "fonts/SfntReader.h"
 
+#include "common/StreamBytes.h"
 #include "fonts/FontErrors.h"
-
-#include <algorithm>
-#include <limits>
 
 namespace KWFontService_NS {
 
-namespace {
-
-/// How much memory a length is trusted for before its bytes have arrived.
-constexpr std::size_t kTrustedBytes = std::size_t{1} << 20;
-
-} // namespace
-
 std::size_t SfntReader::readUpTo(std::uint64_t offset, std::span<std::uint8_t> out) {
-    if (offset > static_cast<std::uint64_t>(std::numeric_limits<std::streamoff>::max()))
-        return 0;
-    stream_.clear();
-    stream_.seekg(static_cast<std::streamoff>(offset), std::ios::beg);
-    if (!stream_)
-        return 0;
-    stream_.read(reinterpret_cast<char*>(out.data()), static_cast<std::streamsize>(out.size()));
-    return static_cast<std::size_t>(stream_.gcount());
+    return KWCommonNS::readStreamAt(stream_, offset, out);
 }
 
 bool SfntReader::read(std::uint64_t offset, std::span<std::uint8_t> out) {
@@ -31,18 +15,7 @@ bool SfntReader::read(std::uint64_t offset, std::span<std::uint8_t> out) {
 
 std::size_t SfntReader::readUpTo(std::uint64_t offset, std::size_t length,
                                  std::vector<std::uint8_t>& out) {
-    out.clear();
-    while (out.size() < length) {
-        const std::size_t have = out.size();
-        const std::size_t step = std::min(length - have, std::max(have, kTrustedBytes));
-        out.resize(have + step);
-        const std::size_t got = readUpTo(offset + have, std::span(out).subspan(have, step));
-        if (got < step) {
-            out.resize(have + got);
-            break;
-        }
-    }
-    return out.size();
+    return KWCommonNS::readStreamAt(stream_, offset, length, out);
 }
 
 bool SfntReader::read(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out) {
