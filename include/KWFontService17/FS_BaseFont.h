@@ -26,11 +26,11 @@ class KWMemStream;
 
 namespace KWFontService_NS {
 
-class FS_CFFInfo;
 class FS_EnumLogFontEx;
 class FS_FontPool;
 class FS_NewTextMetricEx;
 class FS_TTGlyphMap;
+class Type1CMap;
 struct FS_FontFileOptions;
 struct FS_GSUBGPOSInfo;
 
@@ -187,7 +187,9 @@ public:
     virtual float getGlyphWidth(unsigned short gid, int size, bool vertical, int faceIndex) const;
     /// CFF string index of a glyph's name, 0 when there is none.
     virtual unsigned short getStringID(unsigned short gid, int faceIndex) const;
-    virtual const FS_CFFInfo* getCFFInfo(int faceIndex) const;
+    /// What the font keeps of its `CFF ` table, with nothing in it for an sfnt that has none; null
+    /// for other fonts and before a load.
+    virtual const Type1CMap* getCFFInfo(int faceIndex) const;
     /// Layout handle for a script and a language, owned by the caller; null for a font that is no
     /// sfnt. See `FS_FontInfo::deleteGSUBGPOSInfo`.
     virtual FS_GSUBGPOSInfo* getGSUBGPOSInfo(unsigned int script, unsigned int language,

@@ -134,7 +134,8 @@ public:
     ///                      when there is none
     bool getGlyphIDs(const UnicodeString& text, unsigned short* glyphs, int& count, bool vertical,
                      int* firstMissing) const;
-    /// Glyph of a CID of a CID-keyed font, 0xFFFF for any other font.
+    /// Glyph of a CID of a CID-keyed font, in a name-keyed one with `CFF ` outlines of a string id;
+    /// 0xFFFF when there is none and for any other font (Adobe Technical Note 5176, charset).
     unsigned short getGlyphIDfromCID(unsigned short cid) const;
     GlyphClassDef getGlyphClassDef(unsigned short gid) const;
     unsigned short getStringID(unsigned short gid) const;

@@ -68,6 +68,15 @@ inline constexpr std::size_t kLayoutFreeBytes = std::size_t{1} << 20;
 /// about what it takes of the heap.
 inline constexpr std::size_t kLayoutObjectCost = 64;
 
+/// Operands of a CFF DICT operator that are kept. The format allows 48.
+inline constexpr std::size_t kMaxDictOperands = 513;
+
+/// Characters of a real number in a CFF DICT that count. A double has 17 digits that matter.
+inline constexpr std::size_t kMaxDictRealLength = 512;
+
+/// Font DICTs of a CID-keyed CFF font: FDSelect numbers them with one byte.
+inline constexpr std::size_t kMaxFontDicts = 256;
+
 // What a writer of fonts may make us do.
 
 /// Rounds of a glyph closure that read small gaps between glyphs, which saves reads. Each round may

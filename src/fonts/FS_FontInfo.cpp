@@ -1,3 +1,4 @@
+#include "cff/Type1CMap.h"
 #include "fonts/FS_FontFileOptions.h"
 #include "fonts/FS_OperationMacros.h"
 #include "fonts/FS_ServiceContext.h"
@@ -104,9 +105,9 @@ void FS_FontInfo::getFontStyle(int* weight, bool* italic, int* width) const {
 
 // --- glyphs and metrics -------------------------------------------------------------------------
 
-unsigned short FS_FontInfo::getGlyphIDfromCID(unsigned short) const {
-    // No font class reads the CIDs of a font yet.
-    return FS_NO_GLYPH;
+unsigned short FS_FontInfo::getGlyphIDfromCID(unsigned short cid) const {
+    const Type1CMap* cff = font ? font->getCFFInfo(faceIndex) : nullptr;
+    return cff != nullptr ? cff->getGlyphOfCID(cid) : FS_NO_GLYPH;
 }
 
 bool FS_FontInfo::hasVerticalGlyph(int ch) const {

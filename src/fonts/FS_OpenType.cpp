@@ -28,4 +28,19 @@ bool FS_OpenType::isOpenType() const {
     return true;
 }
 
+unsigned short FS_OpenType::getStringID(unsigned short gid, int) const {
+    const Type1CMap* cff = info.getCFFInfo();
+    return cff != nullptr ? cff->getSIDOfGlyph(gid) : std::uint16_t{0};
+}
+
+FS_EncodingScheme FS_OpenType::getEncodingScheme(int) const {
+    const Type1CMap* cff = info.getCFFInfo();
+    return cff != nullptr ? cff->getEncodingScheme() : FS_ENCODING_NONE;
+}
+
+bool FS_OpenType::getCIDSystemInfo(FS_CIDSystemInfo& systemInfo, int) const {
+    const Type1CMap* cff = info.getCFFInfo();
+    return cff != nullptr && cff->getCIDSystemInfo(systemInfo);
+}
+
 } // namespace KWFontService_NS

@@ -17,6 +17,10 @@ public:
     bool isType1OrNoCID(int faceIndex) const override;
     bool isTrueTypeOrCID(int faceIndex) const override;
     bool isOpenType() const override;
+
+    unsigned short getStringID(unsigned short gid, int faceIndex) const override;
+    FS_EncodingScheme getEncodingScheme(int faceIndex) const override;
+    bool getCIDSystemInfo(FS_CIDSystemInfo& systemInfo, int faceIndex) const override;
 };
 
 } // namespace KWFontService_NS

@@ -121,4 +121,8 @@ bool FS_TrueTypeInfo::readOptionalScanTables(SfntReader& reader) {
     return TTI_VerticalMetrics::checkVmtx(reader, *vmtx, headerTables_.numOfLongVerMetrics);
 }
 
+const Type1CMap* FS_TrueTypeInfo::getCFFInfo() const {
+    return isLoaded() ? this : nullptr;
+}
+
 } // namespace KWFontService_NS

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cff/Type1CMap.h"
 #include "fonts/FS_OperationMacros.h"
 #include "fonts/TTI_Cmap.h"
 #include "fonts/TTI_Directory.h"
@@ -30,10 +31,10 @@ namespace KWFontService_NS {
 /// for the font that owns it.
 ///
 /// After a load the queries take no lock. The writers are called by one thread at a time.
-class FS_TrueTypeInfo {
+class FS_TrueTypeInfo : public Type1CMap {
 public:
     FS_TrueTypeInfo();
-    ~FS_TrueTypeInfo();
+    ~FS_TrueTypeInfo() override;
     FS_TrueTypeInfo(const FS_TrueTypeInfo&) = delete;
     FS_TrueTypeInfo& operator=(const FS_TrueTypeInfo&) = delete;
 
@@ -78,8 +79,9 @@ public:
     /// The face's file as it stands: `output` becomes a stream over `source`, which the caller
     /// keeps alive as long; null opens the font's own, which `output` then owns.
     bool getEmbedFontStream(KWMemStream& output, std::istream* source);
+    /// False before a load, too.
     bool isCIDFont() const {
-        return cidFont_.load(std::memory_order_relaxed);
+        return isLoaded() && isCID;
     }
 
     // --- tables ---------------------------------------------------------------------------------
@@ -123,7 +125,7 @@ private:
     void finishLoad() noexcept;
     bool answerLoad(KWError& error) const;
     bool loadEveryTable(KWError& error, std::istream& stream, bool embedded);
-    bool loadCff(SfntReader& reader);
+    bool loadCff(SfntReader& reader, std::istream& stream);
     bool loadGdef(SfntReader& reader);
     bool loadLayout(SfntReader& reader, TTI_LayoutTable::Kind kind, TTI_LayoutTable& table);
     bool loadMaxp(SfntReader& reader);
@@ -158,7 +160,6 @@ private:
     bool macFont = false;
     bool allowGlyphZero = false;
     std::atomic<bool> verticalGlyphsGiven_ = false; ///< set by whoever opens the font
-    std::atomic<bool> cidFont_ = false;             ///< asked by fonts that are being loaded
     bool loadOk = false;
     std::unique_ptr<KWError> loadError_; ///< null unless the load failed
     std::atomic<bool> loaded = false;

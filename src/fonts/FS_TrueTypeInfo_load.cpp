@@ -1,13 +1,11 @@
 #include "fonts/FS_TrueTypeInfo.h"
 
-#include "cff/CFFKind.h"
 #include "fonts/FS_FontFileOptions.h"
 #include "fonts/FontErrors.h"
 #include "fonts/FontStream.h"
 
 #include <KWCommon15/KWLock.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace KWFontService_NS {
@@ -66,7 +64,7 @@ bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool 
     bool allOk = true;
     const auto step = [&allOk](bool ok) { allOk = ok && allOk; };
 
-    step(loadCff(reader));
+    step(loadCff(reader, stream));
     step(loadGdef(reader));
     step(loadLayout(reader, TTI_LayoutTable::Kind::Gpos, loadedTables_->gpos));
     step(loadLayout(reader, TTI_LayoutTable::Kind::Gsub, loadedTables_->gsub));
@@ -81,7 +79,7 @@ bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool 
     return allOk;
 }
 
-bool FS_TrueTypeInfo::loadCff(SfntReader& reader) {
+bool FS_TrueTypeInfo::loadCff(SfntReader& reader, std::istream& stream) {
     const TTI_TableRecord* cff = tableDirectory.find(sfntTag("CFF "));
     if (cff == nullptr) {
         if (!owner->isOpenType())
@@ -90,13 +88,8 @@ bool FS_TrueTypeInfo::loadCff(SfntReader& reader) {
                                                    ? "'CFF2' table not supported"
                                                    : "'CFF' table not found");
     }
-    if (cidFont_)
-        return true;
-    std::vector<std::uint8_t> start;
-    reader.readUpTo(cff->offset, std::min<std::size_t>(cff->length, kCFFKindBytes), start);
-    const CFFKind kind = readCFFKind(ByteView(start.data(), start.size()));
-    cidFont_ = kind == CFFKind::CIDKeyed;
-    return kind != CFFKind::Unreadable || reader.fail(FS_ERROR_FONT_READ, "'CFF' table read error");
+    CFFStream table(stream, cff->offset, cff->length);
+    return readCFFTable(table) || reader.fail(FS_ERROR_FONT_READ, "'CFF' table read error");
 }
 
 bool FS_TrueTypeInfo::loadGdef(SfntReader& reader) {

@@ -33,31 +33,6 @@ TEST(TrueType, ASingleFaceAnswersForEveryIndex) {
     EXPECT_EQ(font->getUnitsPerEm(3), 1000);
 }
 
-TEST(OpenType, OfNamesIsTypeSevenAndNoCID) {
-    MemoryFont<FS_OpenType> font(TestFont::openType().build());
-    ASSERT_TRUE(font.scanAndLoad()) << font.complaint();
-    EXPECT_EQ(font->getFontFileType(0), 7);
-    EXPECT_TRUE(font->isTrueTypeFont(0));
-    EXPECT_TRUE(font->isType1OrNoCID(0));
-    EXPECT_FALSE(font->isTrueTypeOrCID(0));
-    EXPECT_TRUE(font->isOpenType());
-}
-
-TEST(OpenType, OfCIDsIsTypeEight) {
-    // Header, Name INDEX of one empty name, Top DICT INDEX whose one DICT is 391 391 0 ROS.
-    const Bytes dict{28, 0x01, 0x87, 28, 0x01, 0x87, 139, 12, 30};
-    Bytes cff{1, 0, 4, 1};
-    cff.u16(1).u8(1).u8(1).u8(2).u8('F');
-    cff.u16(1).u8(1).u8(1).u8(1 + dict.size()).bytes({dict.data(), dict.size()});
-    TestFont file = TestFont::openType();
-    file.with("CFF ", cff);
-    MemoryFont<FS_OpenType> font(file.build());
-    ASSERT_TRUE(font.scanAndLoad()) << font.complaint();
-    EXPECT_EQ(font->getFontFileType(0), 8);
-    EXPECT_FALSE(font->isType1OrNoCID(0));
-    EXPECT_TRUE(font->isTrueTypeOrCID(0));
-}
-
 TEST(TrueType, SettingThePostScriptNameReplacesTheNeutralOne) {
     MemoryFont font(TestFont::latin().build());
     ASSERT_TRUE(font.scanAndLoad());
