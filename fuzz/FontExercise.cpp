@@ -1,6 +1,7 @@
 #include "FontExercise.h"
 
 #include "SampleArguments.h"
+#include "cff/Type1CMap.h"
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
 #include "registry/FS_FontService.h"
@@ -44,6 +45,29 @@ private:
     std::string bytes_;
 };
 
+/// What a CFF font leaves in its file.
+void readCffParts(const FontInMemory& file, FS_TrueTypeInfo& face) {
+    const Type1CMap* const cff = face.getCFFInfo();
+    const TTI_TableRecord* const record = face.getTableEntry(0x43464620); // 'CFF '
+    if (cff == nullptr || record == nullptr)
+        return;
+    const auto stream = file.open();
+    CFFStream table(*stream, record->offset, record->length);
+    CFFIndex subrs;
+    Type1CMap::readGlobalSubrs(table, subrs);
+    KWCommonNS::KWValue dict;
+    cff->readLocalSubrs(table, dict, subrs);
+    std::vector<CFFFontDict> fontDicts;
+    cff->readFDArray(table, fontDicts);
+    std::vector<FDRange> ranges;
+    cff->readFDSelect(table, ranges);
+    for (const std::uint16_t id : std::initializer_list<std::uint16_t>{0, 1, 2, 391, 0xFFFF}) {
+        cff->getGlyphOfCID(id);
+        cff->getStringOfSID(id);
+        getFDOfGlyph(ranges, id, 255);
+    }
+}
+
 void callEveryOperation(FS_BaseFont& font) {
 #define FS_OPERATION(faces, facade, result, name, parameters, arguments, qualifier, missing)       \
     callVariants(font,                                                                             \
@@ -64,6 +88,7 @@ void scanAndLoad(const FontInMemory& file, bool embedded) {
         // Also after a load that failed: what was read stays usable.
         font->loadFont(error, 0, nullptr);
         callEveryOperation(*font);
+        readCffParts(file, *font->face(0));
     }
 }
 

@@ -127,6 +127,19 @@ void makeTableSeeds(const SeedFolder& folder) {
     add("hhea", "hhea", TestFont::vertical().hhea.build());
     add("maxp", "maxp", Maxp{.numGlyphs = 5}.build());
     add("CFF ", "cff", TestFont::openType().sfnt().get("CFF "));
+    add("CFF ", "cff-cid",
+        CffCID{.glyphs = {{0, 0, {14}}, {7, 1, {139, 107, 10, 14}}, {9, 0, {14}}},
+               .fontDicts = {{.privateDict = CffPrivate{.dict = {140, 20}}},
+                             {.privateDict = CffPrivate{.subrs = {{139, 22, 11}}}}},
+               .globalSubrs = {{11}}}
+            .build());
+    CffSections sections;
+    sections.encoding = Bytes{1, 1, 65, 1};
+    sections.charset = Bytes{1, 0, 34, 1};
+    sections.globalSubrs = {{11}};
+    sections.charStrings = {{14}, {139, 22, 14}, {14}};
+    sections.privateDict = CffPrivate{.dict = cffReal("0.5").u8(10), .subrs = {{11}}};
+    add("CFF ", "cff-ranges", sections.build());
     add("fpgm", "fpgm", Bytes{0xB0, 0x00, 0x2C, 0x2D});
     add("prep", "prep", Bytes{0xB8, 0x01, 0xFF, 0x85});
 }
