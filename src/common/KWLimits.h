@@ -77,6 +77,14 @@ inline constexpr std::size_t kMaxDictRealLength = 512;
 /// Font DICTs of a CID-keyed CFF font: FDSelect numbers them with one byte.
 inline constexpr std::size_t kMaxFontDicts = 256;
 
+/// Operands and stems that a charstring is taken to have at most. The format allows 48 and 96, its
+/// successor 513 operands.
+inline constexpr int kMaxCharStringOperands = 513;
+inline constexpr int kMaxCharStringStems = 2048;
+
+/// Subrs inside subrs of charstrings. The format allows 10; one may call itself.
+inline constexpr int kMaxSubrDepth = 16;
+
 // What a writer of fonts may make us do.
 
 /// Rounds of a glyph closure that read small gaps between glyphs, which saves reads. Each round may

@@ -1,0 +1,106 @@
+#include "cff/CFFNumbers.h"
+
+#include "cff/CFFDict.h"
+#include "common/ByteView.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::KWMemStream;
+
+namespace {
+
+constexpr std::uint8_t kShortInteger = 28;
+constexpr std::uint8_t kDictLongInteger = 29;
+constexpr std::uint8_t kDictReal = 30;
+constexpr std::uint8_t kFixed = 255;
+
+void writeByte(KWMemStream& output, int byte) {
+    output += static_cast<char>(byte);
+}
+
+void writeTwoBytes(KWMemStream& output, int value) {
+    writeByte(output, value >> 8);
+    writeByte(output, value);
+}
+
+void writeFiveBytes(KWMemStream& output, std::uint8_t form, int value) {
+    std::array<std::uint8_t, 5> bytes{form};
+    ByteView::storeU32(&bytes[1], static_cast<std::uint32_t>(value));
+    output.append(bytes.data(), bytes.size());
+}
+
+bool isShort(int value) {
+    return value >= -0x8000 && value <= 0x7FFF;
+}
+
+/// The nibbles of a number's decimal text, with the one that ends it.
+std::string nibblesOf(const std::string& text) {
+    std::string nibbles;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        switch (text[i]) {
+        case '-':
+            nibbles.push_back(14);
+            break;
+        case '.':
+            nibbles.push_back(10);
+            break;
+        case 'e':
+        case 'E':
+            nibbles.push_back(11);
+            if (i + 1 < text.size() && text[i + 1] == '-') {
+                nibbles.back() = 12;
+                ++i;
+            }
+            break;
+        default:
+            nibbles.push_back(static_cast<char>(text[i] & 0x0F));
+        }
+    }
+    nibbles.push_back(15);
+    if (nibbles.size() % 2 != 0)
+        nibbles.push_back(15);
+    return nibbles;
+}
+
+} // namespace
+
+void writeCFFInteger(KWMemStream& output, int value) {
+    if (value >= -107 && value <= 107) {
+        writeByte(output, value + 139);
+    } else if (value > 0 && value <= 1131) {
+        writeTwoBytes(output, (247 << 8) + (value - 108));
+    } else if (value < 0 && value >= -1131) {
+        writeTwoBytes(output, (251 << 8) + (-value - 108));
+    } else if (isShort(value)) {
+        writeByte(output, kShortInteger);
+        writeTwoBytes(output, value);
+    } else {
+        writeFiveBytes(output, kFixed, value);
+    }
+}
+
+void writeDictValue(KWMemStream& output, const KWValue& value) {
+    if (value.isName()) {
+        const bool isTrue = value.getNameValue() == cffKey(FS_Word::true_) ||
+                            value.getNameValue() == KWCommonNS::KWNameEnum::True;
+        writeCFFInteger(output, isTrue ? 1 : 0);
+    } else if (value.isInteger()) {
+        if (isShort(value.getIntegerValue()))
+            writeCFFInteger(output, value.getIntegerValue());
+        else
+            writeFiveBytes(output, kDictLongInteger, value.getIntegerValue());
+    } else {
+        std::string text;
+        value.toString().toUTF8String(text);
+        const std::string nibbles = nibblesOf(text);
+        writeByte(output, kDictReal);
+        for (std::size_t i = 0; i < nibbles.size(); i += 2)
+            writeByte(output, nibbles[i] * 16 + nibbles[i + 1]);
+    }
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "cff/CFFIndex.h"
+#include "type1/FS_Keyword.h"
+
+#include <KWCommon15/KWValue.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::KWValue;
+
+/// A charstring taken apart: a number is a token, and so is an operator, a name with the number of
+/// its word. An operator that the format does not have is the empty word.
+using CharStringTokens = std::vector<KWValue>;
+
+/// The word of an operator of one byte below 32, and of the second byte behind the escape
+/// (Adobe Technical Note 5177, appendix A).
+FS_Word charStringOperator(std::uint8_t byte);
+FS_Word charStringEscape(std::uint8_t second);
+
+/// The subrs that a charstring may call.
+struct CharStringSubrs {
+    const CFFIndex& global;
+    const CFFIndex& local;
+
+    /// The subr that a call with this operand leads to; nothing when there is none.
+    std::optional<ByteView> find(bool isGlobal, int operand) const;
+};
+
+/// What a charstring has stacked up at a place: masks are as long as the stems ask.
+struct CharStringCounts {
+    int operands = 0;
+    int stems = 0;
+
+    friend bool operator==(const CharStringCounts&, const CharStringCounts&) = default;
+};
+
+/// Bytes of charstrings that a call may look at, subrs as often as they are called. A few hundred
+/// bytes of subrs that call each other would otherwise keep it busy for years.
+class CharStringBudget {
+public:
+    explicit CharStringBudget(std::size_t bytes) : left_(bytes) {}
+
+    /// False when that is more than what is left.
+    bool charge(std::size_t bytes) {
+        if (bytes > left_)
+            return false;
+        left_ -= bytes;
+        return true;
+    }
+
+private:
+    std::size_t left_;
+};
+
+/// Goes through the bytes of one charstring and keeps the counts.
+///
+/// Only plain numbers count as operands: what arithmetic leaves is not known here. A number or a
+/// mask that is cut off ends the charstring.
+class CharStringScanner {
+public:
+    /// @param counts  what the charstring starts with, kept up to date; a call takes its operand,
+    ///                what the subr does is up to the caller
+    CharStringScanner(ByteView charString, CharStringCounts& counts)
+        : bytes_(charString), counts_(counts) {}
+
+    /// To the next number or operator; false at the end.
+    bool next();
+
+    bool isNumber() const { return isNumber_; }
+    /// The number; one of form 255 as the 32 bits that it has.
+    int number() const { return number_; }
+    /// True for form 255, which stands for 65536ths.
+    bool isFixed() const { return isFixed_; }
+
+    /// The empty word for a number, too.
+    FS_Word op() const { return op_; }
+    bool isCall() const { return op_ == FS_Word::callsubr || op_ == FS_Word::callgsubr; }
+    bool isGlobalCall() const { return op_ == FS_Word::callgsubr; }
+    /// The operand of a call that stands right before it; nothing where something else does.
+    std::optional<int> callOperand() const;
+    /// The bytes behind `hintmask` and `cntrmask`.
+    ByteView mask() const { return mask_; }
+
+    /// Where the number or operator begins, and where the number before it does.
+    std::size_t start() const { return start_; }
+    std::size_t numberStart() const { return numberStart_; }
+
+private:
+    bool readNumber(std::uint8_t first);
+    bool readOperator(std::uint8_t first);
+
+    ByteView bytes_;
+    CharStringCounts& counts_;
+    std::size_t at_ = 0;
+    std::size_t start_ = 0;
+    std::size_t numberStart_ = 0;
+    bool isNumber_ = false;
+    bool followsNumber_ = false;
+    bool isFixed_ = false;
+    int number_ = 0;
+    FS_Word op_ = FS_Word::none;
+    ByteView mask_;
+};
+
+} // namespace KWFontService_NS

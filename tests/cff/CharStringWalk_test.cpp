@@ -1,0 +1,183 @@
+#include "cff/CharStringWalk.h"
+
+#include "cff/CharStringFixture.h"
+
+namespace KWFontService_NS {
+namespace {
+
+using namespace KWTest;
+
+constexpr std::size_t kPlenty = 1 << 20;
+
+// Operands of the first subrs, as bytes.
+constexpr int k0 = 139 + subrNumber(0);
+constexpr int k1 = 139 + subrNumber(1);
+constexpr int k2 = 139 + subrNumber(2);
+
+struct Walked {
+    CharStringTokens tokens;
+    CharStringCounts counts;
+    SubrEntries globals;
+    SubrEntries locals;
+
+    explicit Walked(const Bytes& charString, const Subrs& subrs = Subrs(),
+                    std::size_t allowed = kPlenty) {
+        CharStringBudget budget(allowed);
+        walkCharString(viewOf(charString), tokens, subrs, counts, &globals, &locals, budget);
+        // The walk without tokens counts the same and finds the same subrs.
+        CharStringBudget sameBudget(allowed);
+        CharStringCounts sameCounts;
+        SubrEntries sameGlobals;
+        SubrEntries sameLocals;
+        SubrWalker walker(subrs, sameBudget, &sameGlobals, &sameLocals);
+        walker.walk(viewOf(charString), sameCounts);
+        EXPECT_EQ(sameCounts, counts);
+        EXPECT_EQ(sameGlobals, globals);
+        EXPECT_EQ(sameLocals, locals);
+    }
+    std::string text() const { return textOf(tokens); }
+};
+
+TEST(WalkCharString, NumbersAndOperatorsBecomeTokens) {
+    EXPECT_EQ(Walked({140, 141, 21, 2, 12, 10, 12, 99, 14}).text(),
+              "1 2 rmoveto <> add <> endchar");
+    // 65536ths stay as they are.
+    EXPECT_EQ(Walked({255, 0, 1, 0x80, 0, 22}).text(), "98304 hmoveto");
+}
+
+TEST(WalkCharString, MasksGiveNoTokens) {
+    EXPECT_EQ(Walked({140, 140, 18, 140, 140, 19, 0xC0, 22, 20, 0x80, 14}).text(),
+              "1 1 hstemhm 1 1 hintmask hmoveto cntrmask endchar");
+}
+
+TEST(WalkCharString, AMaskWithoutStemsHasOneByte) {
+    EXPECT_EQ(Walked({19, 14, 22}).text(), "hintmask hmoveto");
+}
+
+TEST(WalkCharString, SubrsStandBehindTheirCalls) {
+    const Subrs subrs({{141, 22, 11}, {k0, 29, 142, 11}}, {{143, k1, 29, 11}});
+    const Walked walked({140, k0, 10, 144, 14}, subrs);
+    EXPECT_EQ(walked.text(), "1 -107 callsubr 4 -106 callgsubr -107 callgsubr 2 hmoveto return "
+                             "3 return return 5 endchar");
+    EXPECT_EQ(walked.locals, (SubrEntries{{-107, {{1, 0}, 0}}}));
+    EXPECT_EQ(walked.globals, (SubrEntries{{-107, {{2, 0}, 0}}, {-106, {{2, 0}, 0}}}));
+    EXPECT_EQ(walked.counts, CharStringCounts{});
+}
+
+TEST(WalkCharString, StemsOfASubrCountForTheMaskOfItsCaller) {
+    const Subrs subrs({}, {Bytes().fill(18, 139).u8(18).u8(11)});
+    EXPECT_EQ(Walked({k0, 10, 19, 14, 14, 22}, subrs).counts, (CharStringCounts{0, 9}));
+    EXPECT_EQ(Walked({140, k0, 10, 19, 14, 14, 22}, subrs).tokens.size(), 1 + 2 + 20 + 2U);
+}
+
+TEST(WalkCharString, TheFirstEntryOfASubrStands) {
+    const Subrs subrs({}, {{11}});
+    const Walked walked({140, k0, 10, 140, 140, 1, 140, 140, 140, k0, 10, 14}, subrs);
+    EXPECT_EQ(walked.locals, (SubrEntries{{-107, {{1, 0}, 0}}}));
+}
+
+TEST(WalkCharString, ASubrThatDoesNotExistLeavesItsCall) {
+    const Walked walked({140, 141, 10, 142, 29, 14}, Subrs({}, {{11}}));
+    EXPECT_EQ(walked.text(), "1 2 callsubr 3 callgsubr endchar");
+    EXPECT_TRUE(walked.globals.empty());
+    EXPECT_TRUE(walked.locals.empty());
+}
+
+TEST(WalkCharString, ACallWithoutANumberBeforeItLeadsNowhere) {
+    const Subrs subrs({}, {{140, 22, 11}});
+    EXPECT_EQ(Walked({10, 21, 10, k0, 12, 14, 10, 14}, subrs).text(),
+              "callsubr rmoveto callsubr -107 neg callsubr endchar");
+}
+
+TEST(WalkCharString, EndcharEndsItsOwnCharstringOnly) {
+    const Subrs subrs({}, {{140, 14, 141}});
+    EXPECT_EQ(Walked({k0, 10, 142, 14, 143}, subrs).text(), "-107 callsubr 1 endchar 3 endchar");
+}
+
+TEST(WalkCharString, WhatFollowsReturnIsWalkedToo) {
+    EXPECT_EQ(Walked({140, 11, 141, 14}).text(), "1 return 2 endchar");
+}
+
+TEST(WalkCharString, ASubrThatCallsItselfEnds) {
+    const Subrs subrs({{k0, 29, k0, 29, 11}}, {{k0, 10, 11}});
+    EXPECT_LT(Walked({k0, 10, 14}, subrs).tokens.size(), 100U);
+    CharStringBudget budget(kPlenty);
+    CharStringTokens tokens;
+    CharStringCounts counts;
+    const Bytes charString{k0, 29, 14};
+    walkCharString(viewOf(charString), tokens, subrs, counts, nullptr, nullptr, budget);
+    EXPECT_LE(tokens.size(), 3U << 17);
+}
+
+TEST(WalkCharString, TheBudgetEndsSubrsThatCallEachOther) {
+    // Each calls the next one thirty times: 30^9 in all.
+    std::vector<Bytes> subrs;
+    for (int i = 0; i < 10; ++i) {
+        Bytes subr;
+        for (int k = 0; k < 30 && i < 9; ++k)
+            subr.u8(139 + subrNumber(i + 1)).u8(10);
+        subrs.push_back(subr.u8(11));
+    }
+    const Subrs fanOut({}, subrs);
+    CharStringBudget budget(100000);
+    CharStringTokens tokens;
+    CharStringCounts counts;
+    const Bytes charString{k0, 10, 14};
+    walkCharString(viewOf(charString), tokens, fanOut, counts, nullptr, nullptr, budget);
+    EXPECT_LE(tokens.size(), 200000U);
+
+    // What is remembered costs what the bytes cost.
+    CharStringBudget small(10 * 61 + 3);
+    SubrEntries locals;
+    SubrWalker walker(fanOut, small, nullptr, &locals);
+    walker.walk(viewOf(charString), counts);
+    EXPECT_EQ(locals.size(), 10U);
+    EXPECT_TRUE(small.charge(1));
+}
+
+TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
+    const Subrs subrs({}, {{140, 140, 18, 11}});
+    const Bytes charString{k0, 10, k0, 10, k0, 10, 14};
+    CharStringBudget budget(100);
+    SubrWalker walker(subrs, budget);
+    CharStringCounts counts;
+    walker.walk(viewOf(charString), counts);
+    EXPECT_EQ(counts.stems, 3);
+    for (int i = 0; i < 5; ++i) {
+        counts = {};
+        walker.call(false, subrNumber(0), counts);
+        EXPECT_EQ(counts, (CharStringCounts{0, 1}));
+    }
+    // The charstring, and three entries of four bytes.
+    EXPECT_TRUE(budget.charge(100 - 7 - 12));
+    EXPECT_FALSE(budget.charge(1));
+}
+
+TEST(SubrWalker, EntriesSayWhoFoundThem) {
+    const Subrs subrs({{11}}, {{11}});
+    CharStringBudget budget(kPlenty);
+    SubrEntries globals;
+    SubrEntries first;
+    SubrEntries second;
+    const Bytes charString{k0, 10, k0, 29, 14};
+    for (const auto& [entries, fontDict] : {std::pair{&first, 3}, {&second, 5}}) {
+        SubrWalker walker(subrs, budget, &globals, entries, static_cast<std::uint8_t>(fontDict));
+        CharStringCounts counts;
+        walker.walk(viewOf(charString), counts);
+    }
+    EXPECT_EQ(globals.at(-107).fontDict, 3);
+    EXPECT_EQ(first.at(-107).fontDict, 3);
+    EXPECT_EQ(second.at(-107).fontDict, 5);
+}
+
+TEST(WalkCharString, DeepSubrsOfAnHonestFontAreReached) {
+    std::vector<Bytes> subrs;
+    for (int i = 0; i < 10; ++i)
+        subrs.push_back(Bytes{139 + subrNumber(i + 1), 10, 11});
+    subrs.push_back(Bytes{177, 22, 11});
+    EXPECT_EQ(Walked({k0, 10, 14}, Subrs({}, subrs)).tokens.size(), 2 * 11 + 2 + 11 + 1U);
+    EXPECT_EQ(Walked({k2, 10, 14}, Subrs({}, subrs)).locals.size(), 9U);
+}
+
+} // namespace
+} // namespace KWFontService_NS

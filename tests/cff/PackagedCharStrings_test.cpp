@@ -1,0 +1,316 @@
+// The charstrings of packaged fonts: what we make of them draws what FreeType draws, and
+// renumbering subrs changes nothing.
+
+#include "cff/CharStringCopy.h"
+#include "cff/CharStringFixture.h"
+#include "cff/CharStringFlatten.h"
+#include "cff/Type1Drawing.h"
+#include "cff/Type2ToType1.h"
+#include "support/FontPackages.h"
+#include "support/FontTables.h"
+#include "support/FreeTypeFace.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <ostream>
+
+#include FT_OUTLINE_H
+
+namespace KWFontService_NS {
+namespace {
+
+using namespace KWTest;
+
+constexpr std::size_t kPlenty = std::size_t{1} << 30;
+
+struct Sample {
+    const char* font;
+    unsigned step; ///< every how many glyphs
+
+    friend std::ostream& operator<<(std::ostream& out, const Sample& sample) {
+        return out << sample.font;
+    }
+};
+
+/// A CFF font with all that its charstrings need.
+class OpenCff {
+public:
+    explicit OpenCff(const char* name)
+        : file(packagedFont(name)), cff_(fontTable(file, "CFF ")), budget_(kPlenty) {
+        EXPECT_TRUE(cff_.ok);
+        EXPECT_TRUE(Type1CMap::readGlobalSubrs(cff_.file(), globals));
+        const auto at = cff_.topDict.getNamedItem(cffKey(FS_Word::CharStrings)).getIntegerValue();
+        EXPECT_TRUE(
+            Type1CMap::readIndexAt(cff_.file(), static_cast<std::uint32_t>(at), charStrings_));
+        if (cff_.isCID) {
+            EXPECT_TRUE(cff_.readFDSelect(cff_.file(), ranges_));
+            EXPECT_TRUE(cff_.readFDArray(cff_.file(), fontDicts));
+        } else {
+            CFFIndex subrs;
+            CFFFontDict& only = fontDicts.emplace_back();
+            EXPECT_TRUE(cff_.readLocalSubrs(cff_.file(), only.privateDict, subrs));
+            only.localSubrs = std::make_shared<const CFFIndex>(std::move(subrs));
+        }
+    }
+
+    unsigned glyphCount() const { return charStrings_.count(); }
+    Bytes charString(unsigned gid) {
+        std::vector<std::uint8_t> bytes;
+        EXPECT_TRUE(Type1CMap::readCharString(cff_.file(), charStrings_, gid, bytes));
+        return Bytes(std::move(bytes));
+    }
+    std::size_t fontDictOf(unsigned gid) const {
+        return cff_.isCID ? getFDOfGlyph(ranges_, static_cast<std::uint16_t>(gid), 255) : 0;
+    }
+    CharStringSubrs subrsOf(std::size_t fontDict) const {
+        return {globals, *fontDicts.at(fontDict).localSubrs};
+    }
+    KWValue privateEntry(std::size_t fontDict, FS_Word key) const {
+        return fontDicts.at(fontDict).privateDict.getNamedItem(cffKey(key));
+    }
+    CharStringBudget& budget() { return budget_; }
+
+    std::filesystem::path file;
+    CFFIndex globals;
+    std::vector<CFFFontDict> fontDicts;
+
+private:
+    LoadedCff cff_;
+    CharStringBudget budget_;
+    CFFIndexHead charStrings_;
+    std::vector<FDRange> ranges_;
+};
+
+CharStringTokens flatOf(const Bytes& charString, const CharStringSubrs& subrs,
+                        CharStringBudget& budget) {
+    CharStringTokens tokens;
+    FlatCounts counts;
+    flattenCharString(viewOf(charString), subrs, tokens, counts, budget);
+    return tokens;
+}
+
+using Contours = std::vector<Contour>;
+
+Contour::Point pointOf(const FT_Vector* point) {
+    return {static_cast<double>(point->x), static_cast<double>(point->y)};
+}
+
+Contours contoursOf(FT_Outline& outline) {
+    const FT_Outline_Funcs functions{
+        [](const FT_Vector* to, void* out) {
+            static_cast<Contours*>(out)->push_back({{}, {pointOf(to)}});
+            return 0;
+        },
+        [](const FT_Vector* to, void* out) {
+            static_cast<Contours*>(out)->back().line(pointOf(to));
+            return 0;
+        },
+        [](const FT_Vector*, const FT_Vector*, void*) { return 1; },
+        [](const FT_Vector* a, const FT_Vector* b, const FT_Vector* to, void* out) {
+            static_cast<Contours*>(out)->back().curve(pointOf(a), pointOf(b), pointOf(to));
+            return 0;
+        },
+        0,
+        0};
+    Contours contours;
+    EXPECT_EQ(FT_Outline_Decompose(&outline, &functions, &contours), 0);
+    return contours;
+}
+
+bool isSame(const Contour::Point& a, const Contour::Point& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
+/// Without lines of no length, which FreeType leaves out.
+Contour moving(const Contour& contour) {
+    Contour out{{}, {contour.points.front()}};
+    std::size_t at = 1;
+    for (const char shape : contour.shape) {
+        if (shape == 'C') {
+            out.curve(contour.points[at], contour.points[at + 1], contour.points[at + 2]);
+            at += 3;
+            continue;
+        }
+        const Contour::Point& to = contour.points[at++];
+        if (!isSame(to, out.points.back()))
+            out.line(to);
+    }
+    return out;
+}
+
+/// Also without what closes a contour where it began, and without contours of one point.
+Contours normal(const Contours& contours) {
+    Contours out;
+    for (const Contour& contour : contours) {
+        Contour kept = moving(contour);
+        while (kept.shape.ends_with('L') && isSame(kept.points.back(), kept.points.front())) {
+            kept.shape.pop_back();
+            kept.points.pop_back();
+        }
+        if (!kept.shape.empty())
+            out.push_back(std::move(kept));
+    }
+    return out;
+}
+
+/// A glyph whose vertical stems stand before a mask, with no operator before that, is not
+/// translated.
+bool startsWithMask(const CharStringTokens& tokens) {
+    const auto first = std::ranges::find_if(tokens, &KWValue::isName);
+    return first != tokens.end() &&
+           (*first == cffKey(FS_Word::hintmask) || *first == cffKey(FS_Word::cntrmask));
+}
+
+bool isWhole(const Contours& contours) {
+    return std::ranges::all_of(contours, [](const Contour& contour) {
+        return std::ranges::all_of(contour.points, [](const Contour::Point& point) {
+            return isSame(point, {std::floor(point.x), std::floor(point.y)});
+        });
+    });
+}
+
+/// The outermost coordinates, left, bottom, right, top.
+std::array<double, 4> boxOf(const Contours& contours) {
+    std::array<double, 4> box{1e9, 1e9, -1e9, -1e9};
+    for (const Contour& contour : contours) {
+        for (const Contour::Point& point : contour.points) {
+            box[0] = std::min(box[0], point.x);
+            box[1] = std::min(box[1], point.y);
+            box[2] = std::max(box[2], point.x);
+            box[3] = std::max(box[3], point.y);
+        }
+    }
+    return box;
+}
+
+/// Where two drawings part; empty when they are the same. FreeType cuts fractions off, and lines
+/// that are shorter than a unit with them: of such drawings the extents are compared.
+std::string difference(const Contours& ours, const Contours& theirs) {
+    if (!isWhole(ours)) {
+        const auto box = boxOf(ours);
+        const auto theirBox = boxOf(theirs);
+        for (std::size_t i = 0; i < box.size(); ++i) {
+            if (std::fabs(box[i] - theirBox[i]) > 1)
+                return "box " + std::to_string(i);
+        }
+        return {};
+    }
+    if (ours.size() != theirs.size())
+        return std::to_string(ours.size()) + " and " + std::to_string(theirs.size()) + " contours";
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+        if (ours[i].shape != theirs[i].shape)
+            return ours[i].shape + " and " + theirs[i].shape;
+        for (std::size_t k = 0; k < ours[i].points.size(); ++k) {
+            if (!isSame(ours[i].points[k], theirs[i].points[k]))
+                return "contour " + std::to_string(i) + " point " + std::to_string(k);
+        }
+    }
+    return {};
+}
+
+class PackagedCharStrings : public testing::TestWithParam<Sample> {};
+
+TEST_P(PackagedCharStrings, DrawAsType1WhatFreeTypeDraws) {
+    OpenCff font(GetParam().font);
+    // The table alone, so that widths come from the charstrings.
+    const FreeTypeFace face(fontTable(font.file, "CFF "));
+    std::vector<CharStringTokens> subrs = Type2ToType1::standardSubrs();
+    unsigned drawn = 0;
+    for (unsigned gid = 0; gid < font.glyphCount(); gid += GetParam().step) {
+        const std::size_t fontDict = font.fontDictOf(gid);
+        const CharStringTokens flat =
+            flatOf(font.charString(gid), font.subrsOf(fontDict), font.budget());
+        Type2ToType1 translator(font.privateEntry(fontDict, FS_Word::defaultWidthX),
+                                font.privateEntry(fontDict, FS_Word::nominalWidthX));
+        CharStringTokens type1;
+        ASSERT_EQ(translator.convert(flat, subrs, type1), !startsWithMask(flat))
+            << gid << ": " << textOf(flat);
+        if (startsWithMask(flat))
+            continue;
+        const Type1Drawing drawing(type1);
+        ASSERT_TRUE(drawing.ok()) << gid << ": " << textOf(type1);
+        const FT_GlyphSlot slot = face.load(gid);
+        ASSERT_EQ(difference(normal(drawing.contours()), normal(contoursOf(slot->outline))), "")
+            << gid << ": " << textOf(flat);
+        EXPECT_NEAR(drawing.width(), static_cast<double>(slot->metrics.horiAdvance), 0.51) << gid;
+        drawn += drawing.contours().empty() ? 0U : 1U;
+    }
+    EXPECT_GT(drawn, 100U);
+}
+
+/// The subrs of an INDEX in the opposite order, their calls rewritten.
+CFFIndex reversed(const CFFIndex& subrs, SubrWalker& walker, const SubrNumbers& globalNumbers,
+                  const SubrNumbers& localNumbers, const SubrEntries& entries) {
+    std::vector<Bytes> copies;
+    for (std::size_t i = subrs.size(); i-- > 0;) {
+        const auto entry = entries.find(static_cast<int>(i) - subrBias(subrs.size()));
+        KWCommonNS::KWMemStream copy;
+        copyCharString(copy, subrs[i], walker, globalNumbers, localNumbers,
+                       entry != entries.end() ? entry->second.counts : CharStringCounts());
+        copies.push_back(Bytes::ofText({copy.data(), copy.size()}));
+    }
+    return indexOf(copies);
+}
+
+SubrNumbers reversal(std::size_t count) {
+    SubrNumbers numbers;
+    const int bias = subrBias(count);
+    const int last = static_cast<int>(count) - 1;
+    for (int i = 0; i <= last; ++i)
+        numbers[i - bias] = last - i - bias;
+    return numbers;
+}
+
+TEST_P(PackagedCharStrings, StayTheSameWhenTheirSubrsAreRenumbered) {
+    OpenCff font(GetParam().font);
+    // Global subrs may call local ones, so each Font DICT has its own copy of them.
+    for (std::size_t fontDict = 0; fontDict < font.fontDicts.size(); ++fontDict) {
+        const CharStringSubrs subrs = font.subrsOf(fontDict);
+        SubrEntries globalEntries;
+        SubrEntries localEntries;
+        SubrWalker walker(subrs, font.budget(), &globalEntries, &localEntries);
+        std::vector<unsigned> glyphs;
+        for (unsigned gid = 0; gid < font.glyphCount(); gid += GetParam().step) {
+            if (font.fontDictOf(gid) != fontDict)
+                continue;
+            glyphs.push_back(gid);
+            CharStringCounts counts;
+            const Bytes charString = font.charString(gid);
+            walker.walk(viewOf(charString), counts);
+        }
+        const SubrNumbers globalNumbers = reversal(subrs.global.size());
+        const SubrNumbers localNumbers = reversal(subrs.local.size());
+        SubrWalker counter(subrs, font.budget());
+        const CFFIndex globals =
+            reversed(subrs.global, counter, globalNumbers, localNumbers, globalEntries);
+        const CFFIndex locals =
+            reversed(subrs.local, counter, globalNumbers, localNumbers, localEntries);
+        for (const unsigned gid : glyphs) {
+            const Bytes charString = font.charString(gid);
+            KWCommonNS::KWMemStream copy;
+            copyCharString(copy, viewOf(charString), counter, globalNumbers, localNumbers, {});
+            const Bytes renumbered = Bytes::ofText({copy.data(), copy.size()});
+            ASSERT_EQ(textOf(flatOf(renumbered, {globals, locals}, font.budget())),
+                      textOf(flatOf(charString, subrs, font.budget())))
+                << gid;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(PackagedFonts, PackagedCharStrings,
+                         testing::Values(Sample{"LMRoman10", 1}, Sample{"LMMono10", 1},
+                                         Sample{"C059-Roman", 1}, Sample{"D050000L", 1},
+                                         Sample{"TeXGyreTermesMath", 3}, Sample{"LinLibertine", 1},
+                                         Sample{"NotoSansCJK", 197}, Sample{"NotoSerifCJK", 197}),
+                         [](const auto& parameter) {
+                             std::string name = parameter.param.font;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+} // namespace
+} // namespace KWFontService_NS
