@@ -1,7 +1,10 @@
 #include "FontExercise.h"
 
 #include "SampleArguments.h"
+#include "cff/CharStringCopy.h"
+#include "cff/CharStringFlatten.h"
 #include "cff/Type1CMap.h"
+#include "cff/Type2ToType1.h"
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
 #include "registry/FS_FontService.h"
@@ -12,6 +15,7 @@
 
 #include <KWCommon15/KWPtr.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <memory>
 #include <sstream>
@@ -45,6 +49,40 @@ private:
     std::string bytes_;
 };
 
+constexpr unsigned kFuzzGlyphs = 64;
+
+/// What writers do with charstrings.
+void exerciseCharStrings(CFFStream& table, const Type1CMap& cff, const CharStringSubrs& subrs) {
+    CFFIndexHead head;
+    const int at = cff.topDict.getNamedItem(cffKey(FS_Word::CharStrings)).getIntegerValue();
+    if (!Type1CMap::readIndexAt(table, static_cast<std::uint32_t>(at), head))
+        return;
+    CharStringBudget budget(std::size_t{1} << 18);
+    SubrEntries globals;
+    SubrEntries locals;
+    SubrWalker walker(subrs, budget, &globals, &locals);
+    std::vector<CharStringTokens> type1Subrs = Type2ToType1::standardSubrs();
+    Type2ToType1 translator(500, 600);
+    KWMemStream output;
+    for (unsigned gid = 0; gid < std::min<unsigned>(head.count(), kFuzzGlyphs); ++gid) {
+        std::vector<std::uint8_t> bytes;
+        if (!Type1CMap::readCharString(table, head, gid, bytes))
+            continue;
+        const ByteView charString(bytes.data(), bytes.size());
+        CharStringCounts counts;
+        walker.walk(charString, counts);
+        CharStringTokens tokens;
+        CharStringCounts tokenCounts;
+        walkCharString(charString, tokens, subrs, tokenCounts, nullptr, nullptr, budget);
+        copyCharString(output, charString, walker, {{0, 1}, {-107, 5000}}, {{-107, 3}}, {});
+        CharStringTokens flat;
+        FlatCounts flatCounts;
+        flattenCharString(charString, subrs, flat, flatCounts, budget);
+        CharStringTokens type1;
+        translator.convert(flat, type1Subrs, type1);
+    }
+}
+
 /// What a CFF font leaves in its file.
 void readCffParts(const FontInMemory& file, FS_TrueTypeInfo& face) {
     const Type1CMap* const cff = face.getCFFInfo();
@@ -53,12 +91,15 @@ void readCffParts(const FontInMemory& file, FS_TrueTypeInfo& face) {
         return;
     const auto stream = file.open();
     CFFStream table(*stream, record->offset, record->length);
-    CFFIndex subrs;
-    Type1CMap::readGlobalSubrs(table, subrs);
+    CFFIndex globals;
+    Type1CMap::readGlobalSubrs(table, globals);
+    CFFIndex locals;
     KWCommonNS::KWValue dict;
-    cff->readLocalSubrs(table, dict, subrs);
+    cff->readLocalSubrs(table, dict, locals);
+    exerciseCharStrings(table, *cff, {globals, locals});
     std::vector<CFFFontDict> fontDicts;
-    cff->readFDArray(table, fontDicts);
+    if (cff->readFDArray(table, fontDicts) && !fontDicts.empty())
+        exerciseCharStrings(table, *cff, {globals, *fontDicts.back().localSubrs});
     std::vector<FDRange> ranges;
     cff->readFDSelect(table, ranges);
     for (const std::uint16_t id : std::initializer_list<std::uint16_t>{0, 1, 2, 391, 0xFFFF}) {
