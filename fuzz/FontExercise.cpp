@@ -1,10 +1,12 @@
 #include "FontExercise.h"
 
+#include "LayoutExercise.h"
 #include "SampleArguments.h"
 #include "cff/CharStringCopy.h"
 #include "cff/CharStringFlatten.h"
 #include "cff/Type1CMap.h"
 #include "cff/Type2ToType1.h"
+#include "common/TagText.h"
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
 #include "registry/FS_FontService.h"
@@ -25,6 +27,7 @@ namespace KWFuzz {
 
 using namespace KWFontService_NS;
 using KWCommonNS::KWPtr;
+using KWCommonNS::sfntTag;
 
 namespace {
 
@@ -153,6 +156,14 @@ void draw(FS_FontInfo& font) {
     font.isGlyphDrawInfoAvialable();
 }
 
+void shape(const FS_FontInfo& font) {
+    for (const std::uint32_t script : {sfntTag("DFLT"), sfntTag("latn"), sfntTag("arab")}) {
+        FS_GSUBGPOSInfo* const handle = font.getGSUBGPOSInfo(script, 0);
+        exerciseLayout(handle);
+        FS_FontInfo::deleteGSUBGPOSInfo(handle);
+    }
+}
+
 void useThroughFacade(const FontInMemory& file) {
     FS_FontInfo font;
     if (font.createFont(file.uri())) {
@@ -170,6 +181,7 @@ void useThroughFacade(const FontInMemory& file) {
         for (const int size : {0, 12, -1000})
             font.getGlyphVertOriginY(2, size);
         draw(font);
+        shape(font);
     }
     // Fonts made from files live as long as the service, which here is as long as the fuzzer.
     if (FS_FontService* const service = g_fontService.load())

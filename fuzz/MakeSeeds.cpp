@@ -1,6 +1,7 @@
 // Writes first inputs for every fuzz target: MakeSeeds FOLDER.
 
 #include "FuzzTables.h"
+#include "layout/LayoutSamples.h"
 #include "support/FontBuilder.h"
 
 #include <algorithm>
@@ -144,6 +145,34 @@ void makeTableSeeds(const SeedFolder& folder) {
     add("prep", "prep", Bytes{0xB8, 0x01, 0xFF, 0x85});
 }
 
+/// A font for the target `layout`: two features of one tag with the sample's lookup and what it
+/// calls, under the scripts that the target asks for.
+Bytes layoutSeed(const LayoutSample& sample) {
+    const Bytes gdef = Gdef{
+        .glyphClassDef = classDefFormat2({{10, 10, 1}, {11, 12, 2}, {13, 14, 3}}),
+        .markAttachClassDef = classDefFormat2(
+            {{13, 13, 1}})}.build();
+    LayoutBytes table = sample.table(sample.bytes, 0x08);
+    const Bytes script = scriptTable(langSysTable({0, 1}));
+    table.scripts = scriptList({{"DFLT", script}, {"arab", script}, {"hebr", script}});
+    table.features = featureList({{"test", featureTable({1, 0})}, {"test", featureTable({1})}});
+    return Bytes()
+        .u8(sample.kind == KWFontService_NS::TTI_LayoutTable::Kind::Gpos ? 1 : 0)
+        .u16(gdef.size())
+        .bytes(gdef)
+        .bytes(table.build());
+}
+
+void makeLayoutSeeds(const SeedFolder& folder) {
+    int number = 0;
+    for (const LayoutSample& sample : layoutSamples()) {
+        const bool isGpos = sample.kind == KWFontService_NS::TTI_LayoutTable::Kind::Gpos;
+        folder.add((isGpos ? "gpos" : "gsub") + std::to_string(sample.lookupType) + '-' +
+                       std::to_string(number++),
+                   layoutSeed(sample));
+    }
+}
+
 void makeTextSeeds(const std::filesystem::path& root) {
     const SeedFolder uri(root / "uri");
     uri.add("file", "file:///usr/share/fonts/a%20b.ttf");
@@ -181,6 +210,7 @@ int main(int argc, char** argv) {
         const std::filesystem::path root(argv[1]);
         makeFontSeeds(SeedFolder(root / "font"));
         makeTableSeeds(SeedFolder(root / "table"));
+        makeLayoutSeeds(SeedFolder(root / "layout"));
         makeTextSeeds(root);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
