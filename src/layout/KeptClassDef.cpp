@@ -35,8 +35,10 @@ KeptClassDef::KeptClassDef(KWCommonNS::ByteView source) {
 int KeptClassDef::searchedClassOf(unsigned short gid) const {
     if (gid == kNoGlyph)
         return -1;
-    const auto range = findRange(ranges_.size(), gid, [this](std::size_t i) { return ranges_[i]; });
-    return range ? range->value : -1;
+    const std::size_t place = searchEntry(ranges_.size(), [&](std::size_t i) {
+        return compareToRange(gid, ranges_[i].start, ranges_[i].end);
+    });
+    return place < ranges_.size() ? ranges_[place].value : -1;
 }
 
 } // namespace KWFontService_NS

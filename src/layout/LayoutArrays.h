@@ -82,32 +82,31 @@ struct GlyphRange {
     std::uint16_t value;
 };
 
-/// The first of `size` ascending numbers that is not below `gid`, the last one when all are; only
-/// where `size` is not 0. A search takes the same steps wherever it ends, so that the processor has
-/// no branch to guess wrong.
-/// @param numberAt  answers the number of an index below `size`
-template <class NumberAt>
-std::size_t lowerBound(std::size_t size, unsigned short gid, NumberAt numberAt) {
-    std::size_t first = 0;
-    while (size > 1) {
-        const std::size_t half = size / 2;
-        first += half * static_cast<std::size_t>(numberAt(first + half - 1) < gid);
-        size -= half;
+/// Index of the entry that a search ends at, `size` when there is none. Of entries out of order it
+/// finds what this halving comes by: the middle of a half-open range, rounded down.
+/// @param compare  tells of an index below `size` whether what is wanted lies before its entry (<
+/// 0),
+///                 in it (0) or behind it (> 0)
+template <class Compare>
+std::size_t searchEntry(std::size_t size, Compare compare) {
+    std::size_t low = 0;
+    std::size_t high = size;
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        const int order = compare(middle);
+        if (order == 0)
+            return middle;
+        if (order < 0)
+            high = middle;
+        else
+            low = middle + 1;
     }
-    return first;
+    return size;
 }
 
-/// The range that a glyph is in, as a binary search comes to it.
-/// @param rangeAt  answers the range of an index below `size`
-template <class RangeAt>
-std::optional<GlyphRange> findRange(std::size_t size, unsigned short gid, RangeAt rangeAt) {
-    if (size == 0)
-        return std::nullopt;
-    const GlyphRange range =
-        rangeAt(lowerBound(size, gid, [&](std::size_t i) { return rangeAt(i).end; }));
-    if (gid < range.start || gid > range.end)
-        return std::nullopt;
-    return range;
+/// Whether a glyph lies before a range (< 0), in it (0) or behind it (> 0).
+inline int compareToRange(unsigned short gid, std::uint16_t start, std::uint16_t end) {
+    return gid < start ? -1 : gid > end ? 1 : 0;
 }
 
 /// Ranges of a table, read in place.
@@ -128,8 +127,13 @@ public:
         return {KWCommonNS::ByteView::loadU16(p), KWCommonNS::ByteView::loadU16(p + 2),
                 KWCommonNS::ByteView::loadU16(p + 4)};
     }
+    /// The range that a glyph is in.
     std::optional<GlyphRange> find(unsigned short gid) const {
-        return findRange(size_, gid, [this](std::size_t i) { return (*this)[i]; });
+        const std::size_t place = searchEntry(size_, [&](std::size_t i) {
+            const GlyphRange range = (*this)[i];
+            return compareToRange(gid, range.start, range.end);
+        });
+        return place < size_ ? std::optional((*this)[place]) : std::nullopt;
     }
 
 private:

@@ -6,6 +6,8 @@
 
 #include <KWFontService17/GlyphIDArray.h>
 
+#include <vector>
+
 namespace KWFontService_NS {
 
 /// Goes along a run from one glyph, past those that a lookup flag passes over, and pays for each.
@@ -59,6 +61,14 @@ bool matches(const U16List& wanted, RunWalk& walk, NumberOf numberOf, Passed pas
             return false;
     }
     return true;
+}
+
+/// Lists a glyph that a rule passed over. What one rule lists stays for the next, and the price
+/// keeps a hostile set of rules from listing a long run thousands of times.
+inline void listPassed(LayoutCall& call, std::vector<int>& passed, int index) {
+    constexpr std::size_t kPrice = 16;
+    if (call.spend(kPrice))
+        passed.push_back(index);
 }
 
 /// True when the next glyphs of a walk are covered, one by each coverage.

@@ -77,7 +77,7 @@ int TTI_ChainContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& r
         // What a rule passed over deliberately stays listed when the rule does not match.
         if (!matches(
                 rule->input, input, [&](unsigned short next) { return inputClassOf(next, memo); },
-                [&](int index) { skipped.push_back(index); }) ||
+                [&](int index) { listPassed(call, skipped, index); }) ||
             !matches(
                 rule->backtrack, back,
                 [&](unsigned short next) { return backtrackClassOf(next, memo); }, nothing) ||

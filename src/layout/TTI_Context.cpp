@@ -100,7 +100,7 @@ int TTI_ContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& record
         if (!rule ||
             !matches(
                 rule->input, walk, [&](unsigned short next) { return classOf(next, memo); },
-                [&](int index) { skipped.push_back(index); }))
+                [&](int index) { listPassed(call, skipped, index); }))
             continue;
         records = rule->records;
         return static_cast<int>(records.size());

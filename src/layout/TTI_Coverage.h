@@ -18,11 +18,10 @@ public:
     explicit TTI_CoverageFormat1(KWCommonNS::ByteView table)
         : glyphs_(table, 4, table.u16(2).value_or(0)) {}
     int coverageIndex(unsigned short gid) const {
-        if (glyphs_.empty())
-            return -1;
-        const std::size_t place =
-            lowerBound(glyphs_.size(), gid, [this](std::size_t i) { return glyphs_[i]; });
-        return glyphs_[place] == gid ? static_cast<int>(place) : -1;
+        const std::size_t place = searchEntry(glyphs_.size(), [&](std::size_t i) {
+            return compareToRange(gid, glyphs_[i], glyphs_[i]);
+        });
+        return place < glyphs_.size() ? static_cast<int>(place) : -1;
     }
     GlyphDigest digest() const;
     std::size_t byteSize() const { return 4 + 2 * glyphs_.size(); }
