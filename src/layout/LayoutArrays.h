@@ -68,7 +68,7 @@ public:
         return KWCommonNS::ByteView::loadU16(data_ + 2 * i);
     }
     Iterator begin() const { return Iterator(data_); }
-    Iterator end() const { return Iterator(data_ + 2 * size_); }
+    Iterator end() const { return Iterator(data_ + std::size_t{2} * size_); }
 
 private:
     const std::uint8_t* data_ = nullptr;

@@ -46,6 +46,7 @@ TEST(PairPos, Format1TakesTheFirstPairInTheOrderOfTheFile) {
 
 TEST(PairPos, Format1FindsEveryPairOfALongSet) {
     std::vector<PairBytes> pairs;
+    pairs.reserve(200);
     for (int i = 0; i < 200; ++i)
         pairs.push_back({.second = static_cast<std::uint16_t>(3 * i), .value1 = {i}});
     const auto one = OneSubTable::gpos(2, pairPosFormat1(0x04, 0, {{10, pairs}}));

@@ -175,6 +175,7 @@ TEST(HostilePositioning, AnUnsortedPairSetIsPaidForByItsLength) {
     // The last of 20000 pairs, searched from the first for each of 8000 glyphs.
     constexpr int kPairs = 20000;
     std::vector<PairBytes> pairs;
+    pairs.reserve(kPairs);
     for (int i = 0; i < kPairs; ++i)
         pairs.push_back({.second = static_cast<std::uint16_t>(kPairs - i + 9), .value1 = {-5}});
     const Positioner font(2, pairPosFormat1(4, 0, {{10, pairs}}));
