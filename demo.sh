@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the example, and typesets a text into out/.
+# Installs what is missing, builds the example, and typesets two texts into out/.
 set -euo pipefail
 # shellcheck source=scripts/common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/common.sh"
@@ -10,10 +10,16 @@ kw_step "Configuring" kw_configure release \
 kw_step "Building" kw_build release --target typeset
 
 mkdir -p out
-build/release/examples/typeset/typeset --config examples/font-config.xml \
-  --family "Specimen Text" --heading-family "Specimen Headings" \
+typeset=(build/release/examples/typeset/typeset --config examples/font-config.xml)
+"${typeset[@]}" --family "Specimen Text" --heading-family "Specimen Headings" \
   -o out/specimen.pdf --png out/specimen.png examples/typeset/specimen.txt
+echo
+"${typeset[@]}" --family "Shaping Text" --family "Shaping Arabic" --family "Shaping Japanese" \
+  --heading-family "Specimen Headings" \
+  -o out/shaping.pdf --png out/shaping.png --whole-page examples/typeset/shaping.txt
 
 echo
-echo "The page:      $kw_root/out/specimen.pdf"
+echo "A specimen:    $kw_root/out/specimen.pdf"
 echo "Its beginning: $kw_root/out/specimen.png"
+echo "Shaped text:   $kw_root/out/shaping.pdf"
+echo "The same page: $kw_root/out/shaping.png"

@@ -1,6 +1,8 @@
 #include "Document.h"
 
 #include "Failure.h"
+#include "FeaturePlan.h"
+#include "Numbers.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -42,6 +44,19 @@ bool isBlank(UChar32 character) {
     return (u_isWhitespace(character) != 0) || u_charType(character) == U_CONTROL_CHAR;
 }
 
+/// Puts an Arabic shadda before the vowel signs of its letter, as fonts expect them and as they
+/// stand above each other (UAX #53); the canonical order has it behind.
+void putShaddaFirst(icu::UnicodeString& text) {
+    constexpr char16_t kShadda = 0x0651;
+    for (std::int32_t i = text.indexOf(kShadda); i > 0; i = text.indexOf(kShadda, i + 1)) {
+        std::int32_t first = i;
+        while (first > 0 && u_getCombiningClass(text.charAt(first - 1)) >= 27 &&
+               u_getCombiningClass(text.charAt(first - 1)) <= 32)
+            --first;
+        text.remove(i, 1).insert(first, kShadda);
+    }
+}
+
 /// Collapses blanks, drops soft hyphens (nothing here hyphenates) and composes accents, so that a
 /// letter and its mark become the one character that fonts have a glyph for.
 icu::UnicodeString tidy(const icu::UnicodeString& text) {
@@ -62,7 +77,32 @@ icu::UnicodeString tidy(const icu::UnicodeString& text) {
     const icu::Normalizer2* composer = icu::Normalizer2::getNFCInstance(status);
     icu::UnicodeString composed =
         U_SUCCESS(status) ? composer->normalize(out, status) : icu::UnicodeString();
+    putShaddaFirst(composed);
     return U_SUCCESS(status) ? composed : out;
+}
+
+/// Reads "@ vertical" and the like, without the "@ ".
+void readStyle(const std::string& text, BlockStyle& style) {
+    std::istringstream words(text);
+    std::string word;
+    std::string value;
+    words >> word;
+    std::getline(words >> std::ws, value);
+    while (!value.empty() && (value.back() == ' ' || value.back() == '\r'))
+        value.pop_back();
+    if (word == "vertical" && value.empty()) {
+        style.columns = true;
+    } else if (word == "size") {
+        style.scale = parseNumber(ExitCode::text, "@ size", value, 0.5, 4.0);
+    } else if (word == "language" && !value.empty()) {
+        style.language = parseLanguage(ExitCode::text, value);
+    } else if (word == "features" && !value.empty()) {
+        style.features = parseFeatures(ExitCode::text, value);
+    } else {
+        throw Failure(ExitCode::text, "'@ " + text +
+                                          "' says nothing: there are @ vertical, "
+                                          "@ size N, @ language TAG, @ features LIST");
+    }
 }
 
 } // namespace
@@ -74,28 +114,21 @@ icu::UnicodeString Document::title() const {
     return heading == blocks.end() ? icu::UnicodeString() : heading->text;
 }
 
-bool Document::hasRightToLeft() const {
-    for (const Block& block : blocks) {
-        for (std::int32_t i = 0; i < block.text.length(); i = block.text.moveIndex32(i, 1)) {
-            const UCharDirection direction = u_charDirection(block.text.char32At(i));
-            if (direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC)
-                return true;
-        }
-    }
-    return false;
-}
-
 Document parseDocument(const std::string& utf8, const std::string& name) {
     checkUtf8(utf8, name);
     Document document;
     std::string paragraph;
-    const auto add = [&](BlockKind kind, const std::string& text) {
+    BlockStyle style; // of the next paragraph
+    const auto add = [&](BlockKind kind, const std::string& text, const BlockStyle& how) {
         icu::UnicodeString tidied = tidy(icu::UnicodeString::fromUTF8(text));
-        if (!tidied.isEmpty())
-            document.blocks.push_back({kind, std::move(tidied)});
+        if (tidied.isEmpty())
+            return false;
+        document.blocks.push_back({kind, std::move(tidied), how});
+        return true;
     };
     const auto endParagraph = [&] {
-        add(BlockKind::paragraph, paragraph);
+        if (add(BlockKind::paragraph, paragraph, style))
+            style = {};
         paragraph.clear();
     };
     std::istringstream lines(utf8.starts_with("\xEF\xBB\xBF") ? utf8.substr(3) : utf8);
@@ -103,7 +136,10 @@ Document parseDocument(const std::string& utf8, const std::string& name) {
         if (line.starts_with("# ") || line.starts_with("## ")) {
             endParagraph();
             const bool title = line.starts_with("# ");
-            add(title ? BlockKind::title : BlockKind::heading, line.substr(title ? 2 : 3));
+            add(title ? BlockKind::title : BlockKind::heading, line.substr(title ? 2 : 3), {});
+        } else if (line.starts_with("@ ")) {
+            endParagraph();
+            readStyle(line.substr(2), style);
         } else if (line.find_first_not_of(" \t\r") == std::string::npos) {
             endParagraph();
         } else {

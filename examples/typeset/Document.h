@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KWFontService17/KWFontService.h>
+
 #include <unicode/unistr.h>
 
 #include <string>
@@ -9,9 +11,18 @@ namespace typeset {
 
 enum class BlockKind { title, heading, paragraph };
 
+/// How a paragraph is set, by the lines that begin with "@ " before it.
+struct BlockStyle {
+    bool columns = false;      // vertical writing
+    double scale = 1;          // of the size of the text
+    unsigned int language = 0; // OpenType tag; 0: that of the document
+    KWFontService_NS::FS_FontFeatureSettings features;
+};
+
 struct Block {
     BlockKind kind = BlockKind::paragraph;
     icu::UnicodeString text; // one line, blanks collapsed, composed (NFC)
+    BlockStyle style;
 };
 
 /// A text, taken apart into headings and paragraphs.
@@ -20,12 +31,10 @@ struct Document {
 
     /// The first heading, empty when there is none.
     icu::UnicodeString title() const;
-    /// Whether some of the text runs from right to left, which the layout does not do.
-    bool hasRightToLeft() const;
 };
 
 /// Reads a file, or standard input for "-". Throws `Failure` (text) when it cannot be read, is not
-/// UTF-8, or holds nothing to set.
+/// UTF-8, says what makes no sense, or holds nothing to set.
 Document readDocument(const std::string& path);
 
 /// @param name  what messages call the text

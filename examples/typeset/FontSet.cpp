@@ -62,15 +62,29 @@ std::vector<std::string> openService(const std::string& config) {
 
 FontSet openFonts(const FontChoice& choice) {
     FontSet fonts;
+    const auto add = [&](FontFile font) {
+        for (std::size_t i = 0; i < fonts.size(); ++i) {
+            if (fonts[i].info.getFont() == font.info.getFont())
+                return i;
+        }
+        fonts.files.push_back(std::move(font));
+        return fonts.size() - 1;
+    };
     if (!choice.byName()) {
-        fonts.push_back(openFont(choice.file));
+        add(openFont(choice.files.empty() ? std::string() : choice.files.front()));
+        fonts.fallbacks = fonts.size();
+        for (std::size_t i = 1; i < choice.files.size(); ++i)
+            add(openFont(choice.files[i]));
         return fonts;
     }
-    fonts.push_back(findOrExplain(choice.text, choice.config));
-    if (!choice.headings.name.empty()) {
-        FontFile headings = findOrExplain(choice.headings, choice.config);
-        if (headings.info.getFont() != fonts.front().info.getFont())
-            fonts.push_back(std::move(headings));
+    add(findOrExplain(choice.text, choice.config));
+    if (!choice.headings.name.empty())
+        fonts.headings = add(findOrExplain(choice.headings, choice.config));
+    fonts.fallbacks = fonts.size();
+    for (const std::string& name : choice.fallbacks) {
+        FontRequest request = choice.text;
+        request.name = name;
+        add(findOrExplain(request, choice.config));
     }
     return fonts;
 }

@@ -2,21 +2,33 @@
 
 #include "FontFile.h"
 
+#include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
 namespace typeset {
 
-/// The fonts of a document: the first one sets the text, the last one the headings. They may be
-/// the same one.
-using FontSet = std::vector<FontFile>;
+/// The fonts of a document.
+struct FontSet {
+    std::vector<FontFile> files; // never empty; the first one sets the text
+    std::size_t headings = 0;    // index of the one that sets the headings
+    /// Index of the first one that stands in for characters that these have not; those behind it
+    /// do so in their order.
+    std::size_t fallbacks = std::numeric_limits<std::size_t>::max();
 
-/// Which fonts a document wants: one file for everything, or fonts by their names.
+    std::size_t size() const { return files.size(); }
+    const FontFile& operator[](std::size_t index) const { return files[index]; }
+    FontFile& operator[](std::size_t index) { return files[index]; }
+};
+
+/// Which fonts a document wants, by their files or by their names.
 struct FontChoice {
-    std::string file;              // empty: the default font
-    std::string config;            // of the font service; empty: its default
-    FontRequest text;              // without a name: by file
-    FontRequest headings{"", 700}; // without a name: set like the text
+    std::vector<std::string> files;     // empty: the default font; all but the first: fallbacks
+    std::string config;                 // of the font service; empty: its default
+    FontRequest text;                   // without a name: by file
+    std::vector<std::string> fallbacks; // names, in the style of the text
+    FontRequest headings{"", 700};      // without a name: set like the text
 
     bool byName() const { return !text.name.empty(); }
 };

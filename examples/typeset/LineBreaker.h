@@ -5,12 +5,10 @@
 
 namespace typeset {
 
-/// A glyph on its way into a line. Widths are thousandths of an em.
+/// Glyphs that stay together, on their way into a line. Widths are thousandths of an em.
 struct Box {
-    unsigned short gid = 0;
-    char32_t character = 0;
     float advance = 0;
-    float kern = 0; // added before the next glyph, when that stands in the same line
+    float kern = 0; // added before the next box, when that stands in the same line
     bool blank = false;
     bool breakAfter = false;
 };

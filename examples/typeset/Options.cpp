@@ -1,8 +1,8 @@
 #include "Options.h"
 
 #include "Failure.h"
+#include "Numbers.h"
 
-#include <charconv>
 #include <set>
 
 namespace typeset {
@@ -10,14 +10,24 @@ namespace typeset {
 const char* const kUsage = R"(usage: typeset [options] -o FILE.pdf TEXT
 
 Sets TEXT, a UTF-8 file or - for standard input, into a PDF. Blank lines separate paragraphs;
-a line that begins with "# " is a heading, one that begins with "## " a lesser one.
+a line that begins with "# " is a heading, one that begins with "## " a lesser one. Lines that
+begin with "@ " say how the next paragraph is set:
+
+  @ vertical            in columns from right to left, as Japanese is
+  @ size N              0.5 to 4 times the size of the text
+  @ language TAG        as --language
+  @ features LIST       as --features, and before what that says
 
   -o FILE.pdf           the PDF to write
   --png FILE            draw the first lines as a picture, too
+  --whole-page          draw the first page whole instead
   --size PT             size of the text, 4 to 72 points (default 10.5)
   --dpi N               resolution of the picture, 36 to 1200 (default 150)
   --ragged              lines of natural length instead of justified ones
   --embed-whole-font    embed font files as they are instead of subsets
+  --vertical            set all paragraphs in columns
+  --language TAG        the language of the text, as OpenType calls it: ROM, SRB, URD, JAN ...
+  --features LIST       features of OpenType that are on, off or have a number: "liga=0, smcp"
   --help                show this
 
 The font, by its file:
@@ -33,7 +43,8 @@ or by its name:
   --config FILE         configuration of the font service (default: the font-config.xml beside its
                         library, if there is one)
 
---font excludes all of the second group; all of the second group want --family, and
+--font and --family may be given more than once: each further font sets the characters that those
+before it lack. --font excludes all of the second group; all of the second group want --family, and
 --heading-weight wants --heading-family. A weight that a family lacks is filled with the nearest
 one; an italic or a stretch that it lacks is left out. Where the configuration asks for another
 size or baseline of a font, the font is set so.
@@ -43,39 +54,27 @@ exit codes: 0 done, 1 wrong usage, 2 font or configuration, 3 text, 4 output
 
 namespace {
 
-template <typename Number>
-Number parseNumber(const std::string& option, const std::string& text, Number least, Number most) {
-    Number value{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    // Written so that "nan" is out of range, too.
-    if (error != std::errc{} || stop != end || !(value >= least && value <= most)) {
-        throw Failure(ExitCode::usage,
-                      option + " wants a number from " + std::to_string(static_cast<int>(least)) +
-                          " to " + std::to_string(static_cast<int>(most)) + ", not '" + text + "'");
-    }
-    return value;
-}
-
 /// Options about the font of the text and the one of the headings.
 /// @param value  answers the value that follows the option
 /// @return       false when it is none of them
 template <typename Value>
 bool readFontOption(const std::string& option, const Value& value, FontChoice& fonts) {
     if (option == "--font")
-        fonts.file = value();
+        fonts.files.push_back(value());
+    else if (option == "--family" && fonts.byName())
+        fonts.fallbacks.push_back(value());
     else if (option == "--family")
         fonts.text.name = value();
     else if (option == "--weight")
-        fonts.text.weight = parseNumber(option, value(), 1, 1000);
+        fonts.text.weight = parseNumber(ExitCode::usage, option, value(), 1, 1000);
     else if (option == "--italic")
         fonts.text.italic = true;
     else if (option == "--stretch")
-        fonts.text.stretch = parseNumber(option, value(), 1, 9);
+        fonts.text.stretch = parseNumber(ExitCode::usage, option, value(), 1, 9);
     else if (option == "--heading-family")
         fonts.headings.name = value();
     else if (option == "--heading-weight")
-        fonts.headings.weight = parseNumber(option, value(), 1, 1000);
+        fonts.headings.weight = parseNumber(ExitCode::usage, option, value(), 1, 1000);
     else if (option == "--config")
         fonts.config = value();
     else
@@ -125,13 +124,21 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         } else if (argument == "--png") {
             options.pngPath = value();
         } else if (argument == "--size") {
-            options.size = parseNumber(argument, value(), 4.0, 72.0);
+            options.size = parseNumber(ExitCode::usage, argument, value(), 4.0, 72.0);
         } else if (argument == "--dpi") {
-            options.dpi = parseNumber(argument, value(), 36U, 1200U);
+            options.dpi = parseNumber(ExitCode::usage, argument, value(), 36U, 1200U);
         } else if (argument == "--ragged") {
             options.justified = false;
         } else if (argument == "--embed-whole-font") {
             options.wholeFont = true;
+        } else if (argument == "--whole-page") {
+            options.wholePage = true;
+        } else if (argument == "--vertical") {
+            options.columns = true;
+        } else if (argument == "--language") {
+            options.language = parseLanguage(ExitCode::usage, value());
+        } else if (argument == "--features") {
+            options.features = parseFeatures(ExitCode::usage, value());
         } else if (readFontOption(argument, value, options.fonts)) {
             fontOptions.insert(argument);
         } else {

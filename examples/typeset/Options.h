@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FeaturePlan.h"
 #include "FontSet.h"
 
 #include <string>
@@ -16,6 +17,10 @@ struct Options {
     unsigned dpi = 150;  // of the picture
     bool justified = true;
     bool wholeFont = false;
+    bool wholePage = false; // in the picture
+    bool columns = false;
+    unsigned int language = 0; // OpenType tag
+    KWFontService_NS::FS_FontFeatureSettings features;
     bool help = false;
 };
 

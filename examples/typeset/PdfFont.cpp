@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace typeset {
@@ -89,21 +90,36 @@ std::string postScriptName(const FS_FontInfo& font) {
 
 } // namespace
 
+std::u16string plainText(const PlacedGlyph& glyph) {
+    return glyph.text == u"\u00A0" ? u" " : glyph.text;
+}
+
 UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font) {
     UsedGlyphs glyphs;
+    std::vector<std::pair<unsigned short, std::u16string>> parts; // of clusters, seen later
     for (const Page& page : layout.pages) {
         for (const Line& line : page.lines) {
-            if (line.font != font)
-                continue;
-            glyphs.try_emplace(0, UsedGlyph{U'\uFFFD', 0});
-            for (const PlacedGlyph& glyph : line.glyphs) {
-                // A no-break space is a space in the text that one reads back.
-                const char32_t character = glyph.character == 0x00A0 ? U' ' : glyph.character;
-                UsedGlyph& used =
-                    glyphs.try_emplace(glyph.gid, UsedGlyph{character, 0}).first->second;
-                used.advance = glyph.advance;
+            for (const Span& span : line.spans) {
+                if (span.font != font)
+                    continue;
+                glyphs.try_emplace(0, UsedGlyph{u"\uFFFD", 0});
+                for (std::size_t i = 0; i < span.glyphs.size(); ++i) {
+                    const PlacedGlyph& glyph = span.glyphs[i];
+                    const bool alone = !glyph.joined &&
+                                       (i + 1 == span.glyphs.size() || !span.glyphs[i + 1].joined);
+                    UsedGlyph& used = glyphs[glyph.gid];
+                    used.advance = glyph.advance;
+                    if (!alone)
+                        parts.emplace_back(glyph.gid, plainText(glyph));
+                    else if (used.text.empty())
+                        used.text = plainText(glyph);
+                }
             }
         }
+    }
+    for (auto& [gid, text] : parts) {
+        if (glyphs[gid].text.empty())
+            glyphs[gid].text = std::move(text);
     }
     return glyphs;
 }

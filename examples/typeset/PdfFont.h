@@ -11,8 +11,8 @@ namespace typeset {
 struct FontFile;
 
 struct UsedGlyph {
-    char32_t character = 0; // that it stands for in the text
-    float advance = 0;      // thousandths of an em
+    std::u16string text; // that it stands for; empty for one that never stands for any alone
+    float advance = 0;   // thousandths of an em
 };
 /// By glyph id, in order. Glyph 0, which every font program has, is among them.
 using UsedGlyphs = std::map<unsigned short, UsedGlyph>;
@@ -20,6 +20,9 @@ using UsedGlyphs = std::map<unsigned short, UsedGlyph>;
 /// @param font  index of the font in the fonts of the document
 /// @return      empty when no line is set in it
 UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font);
+
+/// The text of a placed glyph as one reads it back: a no-break space is a space there.
+std::u16string plainText(const PlacedGlyph& glyph);
 
 /// What a PDF wants to know of a font (ISO 32000-1, 9.8). Lengths are thousandths of an em.
 struct PdfFont {

@@ -1,15 +1,13 @@
 #include "PdfWriter.h"
 
 #include "OutputFile.h"
+#include "PageContent.h"
 #include "Progress.h"
 
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
 #include <qpdf/QPDFWriter.hh>
-#include <qpdf/QUtil.hh>
-
-#include <cmath>
 
 namespace typeset {
 
@@ -88,38 +86,19 @@ QPDFObjectHandle makeFont(QPDF& pdf, const PdfFont& font) {
     type0.replaceKey("/Encoding", name("Identity-H"));
     type0.replaceKey("/DescendantFonts", descendants);
     type0.replaceKey("/ToUnicode", QPDFObjectHandle::newStream(&pdf, toUnicodeCMap(font.glyphs)));
-    return pdf.makeIndirectObject(type0);
+    return type0;
 }
 
-/// What the pages call a font.
-std::string resourceName(std::size_t font) {
-    return "/F" + std::to_string(font + 1);
-}
-
-std::string number(double value) {
-    return QUtil::double_to_string(value, 3, true);
-}
-
-void addCode(std::string& out, unsigned short gid) {
-    static constexpr char kDigits[] = "0123456789abcdef";
-    for (int shift = 12; shift >= 0; shift -= 4)
-        out += kDigits[(gid >> shift) & 0xF];
-}
-
-/// A line as one TJ: runs of glyph ids, and between them what the pen must move, in thousandths of
-/// the font size and to the left, to come to where the next glyph stands.
-void addLine(std::string& out, const Line& line, double pageHeight) {
-    out += "BT " + resourceName(line.font) + ' ' + number(line.size) + " Tf " +
-           number(line.glyphs.front().x) + ' ' + number(pageHeight - line.baseline) + " Td [<";
-    double pen = line.glyphs.front().x;
-    for (const PlacedGlyph& glyph : line.glyphs) {
-        const double shift = std::round((pen - glyph.x) * 1e6 / line.size) / 1000;
-        if (shift != 0)
-            out += '>' + number(shift) + '<';
-        addCode(out, glyph.gid);
-        pen += (double{glyph.advance} - shift) * line.size / 1000;
+bool hasUpright(const Layout& layout, std::size_t font) {
+    for (const Page& page : layout.pages) {
+        for (const Line& line : page.lines) {
+            for (const Span& span : line.spans) {
+                if (span.font == font && span.writing == Writing::upright)
+                    return true;
+            }
+        }
     }
-    out += ">] TJ ET\n";
+    return false;
 }
 
 } // namespace
@@ -130,17 +109,22 @@ std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFon
     pdf.emptyPDF();
 
     QPDFObjectHandle fontDictionary = QPDFObjectHandle::newDictionary();
-    for (const auto& [index, font] : fonts)
-        fontDictionary.replaceKey(resourceName(index), makeFont(pdf, font));
+    for (const auto& [index, font] : fonts) {
+        QPDFObjectHandle type0 = makeFont(pdf, font);
+        fontDictionary.replaceKey(resourceName(index, false), pdf.makeIndirectObject(type0));
+        if (hasUpright(layout, index)) {
+            QPDFObjectHandle upright = type0.shallowCopy();
+            upright.replaceKey("/Encoding", name("Identity-V"));
+            fontDictionary.replaceKey(resourceName(index, true), pdf.makeIndirectObject(upright));
+        }
+    }
     QPDFObjectHandle resources = QPDFObjectHandle::newDictionary();
     resources.replaceKey("/Font", fontDictionary);
     resources = pdf.makeIndirectObject(resources);
 
     Progress progress("Writing the pages");
     for (std::size_t i = 0; i < layout.pages.size(); ++i) {
-        std::string content;
-        for (const Line& line : layout.pages[i].lines)
-            addLine(content, line, layout.pageHeight);
+        const std::string content = pageContent(layout.pages[i], fonts, layout.pageHeight);
         QPDFObjectHandle page = QPDFObjectHandle::newDictionary();
         page.replaceKey("/Type", name("Page"));
         page.replaceKey("/MediaBox", QPDFObjectHandle::newArray(QPDFObjectHandle::Rectangle(

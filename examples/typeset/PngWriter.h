@@ -7,8 +7,9 @@
 
 namespace typeset {
 
-/// Draws the lines of the upper half of the first page, glyph by glyph where the PDF has them, as a
-/// greyscale PNG. Throws `Failure`.
-void writePng(const std::string& path, const Layout& layout, FontSet& fonts, unsigned dpi);
+/// Draws the first page, or the lines of its upper half, glyph by glyph where the PDF has them, as
+/// a greyscale PNG. Throws `Failure`.
+void writePng(const std::string& path, const Layout& layout, FontSet& fonts, unsigned dpi,
+              bool wholePage);
 
 } // namespace typeset

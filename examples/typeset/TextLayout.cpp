@@ -1,14 +1,10 @@
 #include "TextLayout.h"
 
-#include "Failure.h"
-#include "LineBreaker.h"
+#include "LineSetter.h"
 #include "Progress.h"
 
-#include <unicode/brkiter.h>
-#include <unicode/uchar.h>
-
 #include <algorithm>
-#include <memory>
+#include <cmath>
 #include <string>
 
 namespace typeset {
@@ -22,11 +18,15 @@ constexpr double kSideMargin = 80;
 constexpr double kTopMargin = 76;
 constexpr double kBottomMargin = 84;
 constexpr double kFooterBaseline = kPageHeight - 48;
+constexpr double kLineWidth = kPageWidth - 2 * kSideMargin;
 
-/// A metric asked for with this size comes in thousandths of an em, the unit of PDF fonts.
-constexpr int kPerMille = -1000;
-/// A word gap wider than this would tear the line apart; it is better left short.
-constexpr double kWidestGap = 1200;
+/// Columns in sizes of their text: their height where there is room, the least that is worth to
+/// start on a page, and what lies between their middles.
+constexpr double kColumnHeight = 20;
+constexpr double kLeastColumnHeight = 10;
+constexpr double kColumnLeading = 1.75;
+/// What lies above them, in sizes of the body text.
+constexpr double kAboveColumns = 1.75;
 
 /// All lengths but `scale` in sizes of the body text.
 struct Style {
@@ -38,114 +38,57 @@ struct Style {
     std::size_t font;
 };
 
-Style styleOf(BlockKind kind, bool justified, std::size_t headingFont) {
-    switch (kind) {
-    case BlockKind::title:
-        return {2.3, 2.75, 2, 0.8, false, headingFont};
-    case BlockKind::heading:
-        return {1.3, 1.65, 1.25, 0, false, headingFont};
-    case BlockKind::paragraph:
-        break;
-    }
-    return {1, 1.5, 0.55, 0, justified, 0};
-}
-
 class Layouter {
 public:
-    Layouter(const FontSet& fonts, double size) : fonts_(fonts) {
+    Layouter(const FontSet& fonts, const LayoutStyle& style)
+        : fonts_(fonts), style_(style), shaper_(fonts) {
         layout_.pageWidth = kPageWidth;
         layout_.pageHeight = kPageHeight;
-        layout_.size = size;
-        UErrorCode status = U_ZERO_ERROR;
-        breaker_.reset(icu::BreakIterator::createLineInstance(icu::Locale::getRoot(), status));
-        if (U_FAILURE(status))
-            throw Failure(ExitCode::text, std::string("ICU's line breaks: ") + u_errorName(status));
+        layout_.size = style.size;
     }
 
-    void add(const Block& block, bool justified);
+    void add(const Block& block);
     Layout finish();
 
 private:
-    double sizeOf(const Style& style) const;
-    std::vector<Box> shape(const icu::UnicodeString& text, std::size_t fontIndex);
-    Line place(const std::vector<Box>& boxes, std::size_t begin, std::size_t end,
-               const Style& style, bool lastLine) const;
+    Style styleOf(const Block& block) const;
+    Paragraph shape(const Block& block, std::size_t font, bool columns);
+    void addLines(const Paragraph& paragraph, const Style& style, bool isHeading);
+    void addColumns(const Paragraph& paragraph, const Style& style);
+    void addPageNumber(std::size_t page);
     void nextBaseline(double advance, double room, double size);
+    void put(Line line);
 
     const FontSet& fonts_;
-    std::unique_ptr<icu::BreakIterator> breaker_;
+    const LayoutStyle& style_;
+    ParagraphShaper shaper_;
     Layout layout_;
     double baseline_ = 0;
 };
 
-double Layouter::sizeOf(const Style& style) const {
-    return layout_.size * style.scale * fonts_[style.font].sizeAdjust;
+Style Layouter::styleOf(const Block& block) const {
+    switch (block.kind) {
+    case BlockKind::title:
+        return {2.3, 2.75, 2, 0.8, false, fonts_.headings};
+    case BlockKind::heading:
+        return {1.3, 1.65, 1.25, 0, false, fonts_.headings};
+    case BlockKind::paragraph:
+        break;
+    }
+    const double scale = block.style.scale;
+    return {scale, 1.5 * scale, 0.55, 0.4 * (scale - 1), style_.justified, 0};
 }
 
-/// One box for each character that shows, with the font's advances and kerning.
-std::vector<Box> Layouter::shape(const icu::UnicodeString& text, std::size_t fontIndex) {
-    const KWFontService_NS::FS_FontInfo& font = fonts_[fontIndex].info;
-    std::vector<unsigned short> gids(static_cast<std::size_t>(text.countChar32()));
-    int count = 0;
-    if (!font.getGlyphIDs(text, gids.data(), count, false, nullptr))
-        throw Failure(ExitCode::font, "the font maps no characters to glyphs");
-    const bool kerned = font.hasPairKerningInfo(false);
-
-    breaker_->setText(text);
-    std::vector<Box> boxes;
-    boxes.reserve(gids.size());
-    std::int32_t boundary = breaker_->next();
-    std::size_t n = 0;
-    for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1), ++n) {
-        const UChar32 character = text.char32At(i);
-        if (!u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT)) {
-            Box box;
-            box.gid = gids[n];
-            box.character = static_cast<char32_t>(character);
-            box.blank = u_charType(character) == U_SPACE_SEPARATOR;
-            if (box.gid == KWFontService_NS::FS_NO_GLYPH || box.gid == 0) {
-                ++layout_.missing[{fontIndex, box.character}];
-                box.gid = 0; // shows the box that stands for a missing glyph
-            }
-            box.advance = font.getGlyphWidth(box.gid, kPerMille, false);
-            if (kerned && !boxes.empty()) {
-                boxes.back().kern =
-                    font.getPairKerningValue(boxes.back().gid, box.gid, kPerMille, false);
-            }
-            boxes.push_back(box);
-        }
-        if (text.moveIndex32(i, 1) == boundary) {
-            if (!boxes.empty())
-                boxes.back().breakAfter = true;
-            boundary = breaker_->next();
-        }
-    }
-    return boxes;
-}
-
-Line Layouter::place(const std::vector<Box>& boxes, std::size_t begin, std::size_t end,
-                     const Style& style, bool lastLine) const {
-    Line line;
-    line.font = style.font;
-    line.size = sizeOf(style);
-    line.baseline = baseline_ - fonts_[style.font].baselineAdjust * line.size;
-    const double perMille = line.size / 1000;
-    const LineExtent extent = measureLine(boxes, begin, end);
-
-    double gap = 0;
-    const double slack = (kPageWidth - 2 * kSideMargin) / perMille - extent.width;
-    if (extent.gaps > 0 && (slack < 0 || (style.justified && !lastLine)))
-        gap = slack / static_cast<double>(extent.gaps);
-    if (gap > kWidestGap)
-        gap = 0;
-
-    double pen = 0;
-    for (std::size_t i = begin; i < extent.end; ++i) {
-        const Box& box = boxes[i];
-        line.glyphs.push_back({box.gid, box.character, box.advance, kSideMargin + pen * perMille});
-        pen += double{box.advance} + double{box.kern} + (box.blank ? gap : 0);
-    }
-    return line;
+Paragraph Layouter::shape(const Block& block, std::size_t font, bool columns) {
+    ParagraphStyle style;
+    style.font = font;
+    style.columns = columns;
+    style.language = block.style.language != 0 ? block.style.language : style_.language;
+    style.plan = style_.plan.with(block.style.features);
+    Paragraph paragraph = shaper_.shape(block.text, style);
+    for (const char32_t character : paragraph.missing)
+        ++layout_.missing[{font, character}];
+    return paragraph;
 }
 
 /// Moves down, or to a new page when there is no room for `room` more below.
@@ -158,43 +101,94 @@ void Layouter::nextBaseline(double advance, double room, double size) {
     }
 }
 
-void Layouter::add(const Block& block, bool justified) {
-    const Style style = styleOf(block.kind, justified, fonts_.size() - 1);
-    const double size = layout_.size;
-    const std::vector<Box> boxes = shape(block.text, style.font);
-    const double measure = (kPageWidth - 2 * kSideMargin) * 1000 / sizeOf(style);
-    const std::vector<std::size_t> ends = breakLines(boxes, measure, style.justified);
+void Layouter::put(Line line) {
+    if (!line.spans.empty())
+        layout_.pages.back().lines.push_back(std::move(line));
+}
 
+void Layouter::addLines(const Paragraph& paragraph, const Style& style, bool isHeading) {
+    const double size = layout_.size;
+    const double textSize = size * style.scale;
+    const double em = textSize * fonts_[style.font].sizeAdjust;
+    const std::vector<std::size_t> ends =
+        breakLines(paragraph.boxes, kLineWidth * 1000 / em, style.justified);
     std::size_t begin = 0;
     for (std::size_t i = 0; i < ends.size(); ++i) {
         // No line of a paragraph stands alone on a page, and no heading without text below it.
         const bool last = i + 1 == ends.size();
         const bool keepsNext = !last && (i == 0 || i + 2 == ends.size());
         double room = keepsNext ? style.leading * size : 0;
-        if (block.kind != BlockKind::paragraph)
+        if (isHeading)
             room = (static_cast<double>(ends.size() - 1 - i) * style.leading + 4) * size;
-        nextBaseline((style.leading + (i == 0 ? style.before : 0)) * size, room, sizeOf(style));
-        Line line = place(boxes, begin, ends[i], style, last);
-        if (!line.glyphs.empty())
-            layout_.pages.back().lines.push_back(std::move(line));
+        nextBaseline((style.leading + (i == 0 ? style.before : 0)) * size, room, em);
+        put(setLine(
+            paragraph, fonts_, begin, ends[i],
+            {style.font, textSize, kSideMargin, baseline_, kLineWidth, style.justified && !last}));
         begin = ends[i];
     }
     baseline_ += style.after * size;
 }
 
+/// Sets columns from the right margin to the left one, in as many rows of columns as it takes.
+void Layouter::addColumns(const Paragraph& paragraph, const Style& style) {
+    const double size = layout_.size * style.scale;
+    const double em = size * fonts_[style.font].sizeAdjust;
+    const double leading = kColumnLeading * em;
+    const double above = kAboveColumns * layout_.size;
+    // Whole characters in what is left of the page, or the usual height on the next one.
+    const double room = layout_.pages.empty() ? 0 : kPageHeight - kBottomMargin - baseline_ - above;
+    const double fitting = std::floor(room / em);
+    const double count =
+        fitting < kLeastColumnHeight ? kColumnHeight : std::min(fitting, kColumnHeight);
+    const double height = count * em;
+    const std::vector<std::size_t> ends =
+        breakLines(paragraph.boxes, count * 1000, style.justified);
+    double x = 0;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+        x -= leading;
+        if (x < kSideMargin) {
+            // From the last baseline, or the end of the columns above, to the end of these.
+            nextBaseline(height + above, 0, height);
+            x = kPageWidth - kSideMargin - em / 2;
+        }
+        put(setLine(paragraph, fonts_, begin, ends[i],
+                    {style.font, size, x, baseline_ - height, height,
+                     style.justified && i + 1 < ends.size()}));
+        begin = ends[i];
+    }
+}
+
+void Layouter::add(const Block& block) {
+    const Style style = styleOf(block);
+    const bool isHeading = block.kind != BlockKind::paragraph;
+    const bool columns = !isHeading && (style_.columns || block.style.columns);
+    const Paragraph paragraph = shape(block, style.font, columns);
+    if (paragraph.boxes.empty())
+        return;
+    if (columns)
+        addColumns(paragraph, style);
+    else
+        addLines(paragraph, style, isHeading);
+}
+
+void Layouter::addPageNumber(std::size_t page) {
+    Block block;
+    block.text = icu::UnicodeString::fromUTF8(std::to_string(page + 1));
+    const Paragraph number = shape(block, 0, false);
+    const double size = layout_.size * 0.85;
+    const std::size_t end = number.boxes.size();
+    const double width =
+        measureLine(number.boxes, 0, end).width * size * fonts_[0].sizeAdjust / 1000;
+    layout_.pages[page].lines.push_back(
+        setLine(number, fonts_, 0, end,
+                {0, size, (kPageWidth - width) / 2, kFooterBaseline, width, false}));
+}
+
 Layout Layouter::finish() {
     if (layout_.pages.size() > 1) {
-        const Style style{0.85, 0, 0, 0, false, 0};
-        baseline_ = kFooterBaseline;
-        for (std::size_t i = 0; i < layout_.pages.size(); ++i) {
-            const std::string number = std::to_string(i + 1);
-            const std::vector<Box> boxes = shape(icu::UnicodeString::fromUTF8(number), style.font);
-            Line line = place(boxes, 0, boxes.size(), style, true);
-            const double width = measureLine(boxes, 0, boxes.size()).width * line.size / 1000;
-            for (PlacedGlyph& glyph : line.glyphs)
-                glyph.x += (kPageWidth - width) / 2 - kSideMargin;
-            layout_.pages[i].lines.push_back(std::move(line));
-        }
+        for (std::size_t i = 0; i < layout_.pages.size(); ++i)
+            addPageNumber(i);
     }
     return std::move(layout_);
 }
@@ -208,11 +202,11 @@ std::size_t Layout::lineCount() const {
     return count;
 }
 
-Layout layOut(const Document& document, const FontSet& fonts, double size, bool justified) {
+Layout layOut(const Document& document, const FontSet& fonts, const LayoutStyle& style) {
     Progress progress("Setting the text");
-    Layouter layouter(fonts, size);
+    Layouter layouter(fonts, style);
     for (std::size_t i = 0; i < document.blocks.size(); ++i) {
-        layouter.add(document.blocks[i], justified);
+        layouter.add(document.blocks[i]);
         progress.update(i + 1, document.blocks.size());
     }
     return layouter.finish();

@@ -1,9 +1,6 @@
 #include "PdfFont.h"
 
-#include <unicode/utf16.h>
-
 #include <algorithm>
-#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -18,7 +15,7 @@ constexpr std::size_t kBlock = 100;
 struct Range {
     unsigned short first;
     unsigned short last;
-    char32_t character;
+    std::u16string text;
 };
 
 std::string hex4(unsigned value) {
@@ -29,27 +26,30 @@ std::string hex4(unsigned value) {
     return out;
 }
 
-std::string utf16Hex(char32_t character) {
-    if (character <= 0xFFFF)
-        return hex4(character);
-    const auto code = static_cast<UChar32>(character);
-    return hex4(U16_LEAD(code)) + hex4(U16_TRAIL(code));
+std::string utf16Hex(const std::u16string& text) {
+    std::string out;
+    for (const char16_t unit : text)
+        out += hex4(unit);
+    return out;
 }
 
 std::vector<Range> findRanges(const UsedGlyphs& glyphs) {
     std::vector<Range> ranges;
     for (const auto& [gid, glyph] : glyphs) {
-        // Only the low byte of a code and of its text may count up in a range.
+        if (glyph.text.empty())
+            continue;
+        // Only the low byte of a code and of the end of its text may count up in a range.
         if (!ranges.empty()) {
             Range& range = ranges.back();
-            const char32_t next = range.character + (gid - range.first);
-            if (gid == range.last + 1 && (gid & 0xFF) != 0 && glyph.character == next &&
-                (next & 0xFF) != 0) {
+            std::u16string next = range.text;
+            next.back() = static_cast<char16_t>(next.back() + (gid - range.first));
+            if (gid == range.last + 1 && (gid & 0xFF) != 0 && glyph.text == next &&
+                (next.back() & 0xFF) != 0) {
                 range.last = gid;
                 continue;
             }
         }
-        ranges.push_back({gid, gid, glyph.character});
+        ranges.push_back({gid, gid, glyph.text});
     }
     return ranges;
 }
@@ -73,7 +73,7 @@ std::string toUnicodeCMap(const UsedGlyphs& glyphs) {
         std::string entry = "<" + hex4(range.first) + "> <";
         if (range.first != range.last)
             entry += hex4(range.last) + "> <";
-        entry += utf16Hex(range.character) + ">";
+        entry += utf16Hex(range.text) + ">";
         (range.first == range.last ? chars : ranges).push_back(std::move(entry));
     }
     std::string out = "/CIDInit /ProcSet findresource begin\n"

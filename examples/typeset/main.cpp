@@ -1,4 +1,4 @@
-// Sets a text in one or two TrueType fonts: reads, lays out, writes a PDF and, when asked, a PNG.
+// Sets a text in TrueType fonts: reads, shapes, lays out, writes a PDF and, when asked, a PNG.
 
 #include "Document.h"
 #include "Failure.h"
@@ -88,16 +88,16 @@ void run(const Options& options) {
     }
     FontSet fonts = openFonts(options.fonts);
     const Document document = readDocument(options.textPath);
-    if (document.hasRightToLeft())
-        warn("right-to-left text is set from left to right");
-    const Layout layout = layOut(document, fonts, options.size, options.justified);
+    const Layout layout = layOut(document, fonts,
+                                 {options.size, options.justified, options.columns,
+                                  options.language, FeaturePlan(options.features)});
     reportMissing(layout, fonts);
 
     const PdfFonts embedded = embeddedFonts(layout, fonts, options.wholeFont);
     const std::size_t pdfBytes =
         writePdf(options.pdfPath, layout, embedded, toUtf8(document.title()));
     if (!options.pngPath.empty())
-        writePng(options.pngPath, layout, fonts, options.dpi);
+        writePng(options.pngPath, layout, fonts, options.dpi, options.wholePage);
 
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
     char seconds[32];
@@ -106,8 +106,13 @@ void run(const Options& options) {
     row("Text", plural(document.blocks.size(), "block") + ", " +
                     plural(layout.lineCount(), "line") + ", " +
                     plural(layout.pages.size(), "page"));
-    for (const auto& [index, font] : embedded)
-        reportFont(index == 0 ? "Font" : "Heading font", fonts[index], font);
+    for (const auto& [index, font] : embedded) {
+        const bool heading = index != 0 && index == fonts.headings;
+        reportFont(index == 0 ? "Font"
+                   : heading  ? "Heading font"
+                              : "Further font",
+                   fonts[index], font);
+    }
     row("PDF, compressed", grouped(pdfBytes) + " bytes");
     row("Time", seconds);
 }

@@ -2,6 +2,8 @@
 
 #include "typeset/Failure.h"
 
+#include <KWFontService17/KWFontService.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -74,8 +76,34 @@ TEST(Document, ATextOfBlanksAloneIsRefused) {
     EXPECT_EQ(failureOf(" \n\t\n# \n"), "it holds no text");
 }
 
-TEST(Document, KnowsWhetherSomeTextRunsFromRightToLeft) {
-    EXPECT_FALSE(parseDocument("left \xCE\xB1", "it").hasRightToLeft());
-    EXPECT_TRUE(parseDocument("left\n\n\xD7\x90", "it").hasRightToLeft());
-    EXPECT_TRUE(parseDocument("\xD8\xB9", "it").hasRightToLeft());
+TEST(Document, AShaddaStandsBeforeTheVowelSignsOfItsLetter) {
+    const Document document = parseDocument("\xD8\xAF\xD9\x8E\xD9\x91\xD8\xB1\xD9\x91", "it");
+    EXPECT_EQ(document.blocks[0].text, icu::UnicodeString(u"\u062F\u0651\u064E\u0631\u0651"));
+}
+
+TEST(Document, LinesWithAnAtSayHowTheNextParagraphIsSet) {
+    const Document document = parseDocument("before\n@ vertical\n@ size 1.5\n@ language ROM\n"
+                                            "@ features liga=0, ss01 2\r\n\nset so\n\nafter",
+                                            "it");
+    ASSERT_EQ(document.blocks.size(), 3U);
+    const BlockStyle& style = document.blocks[1].style;
+    EXPECT_TRUE(style.columns);
+    EXPECT_EQ(style.scale, 1.5);
+    EXPECT_EQ(style.language, KWFontService_NS::toTAG(u"ROM"));
+    EXPECT_EQ(style.features.getValue(KWFontService_NS::toTAG(u"liga")), 0);
+    EXPECT_EQ(style.features.getValue(KWFontService_NS::toTAG(u"ss01")), 2);
+    for (const std::size_t i : {0U, 2U}) {
+        EXPECT_FALSE(document.blocks[i].style.columns);
+        EXPECT_EQ(document.blocks[i].style.scale, 1);
+        EXPECT_EQ(document.blocks[i].style.language, 0U);
+        EXPECT_TRUE(document.blocks[i].style.features.isEmpty());
+    }
+}
+
+TEST(Document, WhatTheyCannotSayIsRefused) {
+    for (const char* line :
+         {"@ upside-down", "@ vertical yes", "@ size", "@ size 5", "@ size big", "@ language",
+          "@ language Romanian", "@ features", "@ features liga=0, liga=1", "@ features normal"}) {
+        EXPECT_THROW(parseDocument(std::string(line) + "\n\ntext", "it"), Failure) << line;
+    }
 }

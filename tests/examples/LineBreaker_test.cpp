@@ -19,7 +19,6 @@ std::vector<Box> boxesOf(std::string_view text) {
             continue;
         }
         Box box;
-        box.character = static_cast<char32_t>(c);
         box.advance = 100;
         box.blank = box.breakAfter = c == '_';
         boxes.push_back(box);

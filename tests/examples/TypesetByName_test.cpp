@@ -180,6 +180,19 @@ TEST_F(TypesetByName, OfTwoFontsTheOneThatLacksACharacterIsNamed) {
                              "typeset: Liberation Serif Bold has no glyph for U+0531 (1 time)\n");
 }
 
+TEST_F(TypesetByName, FurtherFamiliesSetWhatTheFirstLacksAlsoInHeadings) {
+    const std::string config =
+        configure(fontFolder(dejaVuFolder()) + fontFolder(liberationFolder()));
+    const ProcessResult result =
+        set({"--config", config, "--family", "Liberation Serif", "--family", "DejaVu Sans",
+             "--heading-family", "Liberation Serif"},
+            "# \xD4\xB1\n\n\xD4\xB1 a");
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output, AllOf(HasSubstr("\nFont             Liberation Serif ("),
+                                     HasSubstr("\nFurther font     DejaVu Sans (")));
+}
+
 TEST_F(TypesetByName, ARelativeConfigurationPathCountsFromTheCurrentFolder) {
     configure(fontFolder(dejaVuFolder()));
     const std::string command = "cd '" + folder.path().string() + "' && '" + KW_TYPESET +
@@ -283,4 +296,11 @@ TEST_F(TypesetByName, TheConfigurationOfTheDemoDoesWhatItSays) {
                                      HasSubstr("\nHeading font     Liberation Serif Bold (")));
     result = set({"--config", config, "--family", "DejaVu Sans Mono"});
     EXPECT_EQ(result.exitCode, 2) << result.describe();
+    result = set({"--config", config, "--family", "Shaping Text", "--family", "Shaping Arabic",
+                  "--family", "Shaping Japanese"},
+                 "a \xD8\xA8 \xE3\x81\x82");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output, AllOf(HasSubstr("\nFont             DejaVu Serif ("),
+                                     HasSubstr("\nFurther font     Amiri Regular ("),
+                                     HasSubstr("\nFurther font     IPAMincho (")));
 }

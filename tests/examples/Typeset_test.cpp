@@ -101,6 +101,9 @@ TEST_F(Typeset, WrongUsageIsExitCodeOneAndSaysWhatIsWrong) {
         {{"-o", pdf, "--size", "12pt", text}, "--size wants a number from 4 to 72, not '12pt'"},
         {{"-o", pdf, "--dpi", "-1", text}, "--dpi wants a number from 36 to 1200, not '-1'"},
         {{"-o", pdf, "--dpi", "99999999999", text}, "--dpi wants a number from 36 to 1200"},
+        {{"-o", pdf, "--features", "ligature=0", text}, "'ligature=0' is no list of features"},
+        {{"-o", pdf, "--features", "liga=0, liga=1", text}, "'liga=0, liga=1' is no list of"},
+        {{"-o", pdf, "--language", "Romanian", text}, "'Romanian' is no tag of a language"},
     };
     for (const auto& [arguments, message] : cases) {
         const ProcessResult result = run(arguments);
@@ -241,15 +244,41 @@ TEST_F(Typeset, EachMissingCharacterIsReportedOnceWithItsCount) {
                              "typeset: the font has no glyph for U+1F13F (1 time)\n");
 }
 
-TEST_F(Typeset, RightToLeftTextIsSetWithAWarning) {
-    const ProcessResult result = set("\xD7\x90\xD7\x91", font);
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.errors, HasSubstr("right-to-left text is set from left to right"));
+TEST_F(Typeset, FeaturesAndLanguageChangeWhatTheTextLooksLike) {
+    const std::filesystem::path serif = packagedFont("DejaVuSerif");
+    // f and i are glyphs beside glyph 0; the ligature is one.
+    EXPECT_THAT(set("fi", serif).output, HasSubstr("Glyphs used      2\n"));
+    EXPECT_THAT(set("fi", serif, {"--features", "liga=0"}).output,
+                HasSubstr("Glyphs used      3\n"));
+    EXPECT_THAT(set("@ features liga=1\nfi", serif, {"--features", "liga=0"}).output,
+                HasSubstr("Glyphs used      2\n"));
+    EXPECT_THAT(set("fi", serif, {"--language", "TRK"}).output, HasSubstr("Glyphs used      3\n"));
+    EXPECT_THAT(set("@ language TRK\nfi", serif).output, HasSubstr("Glyphs used      3\n"));
+}
+
+TEST_F(Typeset, FurtherFontsSetWhatTheOnesBeforeThemLack) {
+    const ProcessResult result = set("a \xE3\x81\x82 \xD8\xA8", packagedFont("DejaVuSerif"),
+                                     {"--png", folder.path("a.png"), "--whole-page"});
+    EXPECT_THAT(result.errors, HasSubstr("no glyph for U+3042"));
+    const ProcessResult all =
+        run({"--font", packagedFont("DejaVuSerif"), "--font", packagedFont("Amiri"), "--font",
+             packagedFont("IPAMincho"), "-o", pdf, folder.path("text.txt")});
+    EXPECT_EQ(all.exitCode, 0);
+    EXPECT_EQ(all.errors, "");
+    EXPECT_THAT(all.output, AllOf(HasSubstr("\nFont             DejaVu Serif"),
+                                  HasSubstr("\nFurther font     Amiri"),
+                                  HasSubstr("\nFurther font     IPAMincho")));
+}
+
+TEST_F(Typeset, WhatTheTextSaysOfItsSettingMustMakeSense) {
+    const ProcessResult result = set("@ size 9\n\ntext", font);
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.errors, HasSubstr("@ size wants a number from 0.5 to 4, not '9'"));
 }
 
 TEST_F(Typeset, ProgressShowsUpOnATerminalOnlyAndOnlyForLongTexts) {
     std::string text;
-    for (int i = 0; i < 20000; ++i)
+    for (int i = 0; i < 2000; ++i)
         text += "A paragraph of a long text, one of a great many.\n\n";
     const ProcessResult quiet = set(text, font);
     EXPECT_EQ(quiet.exitCode, 0);

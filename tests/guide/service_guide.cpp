@@ -187,6 +187,9 @@ TEST_F(GuideService, TheFoldersOfAConfigurationAreListed) {
     printFolders(KW_GUIDE_CONFIG);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "/usr/share/fonts/truetype/dejavu/\n"
                                                       "/usr/share/fonts/truetype/liberation2/\n"
+                                                      "/usr/share/fonts/opentype/"
+                                                      "fonts-hosny-amiri/\n"
+                                                      "/usr/share/fonts/opentype/ipafont-mincho/\n"
                                                       "and some fonts go by other names\n");
 }
 

@@ -33,6 +33,13 @@ void setSize(const FreeTypeFace& face, double size, unsigned dpi) {
         throw std::runtime_error("FreeType does not take the size");
 }
 
+std::vector<typeset::Span> spansOf(const std::vector<typeset::Line>& lines) {
+    std::vector<typeset::Span> spans;
+    for (const typeset::Line& line : lines)
+        spans.insert(spans.end(), line.spans.begin(), line.spans.end());
+    return spans;
+}
+
 } // namespace
 
 PagePicture::PagePicture(unsigned columns, unsigned rows)
@@ -116,13 +123,13 @@ PagePicture drawSmooth(const std::vector<typeset::Line>& lines, const Bytes& fon
                        unsigned width, unsigned height) {
     const FreeTypeFace face(font);
     PagePicture picture(width, height);
-    for (const typeset::Line& line : lines) {
-        setSize(face, line.size, dpi);
-        const bool large = line.size * dpi / 72 > 50;
-        for (const typeset::PlacedGlyph& glyph : line.glyphs) {
+    for (const typeset::Span& span : spansOf(lines)) {
+        setSize(face, span.size, dpi);
+        const bool large = span.size * dpi / 72 > 50;
+        for (const typeset::PlacedGlyph& glyph : span.glyphs) {
             const double x = glyph.x * dpi / 72;
             const long column = std::lround(std::floor(x));
-            const long row0 = std::lround(std::floor(line.baseline * dpi / 72));
+            const long row0 = std::lround(std::floor(glyph.y * dpi / 72));
             const long quarters = large ? 0 : std::lround(std::floor((x - std::floor(x)) * 4));
             if (FT_Load_Glyph(face.get(), glyph.gid, FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP) != 0)
                 throw std::runtime_error("FreeType does not load a glyph");
@@ -147,16 +154,15 @@ PagePicture drawMono(const std::vector<typeset::Line>& lines, const Bytes& font,
                      unsigned finer, unsigned width, unsigned height) {
     const FreeTypeFace face(font);
     PagePicture counts(width, height); // of fine pixels
-    for (const typeset::Line& line : lines) {
-        setSize(face, line.size, dpi * finer);
-        for (const typeset::PlacedGlyph& glyph : line.glyphs) {
+    for (const typeset::Span& span : spansOf(lines)) {
+        setSize(face, span.size, dpi * finer);
+        for (const typeset::PlacedGlyph& glyph : span.glyphs) {
             if (FT_Load_Glyph(face.get(), glyph.gid, FT_LOAD_NO_BITMAP) != 0 ||
                 FT_Render_Glyph(face->glyph, FT_RENDER_MODE_MONO) != 0)
                 throw std::runtime_error("FreeType does not draw a glyph");
             const FT_Bitmap& bitmap = face->glyph->bitmap;
             const long left = std::lround(glyph.x * dpi * finer / 72) + face->glyph->bitmap_left;
-            const long top =
-                std::lround(line.baseline * dpi * finer / 72) - face->glyph->bitmap_top;
+            const long top = std::lround(glyph.y * dpi * finer / 72) - face->glyph->bitmap_top;
             for (unsigned row = 0; row < bitmap.rows; ++row) {
                 for (unsigned col = 0; col < bitmap.width; ++col) {
                     const unsigned byte =

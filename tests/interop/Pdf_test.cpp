@@ -55,14 +55,14 @@ protected:
         return readPgm(file(name + ".pgm"));
     }
     static typeset::Layout layout() {
-        return typeset::layOut(typeset::readDocument(KW_SPECIMEN), {typeset::openFont(font())},
-                               kSize, true);
+        return typeset::layOut(typeset::readDocument(KW_SPECIMEN), {{typeset::openFont(font())}},
+                               {.size = kSize});
     }
     /// The lines that the picture shows: those of the upper half.
     static std::vector<typeset::Line> pictured(const typeset::Layout& layout) {
         std::vector<typeset::Line> lines;
         for (const typeset::Line& line : layout.pages[0].lines) {
-            if (line.baseline < layout.pageHeight / 2)
+            if (line.bottom < layout.pageHeight / 2)
                 lines.push_back(line);
         }
         return lines;
@@ -202,7 +202,7 @@ TEST_F(Pdf, ThePictureShowsWhatThePageShows) {
     const PagePicture picture = readPng(file("subset.png"));
     // The picture ends below its last line, before the next one begins. The page is drawn as fine
     // as the picture was.
-    const auto rows = static_cast<unsigned>((pictured(layout()).back().baseline + 4) * kDpi / 72);
+    const auto rows = static_cast<unsigned>((pictured(layout()).back().bottom + 4) * kDpi / 72);
     const PagePicture drawn = page("subset", 1, kDpi * kFiner).reduced(kFiner);
     const PagePicture expected = drawn.corner(picture.width, rows);
     const double found = difference(expected, picture.corner(picture.width, rows));

@@ -67,8 +67,8 @@ public:
         if (name == "Tf") {
             font_ = &fonts_.at(operands_.at(0).getName());
             font_->sizes.insert(operands_.at(1).getNumericValue());
-        } else if (name == "Td" && firstPage_) {
-            font_->baselines.push_back(operands_.at(1).getNumericValue());
+        } else if (name == "Tm" && firstPage_) {
+            font_->baselines.push_back(operands_.at(5).getNumericValue());
         } else if (name == "TJ") {
             for (QPDFObjectHandle part : operands_.at(0).getArrayAsVector()) {
                 if (part.isString())
