@@ -20,6 +20,9 @@ public:
     /// A number that no table has had before.
     static std::uint32_t newTableNumber();
 
+    /// A search among so few entries is as quick as remembering it.
+    static constexpr std::size_t kNotWorthIt = 16;
+
     /// What `search` answers for a glyph.
     /// @param place  where in the table the search begins; two kinds of search do not begin at one
     template <class Search>

@@ -24,6 +24,7 @@ public:
         return place < glyphs_.size() ? static_cast<int>(place) : -1;
     }
     GlyphDigest digest() const;
+    std::size_t entryCount() const { return glyphs_.size(); }
     std::size_t byteSize() const { return 4 + 2 * glyphs_.size(); }
 
 private:
@@ -40,6 +41,7 @@ public:
         return range ? range->value + gid - range->start : -1;
     }
     GlyphDigest digest() const;
+    std::size_t entryCount() const { return ranges_.size(); }
     std::size_t byteSize() const { return 4 + GlyphRangeList::kRecordSize * ranges_.size(); }
 
 private:
@@ -71,6 +73,12 @@ public:
         return list != nullptr ? list->coverageIndex(gid)
                                : std::get_if<TTI_CoverageFormat2>(&format_)->coverageIndex(gid);
     }
+    /// How many glyphs or ranges a search is among.
+    std::size_t entryCount() const {
+        const auto* list = std::get_if<TTI_CoverageFormat1>(&format_);
+        return list != nullptr ? list->entryCount()
+                               : std::get_if<TTI_CoverageFormat2>(&format_)->entryCount();
+    }
     /// A superset of the covered glyphs, made anew at each call.
     GlyphDigest digest() const;
     /// How many bytes the table has.
@@ -87,11 +95,12 @@ private:
 /// @param memo  remembers the answer; null searches anew
 inline int coverageIndexIn(KWCommonNS::ByteView table, unsigned short gid,
                            GlyphMemo* memo = nullptr) {
-    const auto search = [&] {
-        const auto coverage = TTI_Coverage::read(table);
-        return coverage ? coverage->coverageIndex(gid) : -1;
-    };
-    return memo != nullptr ? memo->answer(table.data(), gid, search) : search();
+    const auto coverage = TTI_Coverage::read(table);
+    if (!coverage)
+        return -1;
+    if (memo == nullptr || coverage->entryCount() <= GlyphMemo::kNotWorthIt)
+        return coverage->coverageIndex(gid);
+    return memo->answer(table.data(), gid, [&] { return coverage->coverageIndex(gid); });
 }
 
 /// The coverages of a run of glyphs, one for each, which a table names by their offsets.

@@ -99,6 +99,12 @@ void RunShaper::substitute(const Step& step) {
 }
 
 void RunShaper::readBack() {
+    // Most lookups put one glyph in the place of another.
+    if (out_.size() == run_.size() &&
+        std::ranges::all_of(out_.words(), [](int word) { return word == 1; })) {
+        std::swap(run_, out_);
+        return;
+    }
     std::swap(slots_, oldSlots_);
     slots_.clear();
     std::size_t from = 0; // in the run before
