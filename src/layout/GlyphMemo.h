@@ -20,6 +20,9 @@ public:
     /// A number that no table has had before.
     static std::uint32_t newTableNumber();
 
+    /// False when every answer is searched for.
+    bool remembers() const { return entries_ != nullptr; }
+
     /// A search among so few entries is as quick as remembering it.
     static constexpr std::size_t kNotWorthIt = 16;
 

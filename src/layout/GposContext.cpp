@@ -8,16 +8,20 @@
 
 namespace KWFontService_NS {
 
+unsigned int contextFlag(const TTI_Lookup& lookup, const std::vector<GlyphIDPosition>& positions,
+                         bool rtl) {
+    return rtl && GlyphPlacement::isStrict(positions.front()) ? lookup.flag : 0;
+}
+
 bool positionInContext(const TTI_SubTable& context, LayoutCall& call, const TTI_LookupList& lookups,
                        const TTI_Lookup& lookup, std::vector<GlyphIDPosition>& positions,
                        int& index, bool rtl) {
     const LayoutCall::Nesting nesting(call);
     if (!nesting)
         return false;
-    const bool strict = rtl && GlyphPlacement::isStrict(positions.front());
     TTI_LookupRecords records;
     const int count = context.matchContext(call, records, call.runOf(positions), index,
-                                           strict ? lookup.flag : 0, call.passedOver());
+                                           contextFlag(lookup, positions, rtl), call.passedOver());
     bool applied = false;
     for (int i = 0; i < count && call.spend(1); ++i) {
         const TTI_Lookup* nested =

@@ -10,6 +10,12 @@ class TTI_LookupList;
 class TTI_SubTable;
 struct TTI_Lookup;
 
+/// The lookup flag by which a context passes glyphs over: its lookup's where the run is set from
+/// right to left in strict mode, and otherwise none.
+/// @param positions  not empty
+unsigned int contextFlag(const TTI_Lookup& lookup, const std::vector<GlyphIDPosition>& positions,
+                         bool rtl);
+
 /// Positions by the lookups of the rule of `context` that matches at `index`. All of them
 /// deliberately work there, or where the one before has moved it, whatever glyph of the input they
 /// are for.

@@ -1,6 +1,9 @@
 #include "layout/GposEngine.h"
 
+#include "layout/GposContext.h"
 #include "layout/LayoutCall.h"
+#include "layout/RunWalk.h"
+#include "layout/SubTableFilter.h"
 #include "layout/TTI_LookupList.h"
 
 #include <KWFontService17/GlyphIDPosition.h>
@@ -15,10 +18,17 @@ bool positionAt(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Looku
     const unsigned short gid = positions[place].getGlyphID();
     if (!lookup.mayApply(gid))
         return false;
-    for (const TTI_SubTablePtr& subtable : lookup.subtables) {
-        if (!call.spend(1))
-            return false;
-        if (subtable && subtable->mayApply(gid) &&
+    SubTableFilter filter(lookup, call.memo());
+    if (SubTableFilter::isWorthIt(lookup, call.memo())) {
+        filter.startAt(gid);
+        RunWalk next(call, call.runOf(positions), contextFlag(lookup, positions, rtl), index,
+                     RunWalk::Direction::Forward);
+        if (next.next())
+            filter.followWith(next.gid());
+    }
+    for (std::size_t i = 0; i < lookup.subtables.size() && call.spend(1); ++i) {
+        const TTI_SubTablePtr& subtable = lookup.subtables[i];
+        if (filter.admits(i) && subtable && subtable->mayApply(gid) &&
             subtable->position(call, lookups, lookup, positions, index, rtl))
             return true;
     }

@@ -2,6 +2,8 @@
 
 #include "layout/GsubLookup.h"
 #include "layout/LayoutCall.h"
+#include "layout/RunWalk.h"
+#include "layout/SubTableFilter.h"
 #include "layout/TTI_ContextRules.h"
 #include "layout/TTI_LookupList.h"
 
@@ -67,10 +69,16 @@ int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& p
     std::vector<int> passed = std::exchange(spare_, {});
     TTI_LookupRecords records;
     int matched = 0;
-    for (const TTI_SubTablePtr& subtable : lookup.subtables) {
-        if (!call_.spend(1))
-            break;
-        if (!subtable || !subtable->mayApply(gid))
+    SubTableFilter filter(lookup, call_.memo());
+    if (SubTableFilter::isWorthIt(lookup, call_.memo())) {
+        filter.startAt(gid);
+        RunWalk next(call_, run, lookup.flag, position, RunWalk::Direction::Forward);
+        if (next.next())
+            filter.followWith(next.gid());
+    }
+    for (std::size_t i = 0; i < lookup.subtables.size() && call_.spend(1); ++i) {
+        const TTI_SubTablePtr& subtable = lookup.subtables[i];
+        if (!filter.admits(i) || !subtable || !subtable->mayApply(gid))
             continue;
         passed.clear();
         matched = subtable->matchContext(call_, records, run, position, lookup.flag, passed);

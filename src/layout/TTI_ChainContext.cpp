@@ -130,6 +130,19 @@ int TTI_ChainContextFormat3::matchContext(LayoutCall& call, TTI_LookupRecords& r
     return records.size() != 0 ? static_cast<int>(records.size()) : -1;
 }
 
+bool TTI_ChainContextFormat3::startsWith(unsigned short gid) const {
+    const TTI_CoverageList input = rule().input;
+    return input.size() == 0 || input.covers(0, gid);
+}
+
+bool TTI_ChainContextFormat3::mayGoOnWith(unsigned short gid) const {
+    const Rule context = rule();
+    if (context.input.size() > 1)
+        return context.input.covers(1, gid);
+    return context.input.size() == 0 || context.lookahead.size() == 0 ||
+           context.lookahead.covers(0, gid);
+}
+
 TTI_ChainContextFormat3::Rule TTI_ChainContextFormat3::rule() const {
     SequentialArrays arrays(table(), kFormat3Arrays);
     return readRule(table(), arrays);

@@ -58,6 +58,9 @@ public:
     bool read(LayoutBudget& budget);
 
     Rule rule() const;
+    bool isFilterable() const override { return true; }
+    bool startsWith(unsigned short gid) const override;
+    bool mayGoOnWith(unsigned short gid) const override;
     int matchContext(LayoutCall& call, TTI_LookupRecords& records, const GlyphIDArray& run,
                      int position, unsigned int lookupFlag,
                      std::vector<int>& skipped) const override;

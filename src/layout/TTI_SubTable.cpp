@@ -18,6 +18,18 @@ constexpr std::size_t kCoverageField = 2;
 
 TTI_SubTable::~TTI_SubTable() = default;
 
+bool TTI_SubTable::isFilterable() const {
+    return false;
+}
+
+bool TTI_SubTable::startsWith(unsigned short gid) const {
+    return mayApply(gid);
+}
+
+bool TTI_SubTable::mayGoOnWith(unsigned short) const {
+    return true;
+}
+
 unsigned short TTI_SubTable::substituteSingle(unsigned short) const {
     return FS_NO_GLYPH;
 }

@@ -86,6 +86,16 @@ public:
     bool mayApply(unsigned short gid) const { return digest_.mayHold(gid); }
     const GlyphDigest& digest() const { return digest_; }
 
+    // What a `SubTableFilter` asks.
+
+    /// True where the two questions below say more than `mayApply`.
+    virtual bool isFilterable() const;
+    /// False when the glyph is not covered.
+    virtual bool startsWith(unsigned short gid) const;
+    /// False when no operation can apply where this is the next glyph that the lookup flag does not
+    /// pass over.
+    virtual bool mayGoOnWith(unsigned short gid) const;
+
 protected:
     /// @param table  from the subtable's first byte to the end of the layout table
     explicit TTI_SubTable(KWCommonNS::ByteView table)
