@@ -28,6 +28,11 @@ const GlyphIDClassPair& ContextOutput::operator[](int index) const {
                           : (*run_)[next_ + index - made()];
 }
 
+std::size_t ContextOutput::movesFor(int index) const {
+    const int unmade = index < head() ? head() - index : index - head() + 1 - made();
+    return static_cast<std::size_t>(made() + std::max(unmade, 0));
+}
+
 std::optional<std::size_t> ContextOutput::make(int index) {
     if (index < 0 || index >= size())
         return std::nullopt;
@@ -35,8 +40,10 @@ std::optional<std::size_t> ContextOutput::make(int index) {
         made_.insert(made_.begin(), run_->begin() + headStart_ + index, run_->begin() + headEnd_);
         headEnd_ = headStart_ + index;
     }
-    while (made() <= index - head())
-        made_.push_back((*run_)[next_++]);
+    if (const int missing = index - head() + 1 - made(); missing > 0) {
+        made_.insert(made_.end(), run_->begin() + next_, run_->begin() + next_ + missing);
+        next_ += missing;
+    }
     return static_cast<std::size_t>(index - head());
 }
 
@@ -93,14 +100,17 @@ int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& p
         int furthest = start;
         for (std::size_t i = 0; i < records.size(); ++i) {
             const TTI_LookupRecord record = records[i];
-            int at = start + record.sequenceIndex;
+            const int first = start + record.sequenceIndex;
+            int at = first;
             for (const int index : passed) {
                 if (index > at)
                     break;
                 ++at;
             }
+            if (!call_.spendReads(static_cast<std::size_t>(at - first)))
+                break;
             const TTI_Lookup* nested = lookups_.find(record.lookupListIndex);
-            if (nested == nullptr || at >= run.size() || !call_.spend(1))
+            if (nested == nullptr || at >= run.size())
                 continue;
             int end = at;
             const int count = applyNested(*nested, run, end, skipped);
@@ -140,7 +150,7 @@ int GsubContext::applyNested(const TTI_Lookup& lookup, const GlyphIDArray& run, 
 }
 
 int GsubContext::replace(unsigned short gid, int& position) {
-    if (gid == FS_NO_GLYPH)
+    if (gid == FS_NO_GLYPH || !call_.spendMoves(output_.movesFor(position)))
         return 0;
     output_.set(position++, call_.glyph(gid));
     return 1;
@@ -150,7 +160,9 @@ int GsubContext::replaceBySequence(const TTI_Lookup& lookup, const GlyphIDArray&
                                    int& position) {
     const auto sequence = findSequence(call_, lookup, run[position].getGlyphID());
     // Of an empty sequence nothing could be counted, so that the glyph would stay in the run.
-    if (!sequence || sequence->empty() || !call_.spend(sequence->size()))
+    if (!sequence || sequence->empty() ||
+        !call_.mayGrowTo(static_cast<std::size_t>(output_.size()) + sequence->size()) ||
+        !call_.spend(sequence->size()) || !call_.spendMoves(output_.movesFor(position)))
         return 0;
     sequence_.clear();
     for (const std::uint16_t gid : *sequence)
@@ -165,7 +177,8 @@ int GsubContext::replaceByLigature(const TTI_Lookup& lookup, const GlyphIDArray&
                                    std::vector<int>& skipped) {
     const int first = position;
     const unsigned short ligature = findLigature(call_, lookup, run, position, skipped);
-    if (ligature == FS_NO_GLYPH)
+    // The way to the last component is paid for.
+    if (ligature == FS_NO_GLYPH || !call_.spendMoves(output_.movesFor(first)))
         return 0;
     output_.set(first, call_.glyph(ligature));
     for (int i = first + 1; i < position; ++i)

@@ -24,6 +24,8 @@ public:
     int size() const { return head() + made() + rest(); }
     /// @param index  from 0 to below `size()`
     const GlyphIDClassPair& operator[](int index) const;
+    /// How many glyphs writing at `index`, or inserting behind it, makes and moves at most.
+    std::size_t movesFor(int index) const;
     /// Does nothing for an index past the end.
     void set(int index, const GlyphIDClassPair& glyph);
     /// Inserts behind the glyph at `index`; does nothing for an index past the end.

@@ -88,8 +88,7 @@ public:
         if (words_.empty())
             addWord(ownerless_, word);
         else
-            addWord(words_[place(ownerAtOrBefore(words_, static_cast<int>(words_.size()) - 1))],
-                    word);
+            addWord(words_[owner_], word);
     }
     /// Takes over the rest and gives all to the old run.
     void finish() {
@@ -104,6 +103,8 @@ private:
         glyphs_.push_back(glyph);
         words_.push_back(word);
         addWord(words_.back(), std::exchange(ownerless_, 0));
+        if (words_.back() != 0)
+            owner_ = words_.size() - 1;
     }
 
     SubstitutedRun run_;
@@ -111,6 +112,8 @@ private:
     int taken_ = 0;
     GlyphIDArray glyphs_;
     std::vector<int> words_;
+    /// The last glyph that stands for something, or the first one.
+    std::size_t owner_ = 0;
     int ownerless_ = 0;
 };
 
@@ -325,7 +328,9 @@ void GsubEngine::writeOutput(GlyphIDArray& glyphs, int at, int end, int count) {
     glyphs.erase(at + replaced, end);
     for (int k = replaced; k < count; ++k)
         glyphs.push_back(output_[place(k)]);
-    std::rotate(glyphs.begin() + at + replaced, glyphs.end() - (count - replaced), glyphs.end());
+    std::move_backward(glyphs.begin() + at + replaced, glyphs.end() - (count - replaced),
+                       glyphs.end());
+    std::copy(output_.begin() + replaced, output_.end(), glyphs.begin() + at + replaced);
 }
 
 GsubEngine::Hit GsubEngine::substituteAt(const TTI_Lookup& lookup, const GlyphIDArray& run,
