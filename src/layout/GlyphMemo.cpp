@@ -11,7 +11,7 @@ GlyphMemo::GlyphMemo(std::uint32_t tableNumber)
 
 std::uint32_t GlyphMemo::newTableNumber() {
     static std::atomic<std::uint32_t> last = 0;
-    return ++last;
+    return last += 4;
 }
 
 GlyphMemo::Entry* GlyphMemo::entriesOfThread() {

@@ -17,7 +17,7 @@ public:
     ///                     from `newTableNumber`
     explicit GlyphMemo(std::uint32_t tableNumber);
 
-    /// A number that no table has had before.
+    /// A number that no table has had before; a multiple of four, which leaves room for the kind.
     static std::uint32_t newTableNumber();
 
     /// False when every answer is searched for.
@@ -26,10 +26,14 @@ public:
     /// A search among so few entries is as quick as remembering it.
     static constexpr std::size_t kNotWorthIt = 16;
 
+    /// What is searched. One place may be read as either of the first two, by a font that lies or
+    /// that has two equal tables but once; the others are questions to a whole lookup.
+    enum class Kind : std::uint32_t { Coverage, ClassDef, LookupStart, LookupNext };
+
     /// What `search` answers for a glyph.
-    /// @param place  where in the table the search begins; two kinds of search do not begin at one
+    /// @param place  where in the table the search begins
     template <class Search>
-    int answer(const std::uint8_t* place, unsigned short gid, Search search) {
+    int answer(Kind kind, const std::uint8_t* place, unsigned short gid, Search search) {
         if (entries_ == nullptr)
             return search();
         const std::uint64_t address = reinterpret_cast<std::uintptr_t>(place);
@@ -37,8 +41,9 @@ public:
         const std::uint64_t key = address << 16 | gid;
         // The glyphs of one search, which often follow each other, get entries of their own.
         Entry& entry = entries_[((address * kSpread >> 40) + gid) % kEntries];
-        if (entry.key != key || entry.tableNumber != tableNumber_)
-            entry = {.key = key, .tableNumber = tableNumber_, .answer = search()};
+        const std::uint32_t tableAndKind = tableNumber_ + static_cast<std::uint32_t>(kind);
+        if (entry.key != key || entry.tableAndKind != tableAndKind)
+            entry = {.key = key, .tableAndKind = tableAndKind, .answer = search()};
         return entry.answer;
     }
 
@@ -48,7 +53,7 @@ private:
 
     struct Entry {
         std::uint64_t key = 0;
-        std::uint32_t tableNumber = 0; // 0 where nothing is remembered yet
+        std::uint32_t tableAndKind = 0; // 0 where nothing is remembered yet
         std::int32_t answer = 0;
     };
 

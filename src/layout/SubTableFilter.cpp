@@ -1,19 +1,10 @@
 #include "layout/SubTableFilter.h"
 
-#include "layout/GlyphMemo.h"
 #include "layout/TTI_LookupList.h"
 
 #include <algorithm>
 
 namespace KWFontService_NS {
-
-namespace {
-
-const std::uint8_t* addressOf(const void* object) {
-    return static_cast<const std::uint8_t*>(object);
-}
-
-} // namespace
 
 bool SubTableFilter::isWorthIt(const TTI_Lookup& lookup, const GlyphMemo& memo) {
     constexpr std::size_t kFew = 2;
@@ -28,29 +19,27 @@ SubTableFilter::SubTableFilter(const TTI_Lookup& lookup, GlyphMemo& memo)
       groups_(std::min(size_, kGroups)) {}
 
 template <class Admits>
-std::uint32_t SubTableFilter::groupsOf(Admits admits) const {
-    std::uint32_t found = 0;
-    for (std::size_t i = 0; i < size_; ++i) {
-        const TTI_SubTable* subtable = lookup_.subtables[i].get();
-        if (subtable != nullptr && admits(*subtable))
-            found |= std::uint32_t{1} << groupOf(i);
-    }
-    return found;
+void SubTableFilter::rule(GlyphMemo::Kind kind, unsigned short gid, Admits admits) {
+    const auto* place = reinterpret_cast<const std::uint8_t*>(&lookup_);
+    candidates_ &= static_cast<std::uint32_t>(memo_.answer(kind, place, gid, [&] {
+        std::uint32_t admitted = 0;
+        for (std::size_t i = 0; i < size_; ++i) {
+            const TTI_SubTable* subtable = lookup_.subtables[i].get();
+            if (subtable != nullptr && admits(*subtable))
+                admitted |= std::uint32_t{1} << groupOf(i);
+        }
+        return static_cast<int>(admitted);
+    }));
 }
 
 void SubTableFilter::startAt(unsigned short gid) {
-    candidates_ &=
-        static_cast<std::uint32_t>(memo_.answer(addressOf(lookup_.subtables.data()), gid, [&] {
-            return static_cast<int>(
-                groupsOf([gid](const TTI_SubTable& subtable) { return subtable.startsWith(gid); }));
-        }));
+    rule(GlyphMemo::Kind::LookupStart, gid,
+         [gid](const TTI_SubTable& subtable) { return subtable.startsWith(gid); });
 }
 
 void SubTableFilter::followWith(unsigned short gid) {
-    candidates_ &= static_cast<std::uint32_t>(memo_.answer(addressOf(&lookup_), gid, [&] {
-        return static_cast<int>(
-            groupsOf([gid](const TTI_SubTable& subtable) { return subtable.mayGoOnWith(gid); }));
-    }));
+    rule(GlyphMemo::Kind::LookupNext, gid,
+         [gid](const TTI_SubTable& subtable) { return subtable.mayGoOnWith(gid); });
 }
 
 } // namespace KWFontService_NS

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "layout/GlyphMemo.h"
+
 #include <cstddef>
 #include <cstdint>
 
 namespace KWFontService_NS {
 
-class GlyphMemo;
 struct TTI_Lookup;
 
 /// Which subtables of a lookup are worth asking at a place. Fonts for Arabic have lookups of fifty
@@ -35,9 +36,9 @@ private:
     static constexpr std::size_t kGroups = 32;
 
     std::size_t groupOf(std::size_t index) const { return index * groups_ / size_; }
-    /// The groups that have a subtable of which `admits` is true.
+    /// Rules out the groups without a subtable of which `admits` is true.
     template <class Admits>
-    std::uint32_t groupsOf(Admits admits) const;
+    void rule(GlyphMemo::Kind kind, unsigned short gid, Admits admits);
 
     const TTI_Lookup& lookup_;
     GlyphMemo& memo_;

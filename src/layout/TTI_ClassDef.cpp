@@ -40,7 +40,8 @@ int classByDefinition(ByteView base, std::size_t field, unsigned short gid, Glyp
         const auto definition = TTI_ClassDef::read(table);
         return definition ? definition->classOf(gid) : -1;
     };
-    return memo != nullptr ? memo->answer(table.data(), gid, search) : search();
+    return memo != nullptr ? memo->answer(GlyphMemo::Kind::ClassDef, table.data(), gid, search)
+                           : search();
 }
 
 } // namespace KWFontService_NS

@@ -100,7 +100,8 @@ inline int coverageIndexIn(KWCommonNS::ByteView table, unsigned short gid,
         return -1;
     if (memo == nullptr || coverage->entryCount() <= GlyphMemo::kNotWorthIt)
         return coverage->coverageIndex(gid);
-    return memo->answer(table.data(), gid, [&] { return coverage->coverageIndex(gid); });
+    return memo->answer(GlyphMemo::Kind::Coverage, table.data(), gid,
+                        [&] { return coverage->coverageIndex(gid); });
 }
 
 /// The coverages of a run of glyphs, one for each, which a table names by their offsets.

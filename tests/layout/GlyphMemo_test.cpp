@@ -1,44 +1,54 @@
 #include "layout/GlyphMemo.h"
 
+#include "layout/GposFixture.h"
+#include "layout/TTI_ClassDef.h"
+#include "layout/TTI_Coverage.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdint>
 #include <thread>
 
 namespace KWFontService_NS {
 namespace {
 
-/// Counts the searches that a memo has made.
-struct Searches {
-    int operator()() {
-        ++count;
-        return 40 + count;
-    }
-    int count = 0;
-};
+using namespace KWTest;
+using Kind = GlyphMemo::Kind;
 
-TEST(GlyphMemo, SearchesOnceForAGlyphOfAPlace) {
-    const std::array<std::uint8_t, 2> places{};
+constexpr std::uint8_t kPlaces[2] = {};
+
+TEST(GlyphMemo, AsksOnceForAGlyphAtAPlace) {
     GlyphMemo memo(GlyphMemo::newTableNumber());
-    Searches searches;
-    const auto ask = [&](std::size_t place, unsigned short gid) {
-        return memo.answer(&places[place], gid, [&] { return searches(); });
-    };
-    EXPECT_EQ(ask(0, 7), 41);
-    EXPECT_EQ(ask(0, 7), 41);
-    EXPECT_EQ(ask(0, 8), 42);
-    EXPECT_EQ(ask(1, 7), 43);
-    EXPECT_EQ(ask(0, 7), 41);
+    int asked = 0;
+    const auto search = [&asked] { return ++asked; };
+    EXPECT_EQ(memo.answer(Kind::Coverage, kPlaces, 5, search), 1);
+    EXPECT_EQ(memo.answer(Kind::Coverage, kPlaces, 5, search), 1);
+    EXPECT_EQ(memo.answer(Kind::Coverage, kPlaces, 6, search), 2) << "another glyph";
+    EXPECT_EQ(memo.answer(Kind::Coverage, kPlaces + 1, 5, search), 3) << "another place";
 }
 
-TEST(GlyphMemo, ATableOfAnotherNumberHasAnswersOfItsOwn) {
-    const std::uint8_t place = 0;
-    GlyphMemo gone(GlyphMemo::newTableNumber());
-    GlyphMemo atItsPlace(GlyphMemo::newTableNumber());
-    EXPECT_EQ(gone.answer(&place, 7, [] { return 1; }), 1);
-    EXPECT_EQ(atItsPlace.answer(&place, 7, [] { return 2; }), 2);
-    EXPECT_EQ(gone.answer(&place, 7, [] { return 3; }), 3) << "driven out";
+TEST(GlyphMemo, KnowsWhatItRememberedInAnEarlierCallAboutTheSameTable) {
+    const std::uint32_t number = GlyphMemo::newTableNumber();
+    EXPECT_EQ(GlyphMemo(number).answer(Kind::Coverage, kPlaces, 5, [] { return 1; }), 1);
+    EXPECT_EQ(GlyphMemo(number).answer(Kind::Coverage, kPlaces, 5, [] { return 2; }), 1);
+}
+
+TEST(GlyphMemo, ATableAtThePlaceOfOneThatIsGoneIsAnother) {
+    GlyphMemo before(GlyphMemo::newTableNumber());
+    GlyphMemo after(GlyphMemo::newTableNumber());
+    EXPECT_EQ(before.answer(Kind::Coverage, kPlaces, 5, [] { return 1; }), 1);
+    EXPECT_EQ(after.answer(Kind::Coverage, kPlaces, 5, [] { return 2; }), 2);
+    EXPECT_EQ(after.answer(Kind::ClassDef, kPlaces, 5, [] { return 3; }), 3);
+    EXPECT_EQ(before.answer(Kind::ClassDef, kPlaces, 5, [] { return 4; }), 4);
+}
+
+TEST(GlyphMemo, WithoutATableItRemembersNothing) {
+    GlyphMemo memo;
+    int asked = 0;
+    const auto search = [&asked] { return ++asked; };
+    memo.answer(Kind::Coverage, kPlaces, 5, search);
+    EXPECT_EQ(memo.answer(Kind::Coverage, kPlaces, 5, search), 2);
+    EXPECT_FALSE(memo.remembers());
 }
 
 TEST(GlyphMemo, ManyAnswersDriveEachOtherOutAndNoneIsMixedUp) {
@@ -48,30 +58,38 @@ TEST(GlyphMemo, ManyAnswersDriveEachOtherOutAndNoneIsMixedUp) {
         for (std::size_t place = 0; place < places.size(); ++place) {
             for (int gid = 0; gid < 500; ++gid) {
                 const int wanted = static_cast<int>(place) * 1000 + gid;
-                ASSERT_EQ(memo.answer(&places[place], static_cast<unsigned short>(gid),
-                                      [&] { return wanted; }),
+                ASSERT_EQ(memo.answer(Kind::Coverage, &places[place],
+                                      static_cast<unsigned short>(gid), [&] { return wanted; }),
                           wanted);
             }
         }
     }
 }
 
-TEST(GlyphMemo, WithoutATableNothingIsRemembered) {
-    const std::uint8_t place = 0;
-    GlyphMemo memo;
-    EXPECT_FALSE(memo.remembers());
-    EXPECT_EQ(memo.answer(&place, 7, [] { return 1; }), 1);
-    EXPECT_EQ(memo.answer(&place, 7, [] { return 2; }), 2);
-}
-
 TEST(GlyphMemo, ThreadsRememberApart) {
     const std::uint8_t place = 0;
     const std::uint32_t number = GlyphMemo::newTableNumber();
-    EXPECT_EQ(GlyphMemo(number).answer(&place, 7, [] { return 1; }), 1);
+    EXPECT_EQ(GlyphMemo(number).answer(Kind::Coverage, &place, 7, [] { return 1; }), 1);
     int elsewhere = 0;
-    std::thread([&] { elsewhere = GlyphMemo(number).answer(&place, 7, [] { return 2; }); }).join();
+    std::thread([&] {
+        elsewhere = GlyphMemo(number).answer(Kind::Coverage, &place, 7, [] { return 2; });
+    }).join();
     EXPECT_EQ(elsewhere, 2);
-    EXPECT_EQ(GlyphMemo(number).answer(&place, 7, [] { return 3; }), 1);
+    EXPECT_EQ(GlyphMemo(number).answer(Kind::Coverage, &place, 7, [] { return 3; }), 1);
+}
+
+// Both have the same layout in format 2, and a writer that stores equal bytes once may share them.
+TEST(GlyphMemo, ACoverageAndAClassDefinitionMayBeOneTable) {
+    const Bytes bytes = Bytes().u16(2).bytes(Bytes().u16(2).u16(1).u16s({10, 20, 7}));
+    const KWCommonNS::ByteView base = viewOf(bytes);
+    for (const bool coverageFirst : {false, true}) {
+        GlyphMemo memo(GlyphMemo::newTableNumber());
+        if (coverageFirst) {
+            EXPECT_EQ(coverageIndexIn(base.from(2), 12, &memo), 9);
+        }
+        EXPECT_EQ(classByDefinition(base, 0, 12, &memo), 7);
+        EXPECT_EQ(coverageIndexIn(base.from(2), 12, &memo), 9);
+    }
 }
 
 } // namespace
