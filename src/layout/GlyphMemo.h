@@ -39,9 +39,11 @@ public:
         const std::uint64_t address = reinterpret_cast<std::uintptr_t>(place);
         // Of an address the upper 16 bits are the same everywhere.
         const std::uint64_t key = address << 16 | gid;
-        // The glyphs of one search, which often follow each other, get entries of their own.
-        Entry& entry = entries_[((address * kSpread >> 40) + gid) % kEntries];
-        const std::uint32_t tableAndKind = tableNumber_ + static_cast<std::uint32_t>(kind);
+        const auto which = static_cast<std::uint32_t>(kind);
+        // The glyphs of one search, which often follow each other, get entries of their own, and
+        // so do the two questions to a lookup.
+        Entry& entry = entries_[(((address + which) * kSpread >> 40) + gid) % kEntries];
+        const std::uint32_t tableAndKind = tableNumber_ + which;
         if (entry.key != key || entry.tableAndKind != tableAndKind)
             entry = {.key = key, .tableAndKind = tableAndKind, .answer = search()};
         return entry.answer;
