@@ -6,6 +6,7 @@
 
 #include <KWFontService17/GlyphIDArray.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace KWFontService_NS {
@@ -63,13 +64,23 @@ bool matches(const U16List& wanted, RunWalk& walk, NumberOf numberOf, Passed pas
     return true;
 }
 
-/// Lists a glyph that a rule passed over. What one rule lists stays for the next, and the price
-/// keeps a hostile set of rules from listing a long run thousands of times.
-inline void listPassed(LayoutCall& call, std::vector<int>& passed, int index) {
-    constexpr std::size_t kPrice = 16;
-    if (call.spend(kPrice))
-        passed.push_back(index);
-}
+/// Lists the glyphs that the rules of a context pass over, those of rules that do not match in the
+/// end among them. A record counts past none beyond as many as the run has, wherever it starts, so
+/// that no more are listed.
+class PassedList {
+public:
+    PassedList(std::vector<int>& list, const GlyphIDArray& run)
+        : list_(list), most_(static_cast<std::size_t>(run.size())) {}
+
+    void operator()(int index) const {
+        if (list_.size() < most_)
+            list_.push_back(index);
+    }
+
+private:
+    std::vector<int>& list_;
+    std::size_t most_;
+};
 
 /// True when the next glyphs of a walk are covered, one by each coverage.
 /// @param first  the coverage to begin with

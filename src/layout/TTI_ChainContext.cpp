@@ -66,6 +66,7 @@ int TTI_ChainContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& r
     const auto nothing = [](int) {};
     const TTI_ChainContextRuleSet rules = ruleSets()[inputClassOf(gid, memo)];
     skipped.clear();
+    const PassedList passed(skipped, run);
     for (std::size_t i = 0; i < rules.size() && call.spend(1); ++i) {
         const auto rule = rules[i];
         if (!rule)
@@ -77,7 +78,7 @@ int TTI_ChainContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& r
         // What a rule passed over deliberately stays listed when the rule does not match.
         if (!matches(
                 rule->input, input, [&](unsigned short next) { return inputClassOf(next, memo); },
-                [&](int index) { listPassed(call, skipped, index); }) ||
+                passed) ||
             !matches(
                 rule->backtrack, back,
                 [&](unsigned short next) { return backtrackClassOf(next, memo); }, nothing) ||

@@ -84,6 +84,7 @@ int TTI_ContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& record
         return 0;
     const int firstClass = classOf(gid, memo);
     skipped.clear();
+    const PassedList passed(skipped, run);
     RunWalk second(call, run, lookupFlag, position, RunWalk::Direction::Forward);
     if (!second.next())
         return 0;
@@ -97,10 +98,9 @@ int TTI_ContextFormat2::matchContext(LayoutCall& call, TTI_LookupRecords& record
             return 0;
         RunWalk walk(call, run, lookupFlag, position, RunWalk::Direction::Forward);
         // What a rule passed over deliberately stays listed when the rule does not match.
-        if (!rule ||
-            !matches(
-                rule->input, walk, [&](unsigned short next) { return classOf(next, memo); },
-                [&](int index) { listPassed(call, skipped, index); }))
+        if (!rule || !matches(
+                         rule->input, walk,
+                         [&](unsigned short next) { return classOf(next, memo); }, passed))
             continue;
         records = rule->records;
         return static_cast<int>(records.size());
