@@ -86,6 +86,23 @@ TEST(Coverage, ItsDigestHoldsEveryGlyphThatASearchComesTo) {
     }
 }
 
+// The middle is rounded down and the first hit counts; other searches would find other glyphs.
+TEST(Coverage, ASearchOutOfOrderComesToStatedPlaces) {
+    const auto list = read(Bytes().u16(1).u16(5).u16s({50, 7, 9, 9, 9}));
+    EXPECT_EQ(list->coverageIndex(9), 2) << "the middle of five, though there are two more";
+    EXPECT_EQ(list->coverageIndex(7), 1);
+    EXPECT_EQ(list->coverageIndex(50), -1) << "in the half that is not looked at";
+    const auto pair = read(Bytes().u16(1).u16(3).u16s({5, 3, 9}));
+    EXPECT_EQ(pair->coverageIndex(5), -1);
+    EXPECT_EQ(pair->coverageIndex(3), 1);
+    const auto ranges = read(Bytes().u16(2).u16(3).u16s({1, 30, 0, 10, 20, 100, 15, 40, 200}));
+    EXPECT_EQ(ranges->coverageIndex(15), 105) << "of three that hold it the middle one";
+    EXPECT_EQ(ranges->coverageIndex(25), 210);
+    EXPECT_EQ(ranges->coverageIndex(9), 8);
+    EXPECT_EQ(read(Bytes().u16(2).u16(3).u16s({9, 9, 1, 30, 5, 0, 50, 60, 2}))->coverageIndex(9), 1)
+        << "a range that ends before it starts lies behind what is below its start";
+}
+
 TEST(Coverage, AListAnswersForEachOfItsCoverages) {
     const Bytes bytes = OffsetTable()
                             .offsets({coverageTable({1, 2}), coverageTable({2}, 2), Bytes()})
