@@ -24,8 +24,8 @@ public:
         bytes_.assign(source.data(), source.data() + size);
         table_ = Table::read(KWCommonNS::ByteView(bytes_.data(), bytes_.size()));
     }
-    KeptTable(KeptTable&&) = default;
-    KeptTable& operator=(KeptTable&&) = default;
+    KeptTable(KeptTable&&) noexcept = default;
+    KeptTable& operator=(KeptTable&&) noexcept = default;
 
     explicit operator bool() const { return table_.has_value(); }
     const Table* operator->() const { return &*table_; }

@@ -129,7 +129,7 @@ private:
                 continue;
             const TTI_Feature& feature = features_[index];
             // What is kept is more than the bytes that are read for it.
-            if (!budget_.spend(sizeof(TTI_Feature*) +
+            if (!budget_.spend(sizeof(void*) +
                                sizeof(TTI_LangSys::OrderedLookup) * feature.lookupIndices.size()))
                 return false;
             list_.features_.push_back(&feature);

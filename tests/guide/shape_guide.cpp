@@ -170,7 +170,9 @@ TEST_F(GuideShape, FromRightToLeftTheLastGlyphIsTheLeftmost) {
 }
 
 TEST_F(GuideShape, AScriptThatTheFontLacksFallsBack) {
-    EXPECT_EQ(font.getGSUBGPOSInfo(toTAG(u"none"), 0) == nullptr, false);
+    const Layout none(font.getGSUBGPOSInfo(toTAG(u"none"), 0));
+    EXPECT_FALSE(FS_FontInfo::hasGSUBInfo(none.get()));
+    EXPECT_FALSE(FS_FontInfo::hasGPOSInfo(none.get()));
     const Layout layout = layoutOf(font, u"none", UnicodeString());
     ASSERT_NE(layout, nullptr);
     EXPECT_TRUE(FS_FontInfo::hasGPOSInfo(layout.get()));
