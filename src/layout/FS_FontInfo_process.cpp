@@ -35,6 +35,13 @@ std::vector<int> maskOf(const GlyphIDArray2& run) {
     return mask;
 }
 
+/// False when a lookup starts at no glyph of a run, which is all that most lookups come to.
+bool mayStartIn(const TTI_Lookup& lookup, const GlyphIDArray& run) {
+    const GlyphDigest::Probe probe(lookup.digest);
+    return std::ranges::any_of(
+        run, [&](const GlyphIDClassPair& glyph) { return probe.mayHold(glyph.getGlyphID()); });
+}
+
 /// Applies the lookups of a feature at one position.
 bool positionByFeature(LayoutCall& call, const FS_GSUBGPOSInfo& info, const TTI_Feature& feature,
                        std::vector<GlyphIDPosition>& positions, int index, bool rtl) {
@@ -86,13 +93,16 @@ bool FS_FontInfo::processGSUB3(const FS_GSUBGPOSInfo* info, int index, const Gly
     const int lookupIndex = info != nullptr ? lookupIndexAt(info->gsubLangSys, index) : -1;
     if (lookupIndex < 0)
         return false;
-    std::vector<int> mask = maskOf(in);
+    const TTI_LookupList& lookups = info->gsubTable->lookups();
+    const TTI_Lookup* lookup = lookups.find(static_cast<std::size_t>(lookupIndex));
+    const bool mayStart = lookup != nullptr && mayStartIn(*lookup, in.glyphs());
+    std::vector<int> mask;
+    if (mayStart)
+        mask = maskOf(in);
     if (&out != &in)
         out.glyphs() = in.glyphs();
     out.words().assign(static_cast<std::size_t>(out.size()), 1);
-    const TTI_LookupList& lookups = info->gsubTable->lookups();
-    const TTI_Lookup* lookup = lookups.find(static_cast<std::size_t>(lookupIndex));
-    if (lookup == nullptr)
+    if (!mayStart)
         return false;
     LayoutCall call(*info->gdef, static_cast<std::size_t>(out.size()), info->gsubTable->memo());
     return GsubEngine(call, lookups)

@@ -26,9 +26,10 @@ bool positionAt(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Looku
         if (next.next())
             filter.followWith(next.gid());
     }
-    for (std::size_t i = 0; i < lookup.subtables.size() && call.spend(1); ++i) {
+    const std::size_t size = lookup.subtables.size();
+    for (std::size_t i = filter.next(); i < size && call.spend(1); i = filter.next()) {
         const TTI_SubTablePtr& subtable = lookup.subtables[i];
-        if (filter.admits(i) && subtable && subtable->mayApply(gid) &&
+        if (subtable && subtable->mayApply(gid) &&
             subtable->position(call, lookups, lookup, positions, index, rtl))
             return true;
     }

@@ -83,9 +83,10 @@ int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& p
         if (next.next())
             filter.followWith(next.gid());
     }
-    for (std::size_t i = 0; i < lookup.subtables.size() && call_.spend(1); ++i) {
+    const std::size_t size = lookup.subtables.size();
+    for (std::size_t i = filter.next(); i < size && call_.spend(1); i = filter.next()) {
         const TTI_SubTablePtr& subtable = lookup.subtables[i];
-        if (!filter.admits(i) || !subtable || !subtable->mayApply(gid))
+        if (!subtable || !subtable->mayApply(gid))
             continue;
         passed.clear();
         matched = subtable->matchContext(call_, records, run, position, lookup.flag, passed);

@@ -2,8 +2,6 @@
 
 #include "layout/TTI_LookupList.h"
 
-#include <algorithm>
-
 namespace KWFontService_NS {
 
 bool SubTableFilter::isWorthIt(const TTI_Lookup& lookup, const GlyphMemo& memo) {
@@ -16,7 +14,7 @@ bool SubTableFilter::isWorthIt(const TTI_Lookup& lookup, const GlyphMemo& memo) 
 
 SubTableFilter::SubTableFilter(const TTI_Lookup& lookup, GlyphMemo& memo)
     : lookup_(lookup), memo_(memo), size_(lookup.subtables.size()),
-      groups_(std::min(size_, kGroups)) {}
+      groupSize_((size_ + kGroups - 1) / kGroups) {}
 
 template <class Admits>
 void SubTableFilter::rule(GlyphMemo::Kind kind, unsigned short gid, Admits admits) {
@@ -26,7 +24,7 @@ void SubTableFilter::rule(GlyphMemo::Kind kind, unsigned short gid, Admits admit
         for (std::size_t i = 0; i < size_; ++i) {
             const TTI_SubTable* subtable = lookup_.subtables[i].get();
             if (subtable != nullptr && admits(*subtable))
-                admitted |= std::uint32_t{1} << groupOf(i);
+                admitted |= std::uint32_t{1} << i / groupSize_;
         }
         return static_cast<int>(admitted);
     }));

@@ -2,6 +2,8 @@
 
 #include "layout/GlyphMemo.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -28,14 +30,24 @@ public:
     /// flag does not pass over.
     void followWith(unsigned short gid);
 
-    /// True when the subtable of an index is not ruled out.
-    bool admits(std::size_t index) const { return (candidates_ >> groupOf(index) & 1U) != 0; }
+    /// Index of the next subtable that is not ruled out, in order; the number of subtables when
+    /// there is none left.
+    std::size_t next() {
+        if (index_ < groupEnd_)
+            return index_++;
+        if (candidates_ == 0)
+            return size_;
+        const auto group = static_cast<std::size_t>(std::countr_zero(candidates_));
+        index_ = std::min(group * groupSize_, size_);
+        groupEnd_ = std::min(index_ + groupSize_, size_);
+        candidates_ &= candidates_ - 1;
+        return index_ == size_ ? size_ : index_++;
+    }
 
 private:
     /// Subtables share the bits of a remembered answer, neighbours first.
     static constexpr std::size_t kGroups = 32;
 
-    std::size_t groupOf(std::size_t index) const { return index * groups_ / size_; }
     /// Rules out the groups without a subtable of which `admits` is true.
     template <class Admits>
     void rule(GlyphMemo::Kind kind, unsigned short gid, Admits admits);
@@ -43,8 +55,12 @@ private:
     const TTI_Lookup& lookup_;
     GlyphMemo& memo_;
     std::size_t size_;
-    std::size_t groups_;
+    std::size_t groupSize_;
+    /// The groups that are still to come, one bit each.
     std::uint32_t candidates_ = ~std::uint32_t{0};
+    /// What is left of the group that `next` is in.
+    std::size_t index_ = 0;
+    std::size_t groupEnd_ = 0;
 };
 
 } // namespace KWFontService_NS

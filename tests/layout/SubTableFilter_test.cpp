@@ -33,10 +33,8 @@ std::vector<std::size_t> admitted(const TTI_LayoutTable& table, char first, char
     if (next != 0)
         filter.followWith(static_cast<unsigned short>(next));
     std::vector<std::size_t> indices;
-    for (std::size_t i = 0; i < lookup.subtables.size(); ++i) {
-        if (filter.admits(i))
-            indices.push_back(i);
-    }
+    for (std::size_t i = filter.next(); i < lookup.subtables.size(); i = filter.next())
+        indices.push_back(i);
     return indices;
 }
 
