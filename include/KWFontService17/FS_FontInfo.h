@@ -253,9 +253,9 @@ public:
     ///                   nothing applied
     /// @param out        set to the glyphs that come instead. After a context lookup it holds the
     ///                   run from the glyph on, substitutions made, of which the result counts the
-    ///                   first. Left as it is when nothing applied
+    ///                   first. Left as it is when nothing applied. It may be `run` itself
     /// @param skipped    set by a ligature, and a context with one, to the glyphs that it passed
-    ///                   over
+    ///                   over. It may be `run` itself, but not `out`
     /// @param alternate  which alternate to take, counted from 1
     /// @return           number of glyphs that come instead; 0 when nothing applied, and for a
     ///                   glyph that is deleted, which leaves `out` empty and moves `position`

@@ -110,7 +110,7 @@ inline constexpr std::size_t kLayoutFreeSteps = std::size_t{4} << 20;
 
 /// How many glyphs a run may grow to in one call, for each glyph that it starts with, and whatever
 /// it starts with. The longest honest sequences, from one Indic or symbol glyph, have about ten.
-inline constexpr std::size_t kLayoutGrowth = 64;
+inline constexpr std::size_t kLayoutGrowth = 16;
 inline constexpr std::size_t kLayoutFreeGlyphs = std::size_t{1} << 16;
 
 /// Contexts within contexts. Honest fonts have two or three levels; a context may name itself.

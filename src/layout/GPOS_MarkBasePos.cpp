@@ -1,18 +1,11 @@
 #include "layout/GPOS_MarkBasePos.h"
 
 #include "layout/GlyphPlacement.h"
-#include "layout/LayoutArrays.h"
 #include "layout/PositionWalk.h"
-#include "layout/TTI_Coverage.h"
 
 namespace KWFontService_NS {
 
 namespace {
-
-constexpr std::size_t kBaseCoverageField = 4;
-constexpr std::size_t kClassCountField = 6;
-constexpr std::size_t kMarkArrayField = 8;
-constexpr std::size_t kBaseArrayField = 10;
 
 /// False for a glyph that is stepped over on the way from a mark to its base.
 bool mayBeBase(const GlyphIDPosition& glyph, const GlyphIDPosition& mark, bool rtl) {
@@ -33,28 +26,6 @@ bool mayBeBase(const GlyphIDPosition& glyph, const GlyphIDPosition& mark, bool r
 }
 
 } // namespace
-
-bool GPOS_MarkBasePosFormat1::read(LayoutBudget& budget) {
-    return table().contains(kBaseArrayField, 2) &&
-           TTI_Coverage::read(offsetTo(table(), kBaseCoverageField)) && digestCoverage(budget);
-}
-
-std::optional<GPOS_Mark> GPOS_MarkBasePosFormat1::mark(unsigned short gid, GlyphMemo* memo) const {
-    const int index = coverageIndex(gid, memo);
-    if (index < 0)
-        return std::nullopt;
-    return readMark(offsetTo(table(), kMarkArrayField), static_cast<std::size_t>(index));
-}
-
-std::optional<GPOS_Anchor> GPOS_MarkBasePosFormat1::base(unsigned short gid, unsigned int markClass,
-                                                         GlyphMemo* memo) const {
-    const int index = coverageIndexIn(offsetTo(table(), kBaseCoverageField), gid, memo);
-    if (index < 0)
-        return std::nullopt;
-    return GPOS_AnchorMatrix(offsetTo(table(), kBaseArrayField),
-                             table().u16(kClassCountField).value_or(0))
-        .anchor(static_cast<std::size_t>(index), markClass);
-}
 
 bool GPOS_MarkBasePosFormat1::position(LayoutCall& call, const TTI_LookupList&, const TTI_Lookup&,
                                        std::vector<GlyphIDPosition>& positions, int& index,

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "layout/GPOS_Anchor.h"
-#include "layout/TTI_SubTable.h"
+#include "layout/GPOS_MarkAttachment.h"
 
 #include "common/ByteView.h"
 
@@ -10,17 +9,16 @@
 namespace KWFontService_NS {
 
 /// GPOS lookup type 4, format 1: marks on base glyphs.
-class GPOS_MarkBasePosFormat1 final : public TTI_SubTable {
+class GPOS_MarkBasePosFormat1 final : public GPOS_MarkAttachment {
 public:
-    explicit GPOS_MarkBasePosFormat1(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
-    bool read(LayoutBudget& budget);
+    explicit GPOS_MarkBasePosFormat1(KWCommonNS::ByteView table) : GPOS_MarkAttachment(table) {}
 
-    /// Nothing when the glyph is not covered as a mark or has no anchor.
-    std::optional<GPOS_Mark> mark(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// Where marks of a class go on a base glyph; nothing when it is not covered as one or has no
     /// anchor for them.
     std::optional<GPOS_Anchor> base(unsigned short gid, unsigned int markClass,
-                                    GlyphMemo* memo = nullptr) const;
+                                    GlyphMemo* memo = nullptr) const {
+        return targetAnchor(gid, markClass, memo);
+    }
     bool position(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Lookup& lookup,
                   std::vector<GlyphIDPosition>& positions, int& index, bool rtl) const override;
     int lookupType() const override { return kGposMarkToBase; }

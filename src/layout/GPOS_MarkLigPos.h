@@ -1,7 +1,6 @@
 #pragma once
 
-#include "layout/GPOS_Anchor.h"
-#include "layout/TTI_SubTable.h"
+#include "layout/GPOS_MarkAttachment.h"
 
 #include "common/ByteView.h"
 
@@ -10,13 +9,10 @@
 namespace KWFontService_NS {
 
 /// GPOS lookup type 5, format 1: marks on the components of ligatures.
-class GPOS_MarkLigPosFormat1 final : public TTI_SubTable {
+class GPOS_MarkLigPosFormat1 final : public GPOS_MarkAttachment {
 public:
-    explicit GPOS_MarkLigPosFormat1(KWCommonNS::ByteView table) : TTI_SubTable(table) {}
-    bool read(LayoutBudget& budget);
+    explicit GPOS_MarkLigPosFormat1(KWCommonNS::ByteView table) : GPOS_MarkAttachment(table) {}
 
-    /// Nothing when the glyph is not covered as a mark or has no anchor.
-    std::optional<GPOS_Mark> mark(unsigned short gid, GlyphMemo* memo = nullptr) const;
     /// Where marks go on a ligature: a row for each component. Nothing when the glyph is not
     /// covered as one.
     std::optional<GPOS_AnchorMatrix> ligature(unsigned short gid, GlyphMemo* memo = nullptr) const;

@@ -1,19 +1,12 @@
 #include "layout/GPOS_MarkMarkPos.h"
 
 #include "layout/GlyphPlacement.h"
-#include "layout/LayoutArrays.h"
 #include "layout/PositionWalk.h"
-#include "layout/TTI_Coverage.h"
 #include "layout/TTI_LookupList.h"
 
 namespace KWFontService_NS {
 
 namespace {
-
-constexpr std::size_t kMark2CoverageField = 4;
-constexpr std::size_t kClassCountField = 6;
-constexpr std::size_t kMarkArrayField = 8;
-constexpr std::size_t kMark2ArrayField = 10;
 
 /// True when two marks belong to different components of one ligature.
 bool componentsDiffer(const GlyphIDPosition& mark, const GlyphIDPosition& mark2) {
@@ -22,28 +15,6 @@ bool componentsDiffer(const GlyphIDPosition& mark, const GlyphIDPosition& mark2)
 }
 
 } // namespace
-
-bool GPOS_MarkMarkPosFormat1::read(LayoutBudget& budget) {
-    return table().contains(kMark2ArrayField, 2) &&
-           TTI_Coverage::read(offsetTo(table(), kMark2CoverageField)) && digestCoverage(budget);
-}
-
-std::optional<GPOS_Mark> GPOS_MarkMarkPosFormat1::mark(unsigned short gid, GlyphMemo* memo) const {
-    const int index = coverageIndex(gid, memo);
-    if (index < 0)
-        return std::nullopt;
-    return readMark(offsetTo(table(), kMarkArrayField), static_cast<std::size_t>(index));
-}
-
-std::optional<GPOS_Anchor>
-GPOS_MarkMarkPosFormat1::mark2(unsigned short gid, unsigned int markClass, GlyphMemo* memo) const {
-    const int index = coverageIndexIn(offsetTo(table(), kMark2CoverageField), gid, memo);
-    if (index < 0)
-        return std::nullopt;
-    return GPOS_AnchorMatrix(offsetTo(table(), kMark2ArrayField),
-                             table().u16(kClassCountField).value_or(0))
-        .anchor(static_cast<std::size_t>(index), markClass);
-}
 
 bool GPOS_MarkMarkPosFormat1::position(LayoutCall& call, const TTI_LookupList&,
                                        const TTI_Lookup& lookup,

@@ -10,21 +10,6 @@ namespace {
 using namespace KWTest;
 using At = SpeltGsub::At;
 
-constexpr int kSingle = 1;
-constexpr int kMultiple = 2;
-constexpr int kAlternate = 3;
-constexpr int kLigature = 4;
-constexpr int kChain = 6;
-constexpr int kReverse = 8;
-constexpr int kIgnoreMarksFlag = 8;
-
-Bytes single(const std::vector<GlyphSubstitution>& pairs) {
-    return SingleSubst{.pairs = pairs}.build();
-}
-SpeltGsub one(int type, const Bytes& subtable, int flag = 0) {
-    return SpeltGsub({lookupTable(type, {subtable}, flag)});
-}
-
 // --- by feature, at one glyph -------------------------------------------------------------------
 
 TEST(GsubAtAGlyph, ASingleSubstitutionLeavesTheSkippedGlyphsAlone) {
@@ -56,6 +41,24 @@ TEST(GsubAtAGlyph, ALigatureTellsWhatItPassedOver) {
     EXPECT_EQ(font.at("afMNib", 1), (At{1, 5, "1", "MN"}));
     EXPECT_EQ(font.at("fib", 0), (At{1, 2, "1", ""}));
     EXPECT_EQ(font.at("fMb", 0), (At{0, 0, "-", "-"}));
+}
+
+TEST(GsubAtAGlyph, TheRunMayBeAnOutputItself) {
+    const SpeltGsub font = one(kLigature, speltLigatures({{"fi", '1'}}), kIgnoreMarksFlag);
+    const auto at = [&font](GlyphIDArray& run, GlyphIDArray& out, GlyphIDArray& skipped) {
+        int position = 1;
+        return FS_FontInfo::processGSUB(font.info(), tagValue("ft00"), run, position, out, skipped,
+                                        1);
+    };
+    GlyphIDArray run = font.run("afMNib");
+    GlyphIDArray other;
+    EXPECT_EQ(at(run, run, other), 1);
+    EXPECT_EQ(letters(run), "1");
+    EXPECT_EQ(letters(other), "MN");
+    run = font.run("afMNib");
+    EXPECT_EQ(at(run, other, run), 1);
+    EXPECT_EQ(letters(run), "MN");
+    EXPECT_EQ(letters(other), "1");
 }
 
 TEST(GsubAtAGlyph, AContextGivesTheRunFromItsFirstGlyphOn) {

@@ -115,19 +115,7 @@ TEST(MarkToMark, MarksOfDifferentComponentsStayApartFromRightToLeftInStrictMode)
 }
 
 TEST(MarkToMark, ANullAnchorIsNoAttachment) {
-    const std::vector<MarkBytes> marks = {
-        {.glyph = 30, .anchor = anchorTable(1, 2)},
-        {.glyph = 31, .markClass = 1, .anchor = anchorTable(1, 2)},
-        {.glyph = 32, .markClass = 2, .anchor = anchorTable(1, 2)},
-        {.glyph = 33}};
-    const Positioner font(
-        6, markBasePos(marks, {{.glyph = 36, .anchors = {anchorTable(3, 4), {}}}}, 2));
-    for (const auto& [gid, applies] :
-         {std::pair(30, true), std::pair(31, false), std::pair(32, false), std::pair(33, false)}) {
-        Positions positions = {mark(36), mark(gid)};
-        EXPECT_EQ(font.at(positions, 1) == 1, applies) << gid;
-        EXPECT_EQ(positions[1] == mark(gid), !applies) << gid;
-    }
+    expectNullAnchorsAttachNothing(6, mark(36));
 }
 
 } // namespace

@@ -129,4 +129,23 @@ private:
     KWFontService_NS::FS_GSUBGPOSInfo info_;
 };
 
+/// Of a lookup of marks on single glyphs: what has no anchor, or a class without one, stays.
+/// @param under  what the marks go on
+inline void expectNullAnchorsAttachNothing(int type, const GlyphIDPosition& under) {
+    const std::vector<MarkBytes> marks = {
+        {.glyph = 30, .anchor = anchorTable(1, 2)},
+        {.glyph = 31, .markClass = 1, .anchor = anchorTable(1, 2)},
+        {.glyph = 32, .markClass = 2, .anchor = anchorTable(1, 2)},
+        {.glyph = 33}};
+    const Positioner font(
+        type,
+        markBasePos(marks, {{.glyph = under.getGlyphID(), .anchors = {anchorTable(3, 4), {}}}}, 2));
+    for (const auto& [gid, applies] :
+         {std::pair(30, true), std::pair(31, false), std::pair(32, false), std::pair(33, false)}) {
+        Positions positions = {under, mark(gid)};
+        EXPECT_EQ(font.at(positions, 1) == 1, applies) << gid;
+        EXPECT_EQ(positions[1] == mark(gid), !applies) << gid;
+    }
+}
+
 } // namespace KWTest

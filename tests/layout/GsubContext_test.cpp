@@ -11,19 +11,6 @@ using namespace KWTest;
 using Result = SpeltGsub::Result;
 using RecordBytes = std::vector<std::pair<std::uint16_t, std::uint16_t>>;
 
-constexpr int kSingle = 1;
-constexpr int kMultiple = 2;
-constexpr int kAlternate = 3;
-constexpr int kLigature = 4;
-constexpr int kContext = 5;
-constexpr int kChain = 6;
-constexpr int kReverse = 8;
-constexpr int kIgnoreMarksFlag = 8;
-
-Bytes single(const std::vector<GlyphSubstitution>& pairs) {
-    return SingleSubst{.pairs = pairs}.build();
-}
-
 /// What contexts call, by their indices behind the context.
 std::vector<Bytes> nestedLookups() {
     return {

@@ -10,22 +10,7 @@ namespace {
 using namespace KWTest;
 using Result = SpeltGsub::Result;
 
-constexpr int kSingle = 1;
-constexpr int kMultiple = 2;
-constexpr int kAlternate = 3;
-constexpr int kLigature = 4;
-constexpr int kReverse = 8;
-
 constexpr int kIgnoreBases = 2;
-constexpr int kIgnoreMarksFlag = 8;
-
-Bytes single(const std::vector<GlyphSubstitution>& pairs) {
-    return SingleSubst{.pairs = pairs}.build();
-}
-
-SpeltGsub one(int type, const Bytes& subtable, int flag = 0) {
-    return SpeltGsub({lookupTable(type, {subtable}, flag)});
-}
 
 // --- single -------------------------------------------------------------------------------------
 

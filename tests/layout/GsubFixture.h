@@ -15,6 +15,16 @@
 
 namespace KWTest {
 
+// Lookup types of GSUB and a lookup flag.
+inline constexpr int kSingle = 1;
+inline constexpr int kMultiple = 2;
+inline constexpr int kAlternate = 3;
+inline constexpr int kLigature = 4;
+inline constexpr int kContext = 5;
+inline constexpr int kChain = 6;
+inline constexpr int kReverse = 8;
+inline constexpr int kIgnoreMarksFlag = 8;
+
 // Runs are spelt: the glyph id of a letter is its character code. Small letters are base glyphs,
 // digits ligatures, capital letters marks and "+" a component; other glyphs have no class.
 
@@ -27,6 +37,10 @@ inline Bytes speltGdef(const Bytes& markAttachClasses = {}) {
                     classDefFormat2({{'+', '+', 4}, {'0', '9', 2}, {'A', 'Z', 3}, {'a', 'z', 1}}),
                 .markAttachClassDef = markAttachClasses}
         .build();
+}
+
+inline Bytes single(const std::vector<GlyphSubstitution>& pairs) {
+    return SingleSubst{.pairs = pairs}.build();
 }
 
 /// Ligature glyphs and components, spelt: {"ffi", '3'}. Ascending by the first letter.
@@ -146,6 +160,10 @@ private:
     KWFontService_NS::TTI_LayoutTable gpos_;
     KWFontService_NS::FS_GSUBGPOSInfo info_;
 };
+
+inline SpeltGsub one(int type, const Bytes& subtable, int flag = 0) {
+    return SpeltGsub({lookupTable(type, {subtable}, flag)});
+}
 
 /// The word of a glyph that a ligature passed over while it stood at `index`.
 constexpr int skippedAt(int index) {

@@ -11,8 +11,6 @@ namespace {
 
 using namespace KWTest;
 
-constexpr int kChain = 6;
-
 /// A layout table with one lookup.
 TTI_LayoutTable tableOf(int type, const std::vector<Bytes>& subtables) {
     TTI_LayoutTable table;
