@@ -70,10 +70,8 @@ int FS_FontInfo::processGSUB(const FS_GSUBGPOSInfo* info, unsigned int tag, cons
     if (info == nullptr || info->gsubLangSys == nullptr || position < 0 || position >= run.size())
         return 0;
     // The run is read while the arrays are written.
-    if (&run == &out || &run == &skipped) {
-        const GlyphIDArray copy = run;
-        return processGSUB(info, tag, copy, position, out, skipped, alternate);
-    }
+    if (&run == &out || &run == &skipped)
+        return processGSUB(info, tag, GlyphIDArray(run), position, out, skipped, alternate);
     const TTI_LookupList& lookups = info->gsubTable->lookups();
     LayoutCall call(*info->gdef, static_cast<std::size_t>(run.size()), info->gsubTable->memo());
     GsubEngine engine(call, lookups);
