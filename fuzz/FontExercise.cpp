@@ -7,8 +7,11 @@
 #include "cff/Type1CMap.h"
 #include "cff/Type2ToType1.h"
 #include "common/TagText.h"
+#include "fonts/FS_DFont.h"
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
+#include "fonts/FS_TrueTypeCollection.h"
+#include "registry/FS_FontPool.h"
 #include "registry/FS_FontService.h"
 
 #include <KWFontService17/FS_FontInfo.h>
@@ -136,6 +139,27 @@ void scanAndLoad(const FontInMemory& file, bool embedded) {
     }
 }
 
+/// Of a file with several faces the first two, and one that is not there.
+template <class Font>
+void useFaces(const FontInMemory& file) {
+    const KWPtr<Font> font(new Font(file.uri()));
+    KWError error;
+    const auto stream = file.open();
+    if (!font->scanFont(error, *stream))
+        return;
+    for (int face = 0; face < std::min(font->getFontCount(), 2); ++face) {
+        font->loadFont(error, face, nullptr);
+        readCffParts(file, *font->face(face));
+        font->getFTFace(face);
+        KWCommonNS::KWMemStream output;
+        font->getEmbedFontStream(output, nullptr, face);
+    }
+    callEveryOperation(*font);
+    FS_FontPool pool;
+    font->registerFileName(pool, file.uri());
+    font->registerFontNames(pool);
+}
+
 void draw(FS_FontInfo& font) {
     const FS_GlyphBMPSetting settings[] = {{},
                                            {.scaleVertically = true,
@@ -195,6 +219,8 @@ void exerciseFont(const std::uint8_t* data, std::size_t size) {
     scanAndLoad<FS_TrueType>(file, false);
     scanAndLoad<FS_TrueType>(file, true);
     scanAndLoad<FS_OpenType>(file, false);
+    useFaces<FS_TrueTypeCollection>(file);
+    useFaces<FS_DFont>(file);
     useThroughFacade(file);
 }
 

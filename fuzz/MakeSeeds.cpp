@@ -70,6 +70,12 @@ void makeFontSeeds(const SeedFolder& folder) {
     SfntCollection collection;
     collection.fonts = {TestFont::latin().sfnt(), TestFont::vertical().sfnt()};
     folder.add("collection", collection.build());
+    collection.fonts = {TestFont::openType().sfnt(), TestFont::openType().sfnt()};
+    folder.add("collection-cff", collection.build());
+    ResourceFile resources;
+    resources.fonts = {macintosh().sfnt(), TestFont::vertical().sfnt()};
+    resources.otherTypes = {"FOND"};
+    folder.add("dfont", resources.build());
 }
 
 void makeTableSeeds(const SeedFolder& folder) {

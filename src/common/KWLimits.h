@@ -48,6 +48,18 @@ inline constexpr std::size_t kMaxPutGap = std::size_t{64} << 20;
 /// hold less than 256 KiB.
 inline constexpr std::size_t kMaxNameBytes = std::size_t{4} << 20;
 
+/// Faces of a collection or a dfont. The largest real collections have less than a hundred; a face
+/// index has to fit 15 bits.
+inline constexpr std::uint32_t kMaxFaces = 4096;
+
+/// Bytes that the scan of all faces of a file may read. Faces may share everything, so neither
+/// their number nor the size of the file bounds what a scan keeps; a real face takes 5 to 20 KiB,
+/// most of it names.
+inline constexpr std::size_t kMaxFacesScanBytes = std::size_t{8} << 20;
+
+/// What one read counts for at least, since a name of one letter takes memory, too.
+inline constexpr std::size_t kFacesScanReadCost = 64;
+
 /// GSUB and GPOS extension subtables inside extension subtables. Honest fonts have one level; an
 /// offset of 0 would unwrap itself for ever.
 inline constexpr int kMaxExtensionDepth = 16;

@@ -11,8 +11,8 @@ namespace KWFontService_NS {
 
 /// Answers the face-wise operations of a font by the table holder of the face asked for.
 /// `Derived::face(int)` gives that holder, or null for an index out of range.
-template <class Derived>
-class FS_FaceForwarder : public FS_BaseFont {
+template <class Derived, class Base = FS_BaseFont>
+class FS_FaceForwarder : public Base {
 public:
 #define FS_FORWARD(result, name, parameters, arguments, qualifier, missing)                        \
     result name(FS_PARAMETERS parameters int faceIndex) qualifier override {                       \
@@ -21,6 +21,7 @@ public:
     }
 #define FS_FORWARD_ALL FS_FORWARD
 #define FS_FORWARD_NODFONT(...)
+#define FS_FORWARD_CFF(...)
 #define FS_FORWARD_OWN(...)
 #define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
@@ -28,24 +29,40 @@ public:
 #undef FS_FORWARD_NODFONT
 
 protected:
-    using FS_BaseFont::FS_BaseFont;
+    using Base::Base;
 };
 
 /// The same with the operations that a dfont does not offer.
-template <class Derived>
-class FS_FullFaceForwarder : public FS_FaceForwarder<Derived> {
+template <class Derived, class Base = FS_BaseFont>
+class FS_FullFaceForwarder : public FS_FaceForwarder<Derived, Base> {
 public:
 #define FS_FORWARD_ALL(...)
 #define FS_FORWARD_NODFONT FS_FORWARD
 #define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
+#undef FS_FORWARD_NODFONT
+#undef FS_FORWARD_CFF
+
+protected:
+    using FS_FaceForwarder<Derived, Base>::FS_FaceForwarder;
+};
+
+/// Adds the operations of faces with `CFF ` outlines to a font that forwards the others.
+template <class Derived, class Base>
+class FS_CffFaceForwarder : public Base {
+public:
+#define FS_FORWARD_NODFONT(...)
+#define FS_FORWARD_CFF FS_FORWARD
+#define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
+#include "fonts/FS_FaceOperations.inc"
 #undef FS_FORWARD_ALL
 #undef FS_FORWARD_NODFONT
+#undef FS_FORWARD_CFF
 #undef FS_FORWARD_OWN
 #undef FS_FORWARD
 
 protected:
-    using FS_FaceForwarder<Derived>::FS_FaceForwarder;
+    using Base::Base;
 };
 
 } // namespace KWFontService_NS

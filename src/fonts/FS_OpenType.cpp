@@ -2,6 +2,8 @@
 
 namespace KWFontService_NS {
 
+FS_OpenType::FS_OpenType(const KWUri& fontUri) : FS_CffFaceForwarder(fontUri) {}
+
 unsigned int FS_OpenType::getClassId() const {
     return FS_CLASSID_OPENTYPE;
 }
@@ -31,16 +33,6 @@ bool FS_OpenType::isOpenType() const {
 unsigned short FS_OpenType::getStringID(unsigned short gid, int) const {
     const Type1CMap* cff = info.getCFFInfo();
     return cff != nullptr ? cff->getSIDOfGlyph(gid) : std::uint16_t{0};
-}
-
-FS_EncodingScheme FS_OpenType::getEncodingScheme(int) const {
-    const Type1CMap* cff = info.getCFFInfo();
-    return cff != nullptr ? cff->getEncodingScheme() : FS_ENCODING_NONE;
-}
-
-bool FS_OpenType::getCIDSystemInfo(FS_CIDSystemInfo& systemInfo, int) const {
-    const Type1CMap* cff = info.getCFFInfo();
-    return cff != nullptr && cff->getCIDSystemInfo(systemInfo);
 }
 
 } // namespace KWFontService_NS

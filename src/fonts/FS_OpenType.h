@@ -5,9 +5,9 @@
 namespace KWFontService_NS {
 
 /// A font file that is one sfnt face with `CFF ` outlines.
-class FS_OpenType final : public FS_TrueType {
+class FS_OpenType final : public FS_CffFaceForwarder<FS_OpenType, FS_TrueType> {
 public:
-    using FS_TrueType::FS_TrueType;
+    explicit FS_OpenType(const KWUri& uri);
 
     unsigned int getClassId() const override;
     bool isKindOf(unsigned int id) const override;
@@ -19,8 +19,6 @@ public:
     bool isOpenType() const override;
 
     unsigned short getStringID(unsigned short gid, int faceIndex) const override;
-    FS_EncodingScheme getEncodingScheme(int faceIndex) const override;
-    bool getCIDSystemInfo(FS_CIDSystemInfo& systemInfo, int faceIndex) const override;
 };
 
 } // namespace KWFontService_NS

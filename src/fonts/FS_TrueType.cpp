@@ -57,6 +57,11 @@ void FS_TrueType::setPostScriptName(const UnicodeString& name, int) {
     info.setPostScriptName(name);
 }
 
+float FS_TrueType::getTypoDescender(int) const {
+    // The ascender: callers of files with one face have come to rely on it.
+    return info.getTypoAscender();
+}
+
 bool FS_TrueType::getEmbedFontStream(KWMemStream& output, std::istream* stream, int) {
     return info.getEmbedFontStream(output, stream);
 }

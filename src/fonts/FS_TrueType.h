@@ -25,6 +25,7 @@ public:
     void registerFileName(FS_FontPool& pool, const KWUri& fileUri) override;
     void registerFontNames(FS_FontPool& pool) override;
     void setPostScriptName(const UnicodeString& name, int faceIndex) override;
+    float getTypoDescender(int faceIndex) const override;
     bool getEmbedFontStream(KWMemStream& output, std::istream* stream, int faceIndex) override;
     void setHasVerticalGlyph(int faceIndex) override;
 

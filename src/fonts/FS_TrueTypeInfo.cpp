@@ -12,6 +12,7 @@ using KWCommonNS::ByteView;
 namespace {
 
 constexpr std::uint32_t kVersionTrueType = 0x00010000;
+constexpr const char* kOffsetTableError = "Offset table read error";
 
 /// Whether a file type may have faces without `OS/2`.
 bool toleratesMissingOS2(FS_FontFileType type) {
@@ -41,27 +42,39 @@ bool FS_TrueTypeInfo::readOffsetTable(KWError& error, std::istream& stream, FS_B
                                       bool embedded) {
     owner = &font;
     SfntReader reader(stream, tableDirectory, error, owner);
-    const FS_FontFileType type = font.getFontFileType(0);
-
     stream.clear();
     const std::streamoff start = stream.tellg();
+    if (start < 0)
+        return reader.fail(FS_ERROR_FONT_READ, kOffsetTableError);
+    return scan(reader, static_cast<std::uint64_t>(start), embedded);
+}
+
+bool FS_TrueTypeInfo::readOffsetTable(KWError& error, std::istream& stream, std::uint64_t start,
+                                      FS_BaseFont& font, ScanBudget& budget) {
+    owner = &font;
+    SfntReader reader(stream, tableDirectory, error, owner, &budget);
+    return scan(reader, start, false);
+}
+
+bool FS_TrueTypeInfo::scan(SfntReader& reader, std::uint64_t start, bool embedded) {
     std::array<std::uint8_t, TTI_Directory::kHeaderSize> offsetTable;
-    if (start < 0 || !reader.read(static_cast<std::uint64_t>(start), offsetTable))
-        return reader.fail(FS_ERROR_FONT_READ, "Offset table read error");
+    if (!reader.read(start, offsetTable))
+        return reader.fail(FS_ERROR_FONT_READ, kOffsetTableError);
     const std::uint16_t numTables = ByteView::loadU16(&offsetTable[4]);
     if (numTables == 0)
         return reader.fail(FS_ERROR_FONT_FILE, "OffsetTable.numTables = 0");
     std::vector<std::uint8_t> records;
-    if (!reader.read(static_cast<std::uint64_t>(start) + offsetTable.size(),
-                     numTables * TTI_Directory::kRecordSize, records))
+    if (!reader.read(start + offsetTable.size(), numTables * TTI_Directory::kRecordSize, records))
         return reader.fail(FS_ERROR_FONT_READ, "Table directory read error");
     // The offsets of a dfont count from the start of the font inside the resource.
-    const auto rebase =
-        type == FS_FILETYPE_DFONT ? static_cast<std::uint32_t>(start) : std::uint32_t{0};
+    const auto rebase = owner->getFontFileType(0) == FS_FILETYPE_DFONT
+                            ? static_cast<std::uint32_t>(start)
+                            : std::uint32_t{0};
     tableDirectory = TTI_Directory(ByteView::loadU32(offsetTable.data()),
                                    ByteView(records.data(), records.size()), rebase);
 
-    if (!isVersionOf(type, tableDirectory.version()))
+    // Asked for now that the directory is there, from which a collection answers.
+    if (!isVersionOf(owner->getFontFileType(0), tableDirectory.version()))
         return false;
     if (tableDirectory.version() == sfntTag("true") &&
         !(tableDirectory.has(sfntTag("head")) && tableDirectory.has(sfntTag("hhea")) &&
@@ -119,6 +132,18 @@ bool FS_TrueTypeInfo::readOptionalScanTables(SfntReader& reader) {
         return true;
     }
     return TTI_VerticalMetrics::checkVmtx(reader, *vmtx, headerTables_.numOfLongVerMetrics);
+}
+
+bool FS_TrueTypeInfo::hasLoadedCff() const {
+    return isLoaded() && tableDirectory.has(sfntTag("CFF "));
+}
+
+FS_EncodingScheme FS_TrueTypeInfo::getEncodingScheme() const {
+    return hasLoadedCff() ? Type1CMap::getEncodingScheme() : FS_ENCODING_NONE;
+}
+
+bool FS_TrueTypeInfo::getCIDSystemInfo(FS_CIDSystemInfo& info) const {
+    return hasLoadedCff() && Type1CMap::getCIDSystemInfo(info);
 }
 
 const Type1CMap* FS_TrueTypeInfo::getCFFInfo() const {

@@ -45,6 +45,9 @@ public:
     /// @param font      the font that owns this face: its file type decides what is tolerated
     /// @param embedded  a subset from a document: names may be missing
     bool readOffsetTable(KWError& error, std::istream& stream, FS_BaseFont& font, bool embedded);
+    /// The same from `start` on, for one of the faces that share `budget`.
+    bool readOffsetTable(KWError& error, std::istream& stream, std::uint64_t start,
+                         FS_BaseFont& font, ScanBudget& budget);
 
     /// The load stage, once; later calls answer the first result and its error. One bad table
     /// neither stops nor undoes the others. A null stream means that the face opens its own, under
@@ -63,15 +66,17 @@ public:
 #define FS_DECLARE_ALL(result, name, parameters, arguments, qualifier, missing)                    \
     result name parameters qualifier;
 #define FS_DECLARE_NODFONT FS_DECLARE_ALL
+#define FS_DECLARE_CFF FS_DECLARE_ALL
 #define FS_DECLARE_OWN(...)
 #define FS_OPERATION(faces, facade, ...) FS_DECLARE_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_DECLARE_ALL
 #undef FS_DECLARE_NODFONT
+#undef FS_DECLARE_CFF
 #undef FS_DECLARE_OWN
 
-    /// The typographic descender itself, for the faces of collections.
-    float getOwnTypoDescender() const;
+    /// The typographic descender itself, which files with one face do not tell.
+    float getTypoDescender() const;
     void setPostScriptName(const UnicodeString& name);
     void setHasVerticalGlyph() {
         verticalGlyphsGiven_.store(true, std::memory_order_relaxed);
@@ -120,6 +125,7 @@ public:
     std::vector<std::uint8_t> locaCache;
 
 private:
+    bool scan(SfntReader& reader, std::uint64_t start, bool embedded);
     bool readRequiredTables(SfntReader& reader, bool embedded);
     bool readOptionalScanTables(SfntReader& reader);
     void finishLoad() noexcept;
@@ -135,6 +141,7 @@ private:
     bool loadMath(SfntReader& reader);
     bool loadVerticalAdvances(SfntReader& reader);
 
+    bool hasLoadedCff() const;
     bool hasVertLookups() const {
         return tables().gsub.hasVertFeature();
     }

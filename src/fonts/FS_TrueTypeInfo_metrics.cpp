@@ -123,11 +123,6 @@ float FS_TrueTypeInfo::getTypoAscender() const {
 }
 
 float FS_TrueTypeInfo::getTypoDescender() const {
-    // The ascender: callers of files with one face have come to rely on it.
-    return getTypoAscender();
-}
-
-float FS_TrueTypeInfo::getOwnTypoDescender() const {
     return perEm(headerTables_.sTypoDescender, headerTables_.unitsPerEm);
 }
 

@@ -1,7 +1,9 @@
 #include "fonts/FontTyping.h"
 
+#include "fonts/FS_DFont.h"
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
+#include "fonts/FS_TrueTypeCollection.h"
 
 #include <array>
 
@@ -27,6 +29,10 @@ KWPtr<FS_BaseFont> createFontObject(const KWUri& uri, FS_FontFileType type) {
     case FS_FILETYPE_OPENTYPE:
     case FS_FILETYPE_OPENTYPE_CID:
         return KWPtr<FS_BaseFont>(new FS_OpenType(uri));
+    case FS_FILETYPE_COLLECTION:
+        return KWPtr<FS_BaseFont>(new FS_TrueTypeCollection(uri));
+    case FS_FILETYPE_DFONT:
+        return KWPtr<FS_BaseFont>(new FS_DFont(uri));
     default:
         return {};
     }

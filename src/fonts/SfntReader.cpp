@@ -6,7 +6,7 @@
 namespace KWFontService_NS {
 
 std::size_t SfntReader::readUpTo(std::uint64_t offset, std::span<std::uint8_t> out) {
-    return KWCommonNS::readStreamAt(stream_, offset, out);
+    return charge(out.size()) ? KWCommonNS::readStreamAt(stream_, offset, out) : 0;
 }
 
 bool SfntReader::read(std::uint64_t offset, std::span<std::uint8_t> out) {
@@ -15,7 +15,8 @@ bool SfntReader::read(std::uint64_t offset, std::span<std::uint8_t> out) {
 
 std::size_t SfntReader::readUpTo(std::uint64_t offset, std::size_t length,
                                  std::vector<std::uint8_t>& out) {
-    return KWCommonNS::readStreamAt(stream_, offset, length, out);
+    out.clear();
+    return charge(length) ? KWCommonNS::readStreamAt(stream_, offset, length, out) : 0;
 }
 
 bool SfntReader::read(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out) {

@@ -6,6 +6,16 @@ namespace KWFontService_NS {
 
 using KWCommonNS::ByteView;
 
+namespace {
+
+/// A sum past 32 bits would come back to the start of the file; it is past every file instead.
+std::uint32_t sumOrEnd(std::uint32_t offset, std::uint32_t rebase) {
+    constexpr std::uint32_t kEnd = 0xFFFFFFFF;
+    return offset > kEnd - rebase ? kEnd : offset + rebase;
+}
+
+} // namespace
+
 TTI_Directory::TTI_Directory(std::uint32_t version, ByteView records, std::uint32_t rebase)
     : version_(version) {
     const std::size_t count = records.size() / kRecordSize;
@@ -13,7 +23,7 @@ TTI_Directory::TTI_Directory(std::uint32_t version, ByteView records, std::uint3
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint8_t* p = records.data() + i * kRecordSize;
         records_.push_back({ByteView::loadU32(p), ByteView::loadU32(p + 4),
-                            ByteView::loadU32(p + 8) + rebase, ByteView::loadU32(p + 12)});
+                            sumOrEnd(ByteView::loadU32(p + 8), rebase), ByteView::loadU32(p + 12)});
     }
     const auto byTag = [](const TTI_TableRecord& a, const TTI_TableRecord& b) {
         return a.tag < b.tag;

@@ -130,7 +130,7 @@ TEST_F(MetricsTest, AnEmOfZeroAndNoWinMetricsAnswerZero) {
     EXPECT_EQ(font.getCapHeight(0), 0.0F);
     EXPECT_EQ(font.getTypoAscender(0), 0.0F);
     EXPECT_EQ(font.getTypoDescender(0), 0.0F);
-    EXPECT_EQ(font.face(0)->getOwnTypoDescender(), 0.0F);
+    EXPECT_EQ(font.face(0)->getTypoDescender(), 0.0F);
     EXPECT_EQ(font.getUnitsPerEm(0), 0);
 }
 
@@ -315,7 +315,7 @@ TEST_F(MetricsTest, HeightsAreInEm) {
     EXPECT_FLOAT_EQ(font.getXHeight(0), 0.5F);
     EXPECT_FLOAT_EQ(font.getCapHeight(0), 0.75F);
     EXPECT_FLOAT_EQ(font.getTypoAscender(0), 0.78125F);
-    EXPECT_FLOAT_EQ(font.face(0)->getOwnTypoDescender(), -0.25F);
+    EXPECT_FLOAT_EQ(font.face(0)->getTypoDescender(), -0.25F);
     EXPECT_EQ(font.getUnitsPerEm(0), 2048);
 }
 

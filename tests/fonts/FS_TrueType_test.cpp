@@ -126,6 +126,9 @@ TEST(FontTyping, EachTypeHasItsClass) {
     EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_OPENTYPE)->getClassId(), FS_CLASSID_OPENTYPE);
     EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_OPENTYPE_CID)->getClassId(),
               FS_CLASSID_OPENTYPE);
+    EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_COLLECTION)->getClassId(),
+              FS_CLASSID_COLLECTION);
+    EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_DFONT)->getClassId(), FS_CLASSID_DFONT);
     EXPECT_FALSE(createFontObject(KWUri(), FS_FILETYPE_UNKNOWN));
     EXPECT_FALSE(createFontObject(KWUri(), FS_FILETYPE_EXTRA));
 }

@@ -59,6 +59,19 @@ TEST_F(SfntReaderTest, ReadsAcrossTheTrustedBlock) {
     EXPECT_EQ(bytes.back(), 'y');
 }
 
+TEST_F(SfntReaderTest, AReadPastTheBudgetOfAScanIsShort) {
+    constexpr std::size_t kCost = KWCommonNS::kFacesScanReadCost;
+    ScanBudget budget(2 * kCost + 4);
+    SfntReader scan(stream, directory, error, nullptr, &budget);
+    std::array<std::uint8_t, 2> two;
+    std::vector<std::uint8_t> bytes{1};
+    EXPECT_TRUE(scan.read(0, two)) << "counts as much as a longer one";
+    EXPECT_FALSE(scan.read(0, kCost + 5, bytes));
+    EXPECT_TRUE(bytes.empty());
+    EXPECT_EQ(scan.readUpTo(0, kCost + 4, bytes), 10U) << "what is asked for counts";
+    EXPECT_EQ(scan.readUpTo(0, two), 0U);
+}
+
 TEST_F(SfntReaderTest, AFailureIsReportedAndFalse) {
     EXPECT_FALSE(reader.fail(FS_ERROR_FONT_FILE, "detail"));
     EXPECT_EQ(complaintOf(error), KWTest::fileError("detail"));

@@ -54,6 +54,16 @@ TEST(Directory, OffsetsAreRebasedWhereTheyCountFromTheFont) {
     EXPECT_EQ(directoryOf(record("head", 0, 100, 0), 260).find(sfntTag("head"))->offset, 360U);
 }
 
+TEST(Directory, ARebasedOffsetThatWouldWrapAroundIsPastEveryFile) {
+    const auto rebased = [](std::uint32_t offset, std::uint32_t rebase) {
+        return directoryOf(record("head", 0, offset, 0), rebase).find(sfntTag("head"))->offset;
+    };
+    EXPECT_EQ(rebased(0xFFFFFF00U, 0xFF), 0xFFFFFFFFU);
+    EXPECT_EQ(rebased(0xFFFFFF00U, 0x100), 0xFFFFFFFFU);
+    EXPECT_EQ(rebased(1, 0xFFFFFFFFU), 0xFFFFFFFFU);
+    EXPECT_EQ(rebased(0xFFFFFF00U, 0xFE), 0xFFFFFFFEU);
+}
+
 TEST(Directory, AnUnfinishedRecordIsLeftOut) {
     Bytes records = record("head", 0, 0, 0);
     records.tag("cmap");

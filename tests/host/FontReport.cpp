@@ -199,11 +199,13 @@ struct Request {
 };
 
 constexpr Request kRequests[] = {
-    {u"DejaVu Sans", 400, false, 5},   {u"dejavu-sans", 700, true, 5},
-    {u"DejaVu Sans", 200, false, 3},   {u"DejaVu Sans Mono", 400, false, 5},
-    {u"Liberation Sans", 0, false, 0}, {u"LIBERATION SERIF", 900, true, 9},
-    {u"Report Text", 700, false, 5},   {u"IPA\u660E\u671D", 400, false, 5},
-    {u"IPAMincho", 700, true, 5},      {u"No Such Family", 400, false, 5, false},
+    {u"DejaVu Sans", 400, false, 5},      {u"dejavu-sans", 700, true, 5},
+    {u"DejaVu Sans", 200, false, 3},      {u"DejaVu Sans Mono", 400, false, 5},
+    {u"Liberation Sans", 0, false, 0},    {u"LIBERATION SERIF", 900, true, 9},
+    {u"Report Text", 700, false, 5},      {u"IPA\u660E\u671D", 400, false, 5},
+    {u"IPAMincho", 700, true, 5},         {u"No Such Family", 400, false, 5, false},
+    {u"Noto Sans CJK JP", 400, false, 5}, {u"Noto Serif CJK SC", 400, false, 5},
+    {u"Second Face", 400, false, 5},      {u"WenQuanYi Zen Hei Mono", 400, false, 5},
 };
 
 bool reportRequest(Report& report, const Request& request) {
@@ -218,6 +220,13 @@ bool reportRequest(Report& report, const Request& request) {
     reportNames(report, font);
     report << "adjust " << font.getFontSizeAdjust() << ' ' << font.getBaselindAdjust() << '\n';
     reportText(report, font);
+    for (const char16_t ch : {u'A', u'\u6F22'}) {
+        const unsigned short gid = font.getGlyphID(ch, true);
+        if (gid == FS_NO_GLYPH)
+            continue;
+        reportBitmap(report, font, gid, 12, FS_GlyphBMPSetting());
+        reportOutline(report, font, gid);
+    }
     return request.isThere;
 }
 

@@ -201,4 +201,41 @@ Bytes SfntCollection::build() const {
     return file;
 }
 
+Bytes ResourceFile::build() const {
+    constexpr std::uint32_t kDataAt = 256;
+    constexpr std::uint16_t kTypeListAt = 28; // in the map
+    constexpr std::size_t kTypeEntry = 8;
+    constexpr std::size_t kReference = 12;
+    Bytes data;
+    std::vector<std::size_t> places;
+    for (const SfntBuilder& font : fonts) {
+        places.push_back(data.size());
+        const Bytes sfnt = font.build();
+        data.u32(sfnt.size()).bytes(sfnt);
+    }
+    const std::size_t types = otherTypes.size() + (withSfntType ? 1 : 0);
+    const std::size_t referencesAt = 2 + kTypeEntry * types;
+    const std::size_t mapLength = kTypeListAt + referencesAt + kReference * fonts.size();
+
+    Bytes file;
+    file.u32(kDataAt, "dataOffset").u32(kDataAt + data.size(), "mapOffset");
+    file.u32(data.size()).u32(mapLength).zero(kDataAt - file.size()).bytes(data);
+    file.zero(24).u16(kTypeListAt, "typeListOffset").u16(mapLength);
+    file.u16((types - 1) & 0xFFFF, "typeCount");
+    for (const std::string& type : otherTypes)
+        file.tag(type).u16(0).u16(referencesAt);
+    if (withSfntType)
+        file.tag("sfnt", "sfntType")
+            .u16(fonts.size() - 1, "sfntCount")
+            .u16(referencesAt, "sfntReferences");
+    for (std::size_t i = 0; i < fonts.size(); ++i)
+        file.label("reference" + std::to_string(i))
+            .u16(128 + i)
+            .u16(0xFFFF)
+            .u8(0)
+            .u24(places[i])
+            .u32(0);
+    return file;
+}
+
 } // namespace KWTest

@@ -115,4 +115,16 @@ struct SfntCollection {
     Bytes build() const;
 };
 
+/// A Macintosh resource file with one `sfnt` resource for each font. Fields that a test may want to
+/// lie about are labels of the result: "dataOffset", "mapOffset", "typeListOffset", "typeCount",
+/// "sfntType", "sfntCount", "sfntReferences", and "reference0", "reference1" ... (12 bytes each,
+/// the data offset in the last three of bytes 4 to 7).
+struct ResourceFile {
+    std::vector<SfntBuilder> fonts{};
+    std::vector<std::string> otherTypes{}; // empty types that come before `sfnt`
+    bool withSfntType = true;
+
+    Bytes build() const;
+};
+
 } // namespace KWTest

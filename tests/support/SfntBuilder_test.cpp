@@ -111,5 +111,19 @@ TEST(SfntCollection, TheCountCanLieAndVersionTwoHasEmptySignatureFields) {
               Bytes().tag("ttcf").u32(0x00020000).u32(0).zero(12));
 }
 
+TEST(ResourceFile, FreeTypeOpensEveryFace) {
+    ResourceFile resources;
+    resources.fonts = {TestFont::latin().sfnt(), TestFont::vertical().sfnt()};
+    resources.otherTypes = {"FOND"};
+    const Bytes file = resources.build();
+    const FreeTypeFace first(file, 0);
+    const FreeTypeFace second(file, 1);
+    EXPECT_EQ(first->num_faces, 2);
+    EXPECT_STREQ(first->family_name, "KWTest Latin");
+    EXPECT_STREQ(second->family_name, "KWTest Vertical");
+    EXPECT_EQ(file.u32At(file.offsetOf("sfntType")), tagValue("sfnt"));
+    EXPECT_EQ(file.u16At(file.offsetOf("sfntCount")), 1);
+}
+
 } // namespace
 } // namespace KWTest

@@ -1,0 +1,54 @@
+#include "fonts/FS_MultiFaceFont.h"
+
+namespace KWFontService_NS {
+
+FS_MultiFaceFont::~FS_MultiFaceFont() = default;
+
+bool FS_MultiFaceFont::isType1Font(int) const {
+    return false;
+}
+
+bool FS_MultiFaceFont::isTrueTypeFont(int) const {
+    return true;
+}
+
+int FS_MultiFaceFont::getFontCount() const {
+    return faceCount;
+}
+
+FS_TrueTypeInfo* FS_MultiFaceFont::face(int faceIndex) {
+    const auto place = static_cast<std::size_t>(faceIndex);
+    return faceIndex >= 0 && place < faces.size() ? &faces[place] : nullptr;
+}
+
+const FS_TrueTypeInfo* FS_MultiFaceFont::face(int faceIndex) const {
+    const auto place = static_cast<std::size_t>(faceIndex);
+    return faceIndex >= 0 && place < faces.size() ? &faces[place] : nullptr;
+}
+
+void FS_MultiFaceFont::startScan() {
+    faceCount = 0;
+    faces.clear();
+    ftFaces.clear();
+}
+
+bool FS_MultiFaceFont::scanFace(KWError& error, std::istream& stream, std::uint64_t offset,
+                                ScanBudget& budget) {
+    return faces.emplace_back().readOffsetTable(error, stream, offset, *this, budget);
+}
+
+void FS_MultiFaceFont::finishScan() {
+    ftFaces.resize(faces.size());
+}
+
+bool FS_MultiFaceFont::loadFont(KWError& error, int faceIndex, std::istream* stream) {
+    FS_TrueTypeInfo* const info = face(faceIndex);
+    return info != nullptr && info->loadTables(error, stream, false);
+}
+
+float FS_MultiFaceFont::getTypoDescender(int faceIndex) const {
+    const FS_TrueTypeInfo* const info = face(faceIndex);
+    return info != nullptr ? info->getTypoDescender() : 0.0F;
+}
+
+} // namespace KWFontService_NS
