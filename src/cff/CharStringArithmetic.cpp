@@ -1,5 +1,7 @@
 #include "cff/CharStringArithmetic.h"
 
+#include "common/KWLimits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -35,9 +37,11 @@ KWValue numberOf(double value) {
     return value;
 }
 
-/// `roll`: turns the last numbers by `turns` places towards the end.
+/// `roll`: turns the last numbers by `turns` places towards the end. More of them than a stack
+/// holds would make a few bytes move megabytes, again and again.
 void roll(std::span<KWValue> operands, int count, int turns) {
-    if (count <= 0 || static_cast<std::size_t>(count) > operands.size())
+    if (count <= 0 || count > KWCommonNS::kMaxCharStringOperands ||
+        static_cast<std::size_t>(count) > operands.size())
         return;
     const auto part = operands.last(static_cast<std::size_t>(count));
     const int shift = (turns % count + count) % count;

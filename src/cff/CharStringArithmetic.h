@@ -13,7 +13,8 @@ public:
     /// True for the operators that `apply` knows: all but `random`.
     static bool has(FS_Word op);
     /// Replaces the operands by the result. Operands that are not there make it do nothing, and so
-    /// does a division by 0; places beyond the 32 of the transient array hold 0.
+    /// do a division by 0 and a `roll` of more than `kMaxCharStringOperands`; places beyond the 32
+    /// of the transient array hold 0.
     /// @param first  where the operands begin
     void apply(FS_Word op, CharStringTokens& tokens, std::size_t first);
 

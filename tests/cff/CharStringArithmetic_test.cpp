@@ -1,6 +1,7 @@
 #include "cff/CharStringArithmetic.h"
 
 #include "cff/CharStringFixture.h"
+#include "common/KWLimits.h"
 
 namespace KWFontService_NS {
 namespace {
@@ -75,6 +76,18 @@ TEST(CharStringArithmetic, OperandsThatAreNotThereMakeItDoNothing) {
     EXPECT_EQ(applied(Word::roll, {5, 6, 0x7FFFFFFF, -0x7FFFFFFF}), "5 6");
     EXPECT_EQ(applied(Word::div, {5, 0}), "5 0");
     EXPECT_EQ(applied(Word::sqrt, {-4}), "0");
+}
+
+// A few bytes for each roll would otherwise move a stack of megabytes.
+TEST(CharStringArithmetic, NoMoreThanAStackHoldsIsRolled) {
+    constexpr int kMost = KWCommonNS::kMaxCharStringOperands;
+    for (const int count : {kMost, kMost + 1}) {
+        CharStringTokens tokens(static_cast<std::size_t>(kMost), KWValue(0));
+        tokens.insert(tokens.end(), {7, count, 1});
+        CharStringArithmetic().apply(Word::roll, tokens, 0);
+        ASSERT_EQ(tokens.size(), kMost + 1U);
+        EXPECT_EQ(tokens.back(), KWValue(count > kMost ? 7 : 0)) << count;
+    }
 }
 
 TEST(CharStringArithmetic, ResultsBeyondIntegersAreReals) {
