@@ -24,6 +24,7 @@ public:
     std::uint16_t count() const { return count_; }
     /// Nothing beyond the count, and where two offsets contradict each other.
     std::optional<Item> item(std::size_t index) const;
+    std::size_t arraySize() const { return offsets_.size(); }
     std::uint64_t dataStart() const { return dataStart_; }
     /// Where the next structure starts.
     std::uint64_t end() const { return end_; }
@@ -54,6 +55,8 @@ public:
     ByteView operator[](std::size_t index) const;
     std::string_view text(std::size_t index) const;
     std::size_t dataSize() const { return data_.size(); }
+    /// What is held of the table: offsets and data.
+    std::size_t byteSize() const { return head_.arraySize() + data_.size(); }
     std::uint64_t end() const { return head_.end(); }
 
 private:

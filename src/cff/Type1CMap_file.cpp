@@ -70,7 +70,7 @@ private:
         auto& known = subrs_[at];
         if (!known) {
             auto index = at != 0 ? CFFIndex::read(table_, at) : std::nullopt;
-            if (!index || !charge(index->dataSize()))
+            if (!index || !charge(index->byteSize()))
                 return false;
             known = std::make_shared<const CFFIndex>(std::move(*index));
         }

@@ -31,6 +31,7 @@ TEST(CFFIndex, ItemsLieBetweenTheirOffsets) {
     EXPECT_TRUE((*index)[3].empty());
     EXPECT_EQ(index->end(), bytes.size() - 1);
     EXPECT_EQ(index->dataSize(), 3U);
+    EXPECT_EQ(index->byteSize(), 4U + 3U);
 }
 
 TEST(CFFIndex, OffsetsHaveOneToFourBytes) {
@@ -56,6 +57,7 @@ TEST(CFFIndex, AnyOtherWidthIsRefused) {
 
 TEST(CFFIndex, DataThatEndsBeforeItBeginsIsRefused) {
     EXPECT_FALSE(indexOf({0, 1, 1, 1, 0, 'a', 'b'}));
+    EXPECT_EQ(endOf({0, 1, 1, 1, 0, 'a', 'b'}), std::nullopt);
     EXPECT_TRUE(indexOf({0, 1, 1, 1, 1, 'a', 'b'}));
 }
 
@@ -76,6 +78,19 @@ TEST(CFFIndex, AnItemWhoseOffsetsLieIsEmptyAndTheOthersAreNot) {
     EXPECT_EQ(index->text(2), ""); // backwards
     EXPECT_EQ(index->text(3), ""); // backwards, to 0
     EXPECT_EQ(index->text(4), ""); // from 0
+}
+
+TEST(CFFIndexHead, AnItemHasAPlaceWhereItsOffsetsDoNotLie) {
+    TableStream stream({0, 5, 1, 1, 2, 9, 1, 0, 4, 'a', 'b', 'c', 0, 0, 0, 0, 0, 0});
+    const auto head = CFFIndexHead::read(stream.table, 0);
+    ASSERT_TRUE(head);
+    EXPECT_EQ(head->dataStart(), 9U);
+    const auto first = head->item(0);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->offset, 9U);
+    EXPECT_EQ(first->length, 1U);
+    for (std::size_t i = 1; i < 7; ++i) // beyond the data, backwards twice, from 0, not there
+        EXPECT_FALSE(head->item(i)) << i;
 }
 
 TEST(CFFIndex, ItemsMayLieOverEachOther) {
@@ -100,6 +115,7 @@ TEST(CFFIndex, AnEmptyOneBeforeALargeOneThrowsTheWalkOff) {
     // What follows has 0x0105 items and offsets of 2 bytes: the walk takes 01 for the width, 05 for
     // the last offset.
     EXPECT_EQ(endOf({0, 0, 1, 5, 2, 0, 1}), 8U);
+    EXPECT_EQ(endOf({0, 0, 4, 5, 2, 0, 1}), 7U + 0x05020001 - 1);
     // A width that does not exist reads as 0, and so does an offset that the table lacks.
     EXPECT_EQ(endOf({0, 0, 9, 5, 2, 0, 1}), 11U);
     EXPECT_EQ(endOf({0, 0, 2}), 4U);

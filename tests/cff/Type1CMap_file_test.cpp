@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
+
 namespace KWFontService_NS {
 namespace {
 
@@ -40,29 +42,29 @@ std::vector<Bytes> itemsOf(const CFFIndex& index) {
 
 // --- Global Subrs -------------------------------------------------------------------------------
 
-TEST(Type1CMapFile, GlobalSubrsFollowTheStrings) {
-    TableStream stream(nameKeyed().build());
+std::optional<CFFIndex> globalSubrsOf(const Bytes& table) {
+    TableStream stream(table);
     CFFIndex subrs;
-    ASSERT_TRUE(Type1CMap::readGlobalSubrs(stream.table, subrs));
-    EXPECT_THAT(itemsOf(subrs), ElementsAre(Bytes{1, 11}, Bytes{2, 11}, Bytes{3, 11}));
+    if (!Type1CMap::readGlobalSubrs(stream.table, subrs))
+        return std::nullopt;
+    return subrs;
+}
+
+TEST(Type1CMapFile, GlobalSubrsFollowTheStrings) {
+    EXPECT_THAT(itemsOf(globalSubrsOf(nameKeyed().build()).value()),
+                ElementsAre(Bytes{1, 11}, Bytes{2, 11}, Bytes{3, 11}));
 }
 
 TEST(Type1CMapFile, AFontNeedHaveNoGlobalSubrs) {
     CffSections table = nameKeyed();
     table.globalSubrs.clear();
-    TableStream stream(table.build());
-    CFFIndex subrs;
-    ASSERT_TRUE(Type1CMap::readGlobalSubrs(stream.table, subrs));
-    EXPECT_TRUE(subrs.empty());
+    EXPECT_TRUE(globalSubrsOf(table.build()).value().empty());
 }
 
 TEST(Type1CMapFile, FewGlobalSubrsAreFoundBehindAnEmptyStringIndex) {
     CffSections table = nameKeyed();
     table.strings.clear();
-    TableStream stream(table.build());
-    CFFIndex subrs;
-    ASSERT_TRUE(Type1CMap::readGlobalSubrs(stream.table, subrs));
-    EXPECT_EQ(subrs.size(), 3U);
+    EXPECT_EQ(globalSubrsOf(table.build()).value().size(), 3U);
 }
 
 // An empty INDEX is read like any other, three bytes and the offsets that the third asks for.
@@ -70,26 +72,17 @@ TEST(Type1CMapFile, AnEmptyStringIndexBeforeManyGlobalSubrsThrowsTheWalkOff) {
     CffSections table = nameKeyed();
     table.strings.clear();
     table.globalSubrs = std::vector<Bytes>(300, Bytes{11});
-    const Bytes bytes = table.build();
-    TableStream stream(bytes);
-    CFFIndex subrs;
-    const bool found = Type1CMap::readGlobalSubrs(stream.table, subrs);
-    EXPECT_FALSE(found && subrs.size() == 300);
-
+    const auto thrownOff = globalSubrsOf(table.build());
+    EXPECT_FALSE(thrownOff && thrownOff->size() == 300);
     table.strings = {Bytes::ofText("name")};
-    TableStream sound(table.build());
-    ASSERT_TRUE(Type1CMap::readGlobalSubrs(sound.table, subrs));
-    EXPECT_EQ(subrs.size(), 300U);
+    EXPECT_EQ(globalSubrsOf(table.build()).value().size(), 300U);
 }
 
 TEST(Type1CMapFile, GlobalSubrsOfATableThatIsCutAreNone) {
     const Bytes whole = nameKeyed().build();
     const std::size_t end = whole.offsetOf("charStrings");
-    for (std::size_t size = 0; size < end; ++size) {
-        TableStream stream(Bytes(whole).truncate(size));
-        CFFIndex subrs;
-        EXPECT_FALSE(Type1CMap::readGlobalSubrs(stream.table, subrs)) << size;
-    }
+    for (std::size_t size = 0; size < end; ++size)
+        EXPECT_FALSE(globalSubrsOf(Bytes(whole).truncate(size))) << size;
 }
 
 // --- CharStrings --------------------------------------------------------------------------------
@@ -180,10 +173,17 @@ TEST(Type1CMapFile, SubrsOutsideTheTableAreRefused) {
 
 // --- FDArray ------------------------------------------------------------------------------------
 
-TEST(Type1CMapFile, FontDictsComeWithTheirPrivateAndSubrs) {
-    LoadedCff cff(cidKeyed().sections());
+std::optional<std::vector<CFFFontDict>> fontDictsOf(const Bytes& table) {
+    LoadedCff cff(table);
+    EXPECT_TRUE(cff.ok);
     std::vector<CFFFontDict> fontDicts;
-    ASSERT_TRUE(cff.readFDArray(cff.file(), fontDicts));
+    if (!cff.readFDArray(cff.file(), fontDicts))
+        return std::nullopt;
+    return fontDicts;
+}
+
+TEST(Type1CMapFile, FontDictsComeWithTheirPrivateAndSubrs) {
+    const auto fontDicts = fontDictsOf(cidKeyed().build()).value();
     ASSERT_EQ(fontDicts.size(), 3U);
     EXPECT_EQ(fontDicts[0].dict.getNamedItem(cffKey(FS_Word::FontName)), KWValue(11));
     EXPECT_EQ(fontDicts[0].privateDict.getNamedItem(cffKey(FS_Word::defaultWidthX)), KWValue(1));
@@ -204,9 +204,7 @@ TEST(Type1CMapFile, FontDictsThatShareAPrivateShareItsSubrs) {
     const Bytes moved = table.build();
     table.fontDicts[2].dict =
         cffInteger(8).bytes(cffInteger(static_cast<int>(moved.offsetOf("private1")))).u8(18);
-    LoadedCff cff(table);
-    std::vector<CFFFontDict> fontDicts;
-    ASSERT_TRUE(cff.readFDArray(cff.file(), fontDicts));
+    const auto fontDicts = fontDictsOf(table.build()).value();
     EXPECT_EQ(fontDicts[2].localSubrs, fontDicts[1].localSubrs);
     EXPECT_EQ(fontDicts[2].privateDict, fontDicts[1].privateDict);
     EXPECT_EQ(fontDicts[2].localSubrs->size(), 1U);
@@ -215,32 +213,24 @@ TEST(Type1CMapFile, FontDictsThatShareAPrivateShareItsSubrs) {
 TEST(Type1CMapFile, APrivateOfSizeZeroFailsTheWholeArray) {
     CffCID font = cidKeyed();
     font.fontDicts[2].privateDict = CffPrivate{};
-    LoadedCff cff(font.sections());
-    std::vector<CFFFontDict> fontDicts;
-    EXPECT_FALSE(cff.readFDArray(cff.file(), fontDicts));
+    EXPECT_FALSE(fontDictsOf(font.build()));
 }
 
 TEST(Type1CMapFile, APrivateOutsideTheTableFailsTheWholeArray) {
     CffCID font = cidKeyed();
     font.fontDicts[2].dict = cffInteger(2).bytes(cffInteger(100000)).u8(18);
-    LoadedCff cff(font.sections());
-    std::vector<CFFFontDict> fontDicts;
-    EXPECT_FALSE(cff.readFDArray(cff.file(), fontDicts));
+    EXPECT_FALSE(fontDictsOf(font.build()));
 }
 
 TEST(Type1CMapFile, AFontWithoutFDArrayHasNoFontDicts) {
-    LoadedCff cff(nameKeyed());
-    std::vector<CFFFontDict> fontDicts;
-    EXPECT_FALSE(cff.readFDArray(cff.file(), fontDicts));
+    EXPECT_FALSE(fontDictsOf(nameKeyed().build()));
 }
 
 TEST(Type1CMapFile, FDSelectCanNumberTwoHundredAndFiftySixFontDicts) {
     for (const std::size_t count : {std::size_t{256}, std::size_t{257}}) {
         CffCID font = cidKeyed();
         font.fontDicts = std::vector<CffFontDict>(count);
-        LoadedCff cff(font.sections());
-        std::vector<CFFFontDict> fontDicts;
-        EXPECT_EQ(cff.readFDArray(cff.file(), fontDicts), count == 256);
+        EXPECT_EQ(fontDictsOf(font.build()).has_value(), count == 256);
     }
 }
 
@@ -262,10 +252,33 @@ TEST(Type1CMapFile, PrivatesThatOverlapAreReadNoFurtherThanTheTableIsLong) {
         CffSections table = fontOf(count, at);
         table.fontDicts.back().privateDict.reset();
         table.privateDict = CffPrivate{.dict = Bytes().fill(70000, 139)};
-        LoadedCff cff(table);
-        ASSERT_TRUE(cff.ok);
-        std::vector<CFFFontDict> fontDicts;
-        EXPECT_EQ(cff.readFDArray(cff.file(), fontDicts), count == 1);
+        EXPECT_EQ(fontDictsOf(table.build()).has_value(), count == 1);
+    }
+}
+
+TEST(Type1CMapFile, SubrsThatOverlapAreReadNoFurtherThanTheTableIsLong) {
+    // INDEXes of 65535 subrs without bytes, a quarter of a megabyte of offsets each, that begin
+    // three bytes behind each other.
+    const auto fontOf = [](int count, std::int64_t distance) {
+        CffCID font = cidKeyed();
+        font.fontDicts.clear();
+        for (int i = 0; i < count; ++i) {
+            constexpr int kPrivateSize = 6;
+            const auto subrs = static_cast<std::int32_t>(distance + (3 - kPrivateSize) * i);
+            font.fontDicts.push_back(
+                {.privateDict = CffPrivate{.dict = cffInteger(subrs).u8(kSubrs)}});
+        }
+        return font.build();
+    };
+    for (const int count : {1, 2}) {
+        const Bytes before = fontOf(count, 0);
+        Bytes table = fontOf(count, static_cast<std::int64_t>(before.size()) -
+                                        static_cast<std::int64_t>(before.offsetOf("private0")));
+        for (int i = 0; i < count; ++i)
+            table.u16(0xFFFF).u8(4);
+        for (int i = 0; i < 0x10000 * 4 / 3 + 200; ++i)
+            table.u24(1);
+        EXPECT_EQ(fontDictsOf(table).has_value(), count == 1);
     }
 }
 
