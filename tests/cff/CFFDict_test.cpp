@@ -98,6 +98,16 @@ TEST(CFFOperand, ARealOfAnyLengthIsReadToItsEnd) {
     EXPECT_GT(operandOf(bytes).getRealValue(), 1e300);
 }
 
+TEST(CFFOperand, OfALongRealTheFirstCharactersCount) {
+    const auto tinyOf = [](std::size_t zeros) {
+        // .000...1, times as much as makes it 0.1 again
+        std::string text = '.' + std::string(zeros, '0') + "1E" + std::to_string(zeros);
+        return operandOf(cffReal(text));
+    };
+    EXPECT_DOUBLE_EQ(tinyOf(200).getRealValue(), 0.1);
+    EXPECT_EQ(tinyOf(KWCommonNS::kMaxDictRealLength).getRealValue(), 0);
+}
+
 // --- rows ---------------------------------------------------------------------------------------
 
 struct Row {
@@ -273,6 +283,8 @@ TEST(CFFDict, OperandsGoWithTheirOperatorEvenWhenItIsDropped) {
     const KWValue box = topEntry(dict, FS_Word::FontBBox);
     EXPECT_EQ(box.getNamedValueMap().size(), 1U);
     EXPECT_EQ(box.getNamedItem(cffKey(1)).getIntegerValue(), 3);
+    for (int op = 19; op < 28; ++op)
+        EXPECT_EQ(topEntry({140, op, 141, 1}, FS_Word::Notice), KWValue(2)) << op;
 }
 
 TEST(CFFDict, TheLastOfTwoEntriesStands) {
@@ -288,6 +300,12 @@ TEST(CFFDict, AnOperatorWithoutOperandsLeavesNothing) {
             dict.u8(row.op);
         EXPECT_TRUE(readCFFDict(ByteView(dict), topDictRows()).isNull()) << row.op;
     }
+    const Bytes dict{140, 1, 2};
+    CFFDictWalker walk{ByteView(dict)};
+    ASSERT_TRUE(walk.next() && walk.next());
+    EXPECT_EQ(walk.op(), 2);
+    EXPECT_TRUE(walk.operands().empty());
+    EXPECT_TRUE(walk.last().isNull());
 }
 
 TEST(CFFDict, AnOperandThatIsNoValueKeepsItsPlace) {

@@ -57,10 +57,10 @@ TEST(CopyCharString, OnlyANumberRightBeforeItsCallIsAnOperand) {
 }
 
 TEST(CopyCharString, StemsOfASubrCountForTheMaskBehindIt) {
-    // Nine stems: the mask has two bytes, the second of which looks like a call.
+    // Nine stems: the mask has two bytes, the second of which looks like the start of a number.
     const Subrs subrs({}, {Bytes().fill(18, 139).u8(18).u8(11)});
-    EXPECT_EQ(copyOf({k0, 10, 19, k0, 10, k0, 10, 14}, subrs, {}, {{-107, 0}}),
-              (Bytes{139, 10, 19, k0, 10, 139, 10, 14}));
+    EXPECT_EQ(copyOf({k0, 10, 19, 0, 28, k0, 10, 14}, subrs, {}, {{-107, 0}}),
+              (Bytes{139, 10, 19, 0, 28, 139, 10, 14}));
 }
 
 TEST(CopyCharString, ASubrStartsWithTheStemsThatItIsEnteredWith) {

@@ -153,6 +153,21 @@ TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
     EXPECT_FALSE(budget.charge(1));
 }
 
+TEST(SubrWalker, WhatASubrIsEnteredWithTellsItFromItself) {
+    // A stem of whatever is there; nothing, under the same number.
+    const Subrs subrs({{1, 11}}, {{11}});
+    CharStringBudget budget(kPlenty);
+    SubrWalker walker(subrs, budget);
+    const auto after = [&walker](bool isGlobal, CharStringCounts counts) {
+        walker.call(isGlobal, subrNumber(0), counts);
+        return counts;
+    };
+    EXPECT_EQ(after(true, {2, 0}), (CharStringCounts{0, 1}));
+    EXPECT_EQ(after(true, {4, 0}), (CharStringCounts{0, 2}));
+    EXPECT_EQ(after(true, {2, 5}), (CharStringCounts{0, 6}));
+    EXPECT_EQ(after(false, {2, 0}), (CharStringCounts{2, 0}));
+}
+
 TEST(SubrWalker, EntriesSayWhoFoundThem) {
     const Subrs subrs({{11}}, {{11}});
     CharStringBudget budget(kPlenty);

@@ -102,7 +102,9 @@ TEST(Type1CMapFile, CharStringsAreReadOneAtATime) {
 }
 
 TEST(Type1CMapFile, NoIndexLiesAtOffsetZeroOrOutside) {
-    TableStream stream(nameKeyed().build());
+    CffSections table = nameKeyed();
+    table.header = Bytes{0, 0, 0, 4}; // would be an empty one
+    TableStream stream(table.build());
     CFFIndexHead head;
     EXPECT_FALSE(Type1CMap::readIndexAt(stream.table, 0, head));
     EXPECT_FALSE(Type1CMap::readIndexAt(stream.table, 0xFFFFFFFF, head));
@@ -171,12 +173,25 @@ TEST(Type1CMapFile, SubrsOutsideTheTableAreRefused) {
     }
 }
 
+TEST(Type1CMapFile, SubrsAtTheStartOfTheTableAreNone) {
+    CffSections table = nameKeyed();
+    table.header = Bytes{0, 0, 0, 4}; // would be an empty INDEX
+    table.privateDict = CffPrivate{.dict = cffInteger(0).u8(kSubrs)};
+    const auto at = static_cast<std::int32_t>(table.build().offsetOf("private0"));
+    table.privateDict = CffPrivate{.dict = cffInteger(-at).u8(kSubrs)};
+    LoadedCff cff(table);
+    ASSERT_TRUE(cff.ok);
+    KWValue dict;
+    CFFIndex subrs;
+    EXPECT_FALSE(cff.readLocalSubrs(cff.file(), dict, subrs));
+}
+
 // --- FDArray ------------------------------------------------------------------------------------
 
 std::optional<std::vector<CFFFontDict>> fontDictsOf(const Bytes& table) {
     LoadedCff cff(table);
     EXPECT_TRUE(cff.ok);
-    std::vector<CFFFontDict> fontDicts;
+    std::vector<CFFFontDict> fontDicts(1); // of another font
     if (!cff.readFDArray(cff.file(), fontDicts))
         return std::nullopt;
     return fontDicts;
@@ -223,7 +238,9 @@ TEST(Type1CMapFile, APrivateOutsideTheTableFailsTheWholeArray) {
 }
 
 TEST(Type1CMapFile, AFontWithoutFDArrayHasNoFontDicts) {
-    EXPECT_FALSE(fontDictsOf(nameKeyed().build()));
+    CffSections table = nameKeyed();
+    table.header = Bytes{0, 0, 0, 4}; // would be an empty INDEX
+    EXPECT_FALSE(fontDictsOf(table.build()));
 }
 
 TEST(Type1CMapFile, FDSelectCanNumberTwoHundredAndFiftySixFontDicts) {
@@ -254,6 +271,22 @@ TEST(Type1CMapFile, PrivatesThatOverlapAreReadNoFurtherThanTheTableIsLong) {
         table.privateDict = CffPrivate{.dict = Bytes().fill(70000, 139)};
         EXPECT_EQ(fontDictsOf(table.build()).has_value(), count == 1);
     }
+}
+
+TEST(Type1CMapFile, FontDictsThatOverlapAreReadNoFurtherThanTheTableIsLong) {
+    const auto tableOf = [](unsigned count) {
+        CffSections table = nameKeyed();
+        table.topDict = cffInteger(0).u8(12).u8(36);
+        const auto at = static_cast<std::int32_t>(table.build().size());
+        table.topDict = cffInteger(at).u8(12).u8(36);
+        // Items of 60000 bytes in turn with items that go back to where they began.
+        Bytes bytes = table.build().u16(2 * count - 1).u8(4);
+        for (unsigned i = 0; i < count; ++i)
+            bytes.u32(1).u32(60001);
+        return bytes.fill(60000, 139);
+    };
+    EXPECT_TRUE(fontDictsOf(tableOf(1)));
+    EXPECT_FALSE(fontDictsOf(tableOf(2)));
 }
 
 TEST(Type1CMapFile, SubrsThatOverlapAreReadNoFurtherThanTheTableIsLong) {
@@ -328,6 +361,18 @@ TEST(FDSelect, Format0IsFilledButForTheLastGlyphAndAnswersFalse) {
                                              FDRange{3, 3, 1}));
 }
 
+TEST(FDSelect, Format0CutOffHasWhatIsThere) {
+    CffSections table = cidKeyed().sections();
+    table.fdSelect.reset();
+    table.topDict.bytes(cffInteger(0)).u8(12).u8(37);
+    const std::size_t size = table.build().size();
+    table.topDict.patchU32At(table.topDict.size() - 6, size);
+    LoadedCff cff(table.build().u8(0).u8(2).u8(1));
+    std::vector<FDRange> ranges;
+    EXPECT_FALSE(cff.readFDSelect(cff.file(), ranges));
+    EXPECT_THAT(ranges, ElementsAre(FDRange{0, 0, 2}, FDRange{1, 1, 1}));
+}
+
 TEST(FDSelect, Format0OfOneGlyphIsEmpty) {
     const Selected selected(Bytes{0, 2}, 1);
     EXPECT_FALSE(selected.ok);
@@ -337,7 +382,9 @@ TEST(FDSelect, Format0OfOneGlyphIsEmpty) {
 TEST(FDSelect, AnyOtherFormatAndNoneAreRefused) {
     for (const int format : {1, 2, 4, 255})
         EXPECT_FALSE(Selected(Bytes{format}.u16(1).u16(0).u8(0).u16(5)).ok) << format;
-    LoadedCff cff(nameKeyed());
+    CffSections none = nameKeyed();
+    none.header = Bytes{3, 0, 1, 0}; // would be a range
+    LoadedCff cff(none);
     std::vector<FDRange> ranges{{1, 2, 3}};
     EXPECT_FALSE(cff.readFDSelect(cff.file(), ranges));
     EXPECT_THAT(ranges, IsEmpty());

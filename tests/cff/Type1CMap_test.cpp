@@ -29,12 +29,27 @@ CffCID cidKeyed() {
     return font;
 }
 
+using Ids = std::vector<unsigned short>;
+
+Ids stringIdsOf(const Type1CMap& cff, const Ids& glyphs) {
+    Ids ids;
+    for (const unsigned short gid : glyphs)
+        ids.push_back(cff.getSIDOfGlyph(gid));
+    return ids;
+}
+
+Ids glyphsOf(const Type1CMap& cff, const Ids& values) {
+    Ids glyphs;
+    for (const unsigned short value : values)
+        glyphs.push_back(cff.getGlyphOfCID(value));
+    return glyphs;
+}
+
 TEST(Type1CMap, AnEmptyOneAnswersNothing) {
     const Type1CMap cff;
     EXPECT_FALSE(cff.isCID);
-    EXPECT_EQ(cff.getSIDOfGlyph(0), 0);
-    EXPECT_EQ(cff.getSIDOfGlyph(1), 0);
-    EXPECT_EQ(cff.getGlyphOfCID(0), 0xFFFF);
+    EXPECT_EQ(stringIdsOf(cff, {0, 1}), (Ids{0, 0}));
+    EXPECT_EQ(glyphsOf(cff, {0}), (Ids{0xFFFF}));
     EXPECT_EQ(cff.getStringOfSID(1), "space");
     EXPECT_EQ(cff.getStringOfSID(391), "");
 }
@@ -58,14 +73,8 @@ TEST(Type1CMap, TheLoadKeepsStringsCharsetAndTopDict) {
 
 TEST(Type1CMap, GlyphsAndValuesOfFormat0) {
     const LoadedCff cff(nameKeyed());
-    EXPECT_EQ(cff.getSIDOfGlyph(0), 0);
-    EXPECT_EQ(cff.getSIDOfGlyph(1), 391);
-    EXPECT_EQ(cff.getSIDOfGlyph(3), 392);
-    EXPECT_EQ(cff.getSIDOfGlyph(4), 0);
-    EXPECT_EQ(cff.getSIDOfGlyph(0xFFFF), 0);
-    EXPECT_EQ(cff.getGlyphOfCID(391), 1);
-    EXPECT_EQ(cff.getGlyphOfCID(34), 2);
-    EXPECT_EQ(cff.getGlyphOfCID(35), 0xFFFF);
+    EXPECT_EQ(stringIdsOf(cff, {0, 1, 2, 3, 4, 0xFFFF}), (Ids{0, 391, 34, 392, 0, 0}));
+    EXPECT_EQ(glyphsOf(cff, {391, 34, 392, 35}), (Ids{1, 2, 3, 0xFFFF}));
 }
 
 TEST(Type1CMap, GlyphsAndValuesOfRanges) {
@@ -77,13 +86,8 @@ TEST(Type1CMap, GlyphsAndValuesOfRanges) {
     EXPECT_THAT(cff.charsetByValue,
                 ElementsAre(CharsetRange{20, 20, 3}, CharsetRange{500, 501, 1}));
     EXPECT_THAT(cff.charsetByGlyph, ElementsAre(CharsetRange{1, 2, 500}, CharsetRange{3, 3, 20}));
-    EXPECT_EQ(cff.getSIDOfGlyph(0), 0);
-    EXPECT_EQ(cff.getSIDOfGlyph(2), 501);
-    EXPECT_EQ(cff.getSIDOfGlyph(3), 20);
-    EXPECT_EQ(cff.getSIDOfGlyph(4), 0);
-    EXPECT_EQ(cff.getGlyphOfCID(501), 2);
-    EXPECT_EQ(cff.getGlyphOfCID(20), 3);
-    EXPECT_EQ(cff.getGlyphOfCID(502), 0xFFFF);
+    EXPECT_EQ(stringIdsOf(cff, {0, 1, 2, 3, 4, 0xFFFF}), (Ids{0, 500, 501, 20, 0, 0}));
+    EXPECT_EQ(glyphsOf(cff, {500, 501, 20, 502, 19}), (Ids{1, 2, 3, 0xFFFF, 0xFFFF}));
 }
 
 TEST(Type1CMap, CIDZeroIsNotSpecial) {
@@ -104,12 +108,12 @@ TEST(Type1CMap, OfAValueThatStandsTwiceTheFirstGlyphCounts) {
     table.charset = Bytes{1}.u16(100).u8(9).u16(102).u8(2).u16(95).u8(5);
     const LoadedCff cff(table);
     ASSERT_TRUE(cff.ok);
-    EXPECT_EQ(cff.getGlyphOfCID(103), 4);
-    EXPECT_EQ(cff.getGlyphOfCID(109), 10);
-    EXPECT_EQ(cff.getGlyphOfCID(100), 1);
-    EXPECT_EQ(cff.getGlyphOfCID(99), 18);
-    EXPECT_EQ(cff.getGlyphOfCID(110), 0xFFFF);
-    EXPECT_EQ(cff.getSIDOfGlyph(12), 103);
+    EXPECT_EQ(glyphsOf(cff, {103, 109, 100, 99, 110}), (Ids{4, 10, 1, 18, 0xFFFF}));
+    EXPECT_EQ(stringIdsOf(cff, {12}), (Ids{103}));
+
+    // One value in common, the last of a range and the first of another.
+    table.charset = Bytes{1}.u16(100).u8(9).u16(109).u8(8);
+    EXPECT_EQ(glyphsOf(LoadedCff(table), {108, 109, 110}), (Ids{9, 10, 12}));
 }
 
 TEST(Type1CMap, WithoutACharsetNothingIsKnown) {
@@ -158,6 +162,8 @@ TEST(Type1CMap, TheEncodingSchemeIsStandardWithoutAnEncoding) {
     ASSERT_TRUE(cff.ok);
     EXPECT_THAT(cff.encodingCodes, ElementsAre(65, 66, 67));
     EXPECT_EQ(cff.getEncodingScheme(), FS_ENCODING_FONT);
+    table.encoding = Bytes{0, 0}; // an own one without codes
+    EXPECT_EQ(LoadedCff(table).getEncodingScheme(), FS_ENCODING_FONT);
 }
 
 TEST(Type1CMap, RosMakesAFontCIDKeyed) {
@@ -208,6 +214,23 @@ TEST(Type1CMap, OffsetsAreTheFirstOperands) {
     EXPECT_EQ(cff.supplement, 392);
     EXPECT_THAT(cff.charsetSIDs, IsEmpty());
     EXPECT_EQ(cff.topDict.getNamedItem(cffKey(FS_Word::charset)), KWValue(1));
+
+    table.topDict = Bytes{140, 139, 16};
+    const LoadedCff encoded(table);
+    ASSERT_TRUE(encoded.ok);
+    EXPECT_THAT(encoded.encodingCodes, ElementsAre(4, 0, 1, 1));
+    EXPECT_EQ(encoded.getEncodingScheme(), FS_ENCODING_STANDARD);
+}
+
+TEST(Type1CMap, TheGlyphsOfACharsetAreCountedAtTheFirstOperand) {
+    Bytes bytes = nameKeyed().build();
+    // "offset CharStrings size offset Private" becomes "offset 0 size offset CharStrings".
+    const std::size_t places = bytes.offsetOf("strings") - 12;
+    ASSERT_EQ(bytes[places], 17);
+    ASSERT_EQ(bytes[places + 11], 18);
+    const LoadedCff cff(bytes.patchU8At(places, 139).patchU8At(places + 11, 17));
+    ASSERT_TRUE(cff.ok);
+    EXPECT_THAT(cff.charsetSIDs, ElementsAre(391, 34, 392));
 }
 
 // The names are taken to begin at byte 4 whatever the header says.
@@ -283,8 +306,7 @@ TEST(Type1CMap, OffsetsOutsideTheTableAreRefused) {
 TEST(Type1CMap, ACharsetNeedsTheNumberOfGlyphs) {
     Bytes bytes = nameKeyed().build();
     // Make the operator CharStrings something else.
-    const std::size_t top = bytes.offsetOf("topDict");
-    std::size_t at = top;
+    std::size_t at = bytes.offsetOf("topDict");
     while (bytes[at] != 17)
         ++at;
     bytes.patchU8At(at, 6);

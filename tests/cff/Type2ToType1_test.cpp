@@ -143,7 +143,7 @@ TEST(Type2ToType1, CurvesWithALine) {
     EXPECT_EQ(drawn({140, 141, 142, 143, 144, 145, 146, 147, 25}),
               "1 2 rlineto 3 4 5 6 7 8 rrcurveto");
     EXPECT_FALSE(Converted({139, 22, 139, 24, 14}).ok);
-    EXPECT_FALSE(Converted({139, 22, 139, 139, 25, 14}).ok);
+    EXPECT_FALSE(Converted({139, 22, 139, 139, 139, 139, 139, 25, 14}).ok);
 }
 
 TEST(Type2ToType1, FlexWithoutADirectionIsTwoCurves) {
@@ -159,6 +159,12 @@ TEST(Type2ToType1, Flex1ComesBackToItsLine) {
               "1 2 3 4 5 6 rrcurveto 7 8 9 10 -25 11 rrcurveto");
     EXPECT_EQ(drawn({141, 140, 143, 142, 145, 144, 147, 146, 149, 148, 150, 12, 37}),
               "2 1 4 3 6 5 rrcurveto 8 7 10 9 11 -25 rrcurveto");
+    // dx -15, dy 5: how far counts, not whereto.
+    EXPECT_EQ(drawn({136, 140, 136, 140, 136, 140, 136, 140, 136, 140, 150, 12, 37}),
+              "-3 1 -3 1 -3 1 rrcurveto -3 1 -3 1 11 -5 rrcurveto");
+    // As far along both: the last number is y.
+    EXPECT_EQ(drawn({140, 140, 140, 140, 140, 140, 140, 140, 140, 140, 150, 12, 37}),
+              "1 1 1 1 1 1 rrcurveto 1 1 1 1 -5 11 rrcurveto");
 }
 
 TEST(Type2ToType1, LevelFlexIsTheFlexMechanism) {
@@ -217,6 +223,8 @@ TEST(Type2ToType1, CounterMasksBecomeCounterControl) {
     EXPECT_EQ(pathOf(Bytes(stems).bytes(Bytes{20, 0b11000000, 20, 0b00110000, 14})),
               declared + "1 10 5 27 -7 1 3 2 20 -5 10 13 callothersubr endchar");
     EXPECT_EQ(pathOf(Bytes(stems).bytes(Bytes{20, 0, 14})), declared + "endchar");
+    EXPECT_EQ(pathOf(Bytes(stems).bytes(Bytes{20, 0b10000000, 140, 22, 14})),
+              declared + "1 15 -5 0 4 13 callothersubr 1 hmoveto endchar");
 }
 
 TEST(Type2ToType1, LongCounterControlIsCutFromTheEnd) {
@@ -246,6 +254,27 @@ TEST(Type2ToType1, FractionsBecomeDivisions) {
     EXPECT_EQ(drawn({255, 0xFF, 0xFF, 0xFF, 0xFF, 6}), "-1 65536 div hlineto");
     EXPECT_EQ(drawn({255, 0, 5, 0, 0, 6}), "5 hlineto");
     EXPECT_EQ(drawn({255, 0x7F, 0xFF, 0xFF, 0xFF, 6}), "2147483647 65536 div hlineto");
+}
+
+TEST(Type2ToType1, NumbersBeyondIntegersAreCutToThem) {
+    const Bytes most{28, 0x7F, 0xFF};
+    const Bytes product = Bytes(most).bytes(most).u8(12).u8(24).u8(149).u8(12).u8(24);
+    EXPECT_EQ(drawn(Bytes(product).u8(6)), "2147483647 hlineto");
+    EXPECT_EQ(drawn(Bytes(product).u8(12).u8(14).u8(6)), "-2147483648 hlineto");
+}
+
+TEST(Type2ToType1, AMaskThatIsTooShortSelectsWhatItHas) {
+    std::vector<CharStringTokens> subrs;
+    CharStringTokens stems{cffKey(FS_Word::hstem)};
+    stems.insert(stems.begin(), 20, KWValue(1));
+    for (const int bytes : {0, 1}) {
+        stems.insert(stems.end(), {cffKey(FS_Word::hintmask), bytes});
+        stems.insert(stems.end(), static_cast<std::size_t>(bytes), KWValue(0xFF));
+    }
+    CharStringTokens out;
+    EXPECT_TRUE(Type2ToType1(0, 0).convert(stems, subrs, out));
+    ASSERT_EQ(subrs.size(), 1U);
+    EXPECT_EQ(subrs[0].size(), 8 * 3 + 1U);
 }
 
 TEST(Type2ToType1, NoTokensThatLieDoHarm) {
