@@ -55,9 +55,9 @@ public:
     ByteView operator[](std::size_t index) const;
     std::string_view text(std::size_t index) const;
     std::size_t dataSize() const { return data_.size(); }
+    std::uint64_t end() const { return head_.end(); }
     /// What is held of the table: offsets and data.
     std::size_t byteSize() const { return head_.arraySize() + data_.size(); }
-    std::uint64_t end() const { return head_.end(); }
 
 private:
     CFFIndexHead head_;

@@ -80,6 +80,16 @@ TEST(CFFIndex, AnItemWhoseOffsetsLieIsEmptyAndTheOthersAreNot) {
     EXPECT_EQ(index->text(4), ""); // from 0
 }
 
+TEST(CFFIndex, TheLargestCountHasAnOffsetMore) {
+    Bytes bytes = Bytes().u16(0xFFFF).u8(1).fill(0xFFFF, 1).u8(3).u8('a').u8('b');
+    const auto index = indexOf(bytes);
+    ASSERT_TRUE(index);
+    EXPECT_EQ(index->size(), 0xFFFFU);
+    EXPECT_EQ(index->text(0xFFFD), "");
+    EXPECT_EQ(index->text(0xFFFE), "ab");
+    EXPECT_EQ(index->end(), bytes.size());
+}
+
 TEST(CFFIndexHead, AnItemHasAPlaceWhereItsOffsetsDoNotLie) {
     TableStream stream({0, 5, 1, 1, 2, 9, 1, 0, 4, 'a', 'b', 'c', 0, 0, 0, 0, 0, 0});
     const auto head = CFFIndexHead::read(stream.table, 0);

@@ -84,6 +84,7 @@ TEST(FlattenCharString, EndcharOfASubrEndsTheGlyph) {
 
 TEST(FlattenCharString, CallsThatLeadNowhereAreLeftOut) {
     EXPECT_EQ(Flat({10, 140, 10, 29, 141, 22}).text(), "2 hmoveto");
+    EXPECT_EQ(Flat({140, 22, 10, 141, 22}).text(), "1 hmoveto 2 hmoveto");
 }
 
 TEST(FlattenCharString, ItGoesOnBehindWhatIsThere) {

@@ -173,19 +173,6 @@ TEST(Type1CMapFile, SubrsOutsideTheTableAreRefused) {
     }
 }
 
-TEST(Type1CMapFile, SubrsAtTheStartOfTheTableAreNone) {
-    CffSections table = nameKeyed();
-    table.header = Bytes{0, 0, 0, 4}; // would be an empty INDEX
-    table.privateDict = CffPrivate{.dict = cffInteger(0).u8(kSubrs)};
-    const auto at = static_cast<std::int32_t>(table.build().offsetOf("private0"));
-    table.privateDict = CffPrivate{.dict = cffInteger(-at).u8(kSubrs)};
-    LoadedCff cff(table);
-    ASSERT_TRUE(cff.ok);
-    KWValue dict;
-    CFFIndex subrs;
-    EXPECT_FALSE(cff.readLocalSubrs(cff.file(), dict, subrs));
-}
-
 // --- FDArray ------------------------------------------------------------------------------------
 
 std::optional<std::vector<CFFFontDict>> fontDictsOf(const Bytes& table) {
@@ -241,6 +228,23 @@ TEST(Type1CMapFile, AFontWithoutFDArrayHasNoFontDicts) {
     CffSections table = nameKeyed();
     table.header = Bytes{0, 0, 0, 4}; // would be an empty INDEX
     EXPECT_FALSE(fontDictsOf(table.build()));
+}
+
+TEST(Type1CMapFile, SubrsAtTheStartOfTheTableAreNone) {
+    for (CffSections table : {nameKeyed(), cidKeyed().sections()}) {
+        table.header = Bytes{0, 0, 0, 4}; // would be an empty INDEX
+        CffPrivate& dict =
+            *(table.privateDict ? table.privateDict : table.fontDicts[0].privateDict);
+        dict = CffPrivate{.dict = cffInteger(0).u8(kSubrs)};
+        const auto at = static_cast<std::int32_t>(table.build().offsetOf("private0"));
+        dict.dict.patchU32At(1, -at);
+        LoadedCff cff(table);
+        ASSERT_TRUE(cff.ok);
+        KWValue privateDict;
+        CFFIndex subrs;
+        EXPECT_FALSE(cff.readLocalSubrs(cff.file(), privateDict, subrs));
+        EXPECT_FALSE(fontDictsOf(table.build()));
+    }
 }
 
 TEST(Type1CMapFile, FDSelectCanNumberTwoHundredAndFiftySixFontDicts) {
@@ -395,6 +399,16 @@ TEST(FDSelect, ARangeThatEndsBeforeItBeginsHoldsNoGlyph) {
         Bytes{3}.u16(4).u16(0).u8(1).u16(3).u8(2).u16(1).u8(3).u16(1).u8(4).u16(5));
     EXPECT_TRUE(selected.ok);
     EXPECT_THAT(selected.ranges, ElementsAre(FDRange{0, 2, 1}, FDRange{1, 4, 4}));
+}
+
+TEST(FDSelect, RangesOutOfOrderAreReadAndSomeAreFound) {
+    const Selected selected(Bytes{3}.u16(3).u16(5).u8(1).u16(8).u8(2).u16(0).u8(3).u16(3));
+    EXPECT_TRUE(selected.ok);
+    EXPECT_THAT(selected.ranges, ElementsAre(FDRange{5, 7, 1}, FDRange{0, 2, 3}));
+    for (std::uint16_t gid = 0; gid < 10; ++gid) {
+        const std::uint8_t found = getFDOfGlyph(selected.ranges, gid, 255);
+        EXPECT_TRUE(found == 255 || found == (gid < 3 ? 3 : 1)) << gid;
+    }
 }
 
 TEST(FDSelect, AGlyphFindsItsFontDict) {

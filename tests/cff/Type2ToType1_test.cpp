@@ -254,6 +254,8 @@ TEST(Type2ToType1, FractionsBecomeDivisions) {
     EXPECT_EQ(drawn({255, 0xFF, 0xFF, 0xFF, 0xFF, 6}), "-1 65536 div hlineto");
     EXPECT_EQ(drawn({255, 0, 5, 0, 0, 6}), "5 hlineto");
     EXPECT_EQ(drawn({255, 0x7F, 0xFF, 0xFF, 0xFF, 6}), "2147483647 65536 div hlineto");
+    // 32767 + 7233 1/65536: both do not fit.
+    EXPECT_EQ(drawn({28, 0x7F, 0xFF, 255, 0x1C, 0x41, 0, 1, 12, 10, 6}), "40000 hlineto");
 }
 
 TEST(Type2ToType1, NumbersBeyondIntegersAreCutToThem) {
@@ -271,6 +273,7 @@ TEST(Type2ToType1, AMaskThatIsTooShortSelectsWhatItHas) {
         stems.insert(stems.end(), {cffKey(FS_Word::hintmask), bytes});
         stems.insert(stems.end(), static_cast<std::size_t>(bytes), KWValue(0xFF));
     }
+    stems.insert(stems.end(), {0xFF, cffKey(FS_Word::hmoveto)}); // no mask any more
     CharStringTokens out;
     EXPECT_TRUE(Type2ToType1(0, 0).convert(stems, subrs, out));
     ASSERT_EQ(subrs.size(), 1U);
