@@ -36,8 +36,11 @@ TEST(FlattenCharString, NumbersOfFormTwoFiveFiveAreReals) {
 TEST(FlattenCharString, MaskBytesFollowTheirNumber) {
     EXPECT_EQ(Flat({140, 140, 18, 140, 140, 19, 0xC0, 20, 0x80, 14}).text(),
               "1 1 hstemhm 1 1 hintmask 1 192 cntrmask 1 128 endchar");
-    const Flat long_(Bytes().fill(18, 139).u8(18).u8(19).u8(1).u8(2).u8(14));
-    EXPECT_EQ(long_.text().substr(36), "hstemhm hintmask 2 1 2 endchar");
+    // Nine stems, of either direction.
+    for (const auto& [op, name] : {std::pair{18, "hstemhm"}, {23, "vstemhm"}}) {
+        const Flat flat(Bytes().fill(18, 139).u8(op).u8(19).u8(1).u8(2).u8(14));
+        EXPECT_EQ(flat.text().substr(36), name + std::string(" hintmask 2 1 2 endchar"));
+    }
 }
 
 TEST(FlattenCharString, StemsAreCountedByTheirDirection) {

@@ -177,6 +177,16 @@ TEST(Type1CMap, RosMakesAFontCIDKeyed) {
     EXPECT_EQ(cff.getGlyphOfCID(8), 3);
 }
 
+TEST(Type1CMap, RosNeedHaveNoOperands) {
+    CffSections table = cidKeyed().sections();
+    table.topDict = Bytes{12, 30};
+    const LoadedCff cff(table);
+    ASSERT_TRUE(cff.ok);
+    EXPECT_TRUE(cff.isCID);
+    FS_CIDSystemInfo info;
+    EXPECT_FALSE(cff.getCIDSystemInfo(info));
+}
+
 TEST(Type1CMap, TheCollectionOfACIDKeyedFont) {
     CffSections table = cidKeyed().sections();
     table.topDict = cffROS(391, 392, -3);
@@ -283,6 +293,16 @@ TEST(Type1CMap, ATableCutBeforeWhatTheLoadNeedsIsRefused) {
 
 TEST(Type1CMap, NoTopDictIsRefused) {
     EXPECT_FALSE(LoadedCff(Bytes{1, 0, 4, 1, 0, 1, 1, 1, 2, 'F', 0, 0, 0, 0, 0, 0}).ok);
+}
+
+TEST(Type1CMap, OfSeveralTopDictsTheFirstCounts) {
+    Bytes bytes{1, 0, 4, 1, 0, 1, 1, 1, 2, 'F'};
+    bytes.bytes(cffIndex({Bytes{140, 1}, Bytes{141, 1}})); // Notice 1, Notice 2
+    bytes.bytes(cffIndex({Bytes::ofText("behind both")})).u16(0);
+    const LoadedCff cff(bytes);
+    ASSERT_TRUE(cff.ok);
+    EXPECT_EQ(cff.topDict.getNamedItem(cffKey(FS_Word::Notice)), KWValue(1));
+    EXPECT_EQ(cff.getStringOfSID(391), "behind both");
 }
 
 TEST(Type1CMap, AnEmptyTopDictHasNothing) {

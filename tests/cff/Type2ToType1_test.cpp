@@ -227,16 +227,19 @@ TEST(Type2ToType1, CounterMasksBecomeCounterControl) {
               declared + "1 15 -5 0 4 13 callothersubr 1 hmoveto endchar");
 }
 
+/// What a group of vertical stems, each a unit wide and a unit apart, comes to.
+std::string counterControlOf(int stems) {
+    Bytes charString;
+    charString.fill(static_cast<std::size_t>(2 * stems), 140).u8(23);
+    const std::string text = pathOf(charString.u8(20).u8(0xFF).u8(0xF0).u8(14));
+    return text.substr(text.rfind("vstem ") + 6);
+}
+
 TEST(Type2ToType1, LongCounterControlIsCutFromTheEnd) {
-    Bytes charString = Bytes{140, 140, 18};
-    for (int i = 0; i < 11; ++i)
-        charString.u8(140).u8(140);
-    const std::string text = pathOf(charString.u8(20).u8(0x7F).u8(0xF0).u8(14));
-    // 0 groups, 1 group of 22 numbers: the last 22 first.
-    EXPECT_NE(text.find("vstem 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 2 -1 22 12 callothersubr "
-                        "0 1 2 13 callothersubr endchar"),
-              std::string::npos)
-        << text;
+    const std::string nine = "1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 ";
+    EXPECT_EQ(counterControlOf(10), "0 1 " + nine + "2 -1 22 13 callothersubr endchar");
+    EXPECT_EQ(counterControlOf(11), nine + "1 1 2 -1 22 12 callothersubr "
+                                           "0 1 2 13 callothersubr endchar");
 }
 
 TEST(Type2ToType1, DotsectionStays) {
