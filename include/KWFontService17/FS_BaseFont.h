@@ -223,6 +223,9 @@ public:
     // Writers append a font program to `output`, but for `getEmbedFontStream`, which turns it into
     // a stream over the file. A null stream means the font opens its own. False leaves partial
     // bytes, which the caller throws away.
+    //
+    // Fonts with `CFF ` outlines give that table, cut or whole, where fonts with `glyf` outlines
+    // give an sfnt: see `FS_FontInfo`.
 
     /// The largest number of characters that a character map of the font covers.
     virtual unsigned int getEmbedableCharCount(int faceIndex) const;

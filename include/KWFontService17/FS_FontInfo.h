@@ -297,27 +297,31 @@ public:
                             GlyphIDArray& out);
 
     // --- embedding ------------------------------------------------------------------------------
-    // Glyph ids are those of this font and stay the same in the subset. False leaves partial bytes
-    // in `output`. Embedding calls on one font are serialised by the caller.
+    // Glyph ids are those of this font, and in an sfnt they stay the same. False leaves partial
+    // bytes in `output`. Embedding calls on one font are serialised by the caller.
 
-    /// Subset with the tables that a document needs.
+    /// Subset with the tables that a document needs. Of a font with `CFF ` outlines it is a bare
+    /// `CFF ` table (PDF `FontFile3`) whose glyphs are packed: in a CID-keyed font their CIDs are
+    /// the old glyph ids, in a name-keyed one they keep their names and have StandardEncoding.
+    /// Such a font needs a list that is not empty and names glyphs that it has.
     bool getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
-    /// Subset with the tables of a zero-terminated list of tags, `glyf` and `loca` besides; a null
-    /// list stands for every table.
+    /// Subset with the tables of a zero-terminated list of tags, the outlines besides; a null list
+    /// stands for every table. `CFF ` outlines are not cut, and no list of glyphs is needed.
     bool getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                       const unsigned int* tables) const;
-    /// Subset that keeps the font's `cmap`.
+    /// Subset that keeps the font's `cmap`. False for `CFF ` outlines.
     bool getEmbedFontWithCmap(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
-    /// The font file itself; a collection member as a file of its own.
+    /// The font file itself; a collection member as a file of its own; of a font with `CFF `
+    /// outlines that table.
     bool getEmbedFontStream(KWMemStream& output) const;
-    /// Subset for a PostScript Type 42 font whose glyphs are kept apart.
+    /// Subset for a PostScript Type 42 font whose glyphs are kept apart. False for `CFF ` outlines.
     bool getPSEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                         FS_TTGlyphMap& glyphMap) const;
     bool getType1EmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
     bool getType1EmbedFont(unsigned char fontNumber, const char* fontName, int option,
                            KWMemStream& output, int& length1, int& length2, int& length3) const;
     bool getType1FontStream(KWMemStream& output, int& length1, int& length2, int& length3) const;
-    /// Subset with every table of the font.
+    /// Subset with every table of the font. `CFF ` outlines end behind the highest glyph listed.
     bool makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
     /// The same as WOFF 1.0.
     bool makeWebFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;

@@ -22,6 +22,8 @@ public:
     static std::optional<CFFIndexHead> read(CFFStream& table, std::uint64_t at);
 
     std::uint16_t count() const { return count_; }
+    /// Bytes of an offset, 1 to 4 where there are items.
+    std::uint8_t offSize() const { return offSize_; }
     /// Nothing beyond the count, and where two offsets contradict each other.
     std::optional<Item> item(std::size_t index) const;
     std::size_t arraySize() const { return offsets_.size(); }
@@ -55,6 +57,7 @@ public:
     ByteView operator[](std::size_t index) const;
     std::string_view text(std::size_t index) const;
     std::size_t dataSize() const { return data_.size(); }
+    std::uint8_t offSize() const { return head_.offSize(); }
     std::uint64_t end() const { return head_.end(); }
     /// What is held of the table: offsets and data.
     std::size_t byteSize() const { return head_.arraySize() + data_.size(); }

@@ -22,13 +22,8 @@ void writeByte(KWMemStream& output, int byte) {
     output += static_cast<char>(byte);
 }
 
-void writeTwoBytes(KWMemStream& output, int value) {
-    writeByte(output, value >> 8);
-    writeByte(output, value);
-}
-
-void writeFiveBytes(KWMemStream& output, std::uint8_t form, int value) {
-    std::array<std::uint8_t, 5> bytes{form};
+void writeLongInteger(KWMemStream& output, int value) {
+    std::array<std::uint8_t, 5> bytes{kDictLongInteger};
     ByteView::storeU32(&bytes[1], static_cast<std::uint32_t>(value));
     output.append(bytes.data(), bytes.size());
 }
@@ -68,19 +63,31 @@ std::string nibblesOf(const std::string& text) {
 
 } // namespace
 
-void writeCFFInteger(KWMemStream& output, int value) {
+std::size_t encodeCFFInteger(int value, std::span<std::uint8_t, 5> out) {
+    const auto twoBytes = [](std::uint8_t* to, int number) {
+        ByteView::storeU16(to, static_cast<std::uint16_t>(number));
+    };
     if (value >= -107 && value <= 107) {
-        writeByte(output, value + 139);
-    } else if (value > 0 && value <= 1131) {
-        writeTwoBytes(output, (247 << 8) + (value - 108));
-    } else if (value < 0 && value >= -1131) {
-        writeTwoBytes(output, (251 << 8) + (-value - 108));
-    } else if (isShort(value)) {
-        writeByte(output, kShortInteger);
-        writeTwoBytes(output, value);
-    } else {
-        writeFiveBytes(output, kFixed, value);
+        out[0] = static_cast<std::uint8_t>(value + 139);
+        return 1;
     }
+    if (value >= -1131 && value <= 1131) {
+        twoBytes(out.data(), value > 0 ? (247 << 8) + (value - 108) : (251 << 8) + (-value - 108));
+        return 2;
+    }
+    if (isShort(value)) {
+        out[0] = kShortInteger;
+        twoBytes(&out[1], value);
+        return 3;
+    }
+    out[0] = kFixed;
+    ByteView::storeU32(&out[1], static_cast<std::uint32_t>(value));
+    return 5;
+}
+
+void writeCFFInteger(KWMemStream& output, int value) {
+    std::array<std::uint8_t, 5> bytes;
+    output.append(bytes.data(), encodeCFFInteger(value, bytes));
 }
 
 void writeDictValue(KWMemStream& output, const KWValue& value) {
@@ -92,7 +99,7 @@ void writeDictValue(KWMemStream& output, const KWValue& value) {
         if (isShort(value.getIntegerValue()))
             writeCFFInteger(output, value.getIntegerValue());
         else
-            writeFiveBytes(output, kDictLongInteger, value.getIntegerValue());
+            writeLongInteger(output, value.getIntegerValue());
     } else {
         std::string text;
         value.toString().toUTF8String(text);

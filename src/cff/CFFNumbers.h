@@ -3,10 +3,17 @@
 #include <KWCommon15/KWMemStream.h>
 #include <KWCommon15/KWValue.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
 namespace KWFontService_NS {
 
-/// Appends an integer as charstrings have it, in the shortest form; one that needs more than 16
-/// bits in the five-byte form of charstrings, which a DICT does not have.
+/// Puts an integer into `out` as charstrings have it, in the shortest form; one that needs more
+/// than 16 bits in the five-byte form of charstrings, which a DICT does not have. Answers its size.
+std::size_t encodeCFFInteger(int value, std::span<std::uint8_t, 5> out);
+
+/// Appends an integer so encoded.
 void writeCFFInteger(KWCommonNS::KWMemStream& output, int value);
 
 /// Appends a DICT operand: a number, or a word as 1 for true and 0 for any other.

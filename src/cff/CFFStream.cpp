@@ -19,6 +19,22 @@ bool CFFStream::read(std::uint64_t offset, std::size_t length, std::vector<std::
     return KWCommonNS::readStreamAt(stream_, tableOffset_ + offset, length, out) == length;
 }
 
+bool CFFStream::copy(std::uint64_t offset, std::uint64_t length, KWCommonNS::KWMemStream& output) {
+    constexpr std::uint64_t kPieceSize = std::uint64_t{64} << 10;
+    if (offset > size_ || length > size_ - offset)
+        return false;
+    std::vector<std::uint8_t> piece(static_cast<std::size_t>(std::min(length, kPieceSize)));
+    while (length > 0) {
+        const auto now = std::span(piece).first(
+            static_cast<std::size_t>(std::min<std::uint64_t>(length, piece.size())));
+        if (!read(offset, now) || !output.append(now.data(), now.size()))
+            return false;
+        offset += now.size();
+        length -= now.size();
+    }
+    return true;
+}
+
 std::optional<std::uint8_t> CFFCursor::u8() {
     if (at_ == end_) {
         end_ = table_.readUpTo(next_, piece_);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <KWCommon15/KWMemStream.h>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -30,6 +32,9 @@ public:
     /// Makes `out` the `length` bytes from `offset` on; false on a short read. A length that lies
     /// costs little memory.
     bool read(std::uint64_t offset, std::size_t length, std::vector<std::uint8_t>& out);
+    /// Appends the `length` bytes from `offset` on to `output`; false on a short read and when the
+    /// output takes no more.
+    bool copy(std::uint64_t offset, std::uint64_t length, KWCommonNS::KWMemStream& output);
 
 private:
     std::istream& stream_;

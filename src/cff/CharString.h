@@ -48,14 +48,19 @@ public:
 
     /// False when that is more than what is left.
     bool charge(std::size_t bytes) {
-        if (bytes > left_)
+        if (bytes > left_) {
+            spent_ = true;
             return false;
+        }
         left_ -= bytes;
         return true;
     }
+    /// True once something was too much: what was gone through is not all there is.
+    bool isSpent() const { return spent_; }
 
 private:
     std::size_t left_;
+    bool spent_ = false;
 };
 
 /// Goes through the bytes of one charstring and keeps the counts.

@@ -4,7 +4,9 @@
 
 #include <KWCommon15/KWMemStream.h>
 
+#include <cstdint>
 #include <map>
+#include <vector>
 
 namespace KWFontService_NS {
 
@@ -18,5 +20,12 @@ using SubrNumbers = std::map<int, int>;
 void copyCharString(KWCommonNS::KWMemStream& output, ByteView charString, SubrWalker& walker,
                     const SubrNumbers& globalNumbers, const SubrNumbers& localNumbers,
                     CharStringCounts counts);
+void copyCharString(std::vector<std::uint8_t>& output, ByteView charString, SubrWalker& walker,
+                    const SubrNumbers& globalNumbers, const SubrNumbers& localNumbers,
+                    CharStringCounts counts);
+
+/// How many bytes `copyCharString` appends.
+std::size_t copiedSize(ByteView charString, SubrWalker& walker, const SubrNumbers& globalNumbers,
+                       const SubrNumbers& localNumbers, CharStringCounts counts);
 
 } // namespace KWFontService_NS

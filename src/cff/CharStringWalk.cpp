@@ -43,16 +43,15 @@ struct TokenWalk {
     }
 };
 
-/// A subr and the counts that it is entered with, as one number.
-std::uint64_t keyOf(bool isGlobal, int operand, const CharStringCounts& counts) {
+} // namespace
+
+std::uint64_t subrCallKey(bool isGlobal, int operand, const CharStringCounts& counts) {
     static_assert(KWCommonNS::kMaxCharStringOperands < 1 << 12 &&
                   KWCommonNS::kMaxCharStringStems < 1 << 12);
     const auto bits = [](int value) { return static_cast<std::uint64_t>(value); };
     return (bits(operand) & 0xFFFFFFFF) << 32 | bits(counts.stems) << 16 |
            bits(counts.operands) << 1 | (isGlobal ? 1U : 0U);
 }
-
-} // namespace
 
 void walkCharString(ByteView charString, CharStringTokens& tokens, const CharStringSubrs& subrs,
                     CharStringCounts& counts, SubrEntries* globalEntries, SubrEntries* localEntries,
@@ -85,11 +84,13 @@ void SubrWalker::call(bool isGlobal, int operand, CharStringCounts& counts, int 
         entries->try_emplace(operand, SubrEntryState{counts, fontDict_});
     if (depth == KWCommonNS::kMaxSubrDepth)
         return;
-    const std::uint64_t key = keyOf(isGlobal, operand, counts);
+    const std::uint64_t key = subrCallKey(isGlobal, operand, counts);
     if (const auto known = known_.find(key); known != known_.end()) {
         counts = known->second;
         return;
     }
+    if (!budget_.charge(KWCommonNS::kKnownSubrCost))
+        return;
     walk(*subr, counts, depth + 1);
     known_.insert_or_assign(key, counts);
 }

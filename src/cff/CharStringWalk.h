@@ -18,6 +18,9 @@ struct SubrEntryState {
 /// The subrs that are called, by the operand of the call.
 using SubrEntries = std::map<int, SubrEntryState>;
 
+/// A call and the counts that its subr is entered with, as one number.
+std::uint64_t subrCallKey(bool isGlobal, int operand, const CharStringCounts& counts);
+
 /// Turns a charstring, and in their places the subrs that it calls, into tokens. Operands of calls,
 /// the calls and `return` stay; masks give none. A subr that does not exist is passed by, and so is
 /// one beyond `kMaxSubrDepth` or the budget. `endchar` ends its own charstring only.

@@ -97,6 +97,13 @@ inline constexpr int kMaxCharStringStems = 2048;
 /// Subrs inside subrs of charstrings. The format allows 10; one may call itself.
 inline constexpr int kMaxSubrDepth = 16;
 
+/// What it counts for to remember what a subr does, in bytes of charstrings: about what it takes of
+/// the heap.
+inline constexpr std::size_t kKnownSubrCost = 64;
+
+/// Places where a charstring may end, in subrs that it calls. An honest one ends once.
+inline constexpr std::size_t kMaxCharStringEnds = 4;
+
 // What a writer of fonts may make us do.
 
 /// Rounds of a glyph closure that read small gaps between glyphs, which saves reads. Each round may
@@ -107,6 +114,16 @@ inline constexpr int kClosureRoundsWithGaps = 3;
 /// with gaps, for the others together and for the writing, and every other table once. Overlapping
 /// lies would otherwise make gigabytes of a few thousand bytes.
 inline constexpr std::uint64_t kMaxEmbedReadFactor = kClosureRoundsWithGaps + 3;
+
+/// Bytes of charstrings and subrs that each step of a CFF writer may go through: so many for each
+/// of the table, and whatever it has. What a subr does to the counts is remembered, so it is gone
+/// through once for each count that it is entered with.
+inline constexpr std::size_t kCharStringReads = 16;
+inline constexpr std::size_t kFreeCharStringBytes = std::size_t{1} << 20;
+
+/// Bytes that a CFF table may get for glyphs that are left out, times its own. They are as many
+/// copies of the space, and a space is short.
+inline constexpr std::uint64_t kMaxFillers = 16;
 
 /// Problems that the service keeps for its host. A configuration may be wrong in every line, and a
 /// host may read it again and again; nobody reads ten thousand messages.

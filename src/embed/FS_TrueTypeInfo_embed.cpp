@@ -1,3 +1,5 @@
+#include "embed/CFFSubsetInPlace.h"
+#include "embed/CFFSubsetRenumbered.h"
 #include "embed/EmbedSource.h"
 #include "embed/GlyphClosure.h"
 #include "embed/GlyphSubset.h"
@@ -36,8 +38,13 @@ constexpr unsigned kPreviewAndPrint = 0x0004;
 constexpr unsigned kEditable = 0x0008;
 constexpr unsigned kBitmapOnly = 0x0200;
 
-bool hasCff(const FS_TrueTypeInfo& face) {
-    return face.getTableEntry(sfntTag("CFF ")) != nullptr;
+/// Null for a face without `CFF ` outlines.
+const TTI_TableRecord* cffOf(const FS_TrueTypeInfo& face) {
+    return face.getTableEntry(sfntTag("CFF "));
+}
+
+CFFStream cffTable(std::istream& stream, const TTI_TableRecord& record) {
+    return {stream, record.offset, record.length};
 }
 
 /// What the glyph writers work on: the tables asked for, and where the glyphs are.
@@ -84,23 +91,64 @@ bool writeSubset(FS_TrueTypeInfo& face, const std::vector<unsigned short>& glyph
     return subsetGlyphTables(source, reader, glyphs, output, job.tables);
 }
 
-} // namespace
+/// The tables of the list as they stand, with `CFF ` outlines whole.
+bool writeWithCff(const FS_TrueTypeInfo& face, KWMemStream& output, const unsigned int* tags,
+                  std::istream* given) {
+    const SourceStream stream(given, face.ownerFont());
+    TableSet tables;
+    if (!stream || !selectTables(face.getTableDirectory(), tags, tables))
+        return false;
+    EmbedSource source(*stream);
+    return writeSfnt(source, output, {}, tables);
+}
 
-// Subsets of `CFF ` outlines are another writer's work: fonts that have them are turned away here.
+/// Every table, with `CFF ` outlines cut.
+bool writeCffSubset(const FS_TrueTypeInfo& face, const TTI_TableRecord& record,
+                    const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                    std::istream* given) {
+    const SourceStream stream(given, face.ownerFont());
+    TableSet tables;
+    if (!stream || !selectTables(face.getTableDirectory(), nullptr, tables))
+        return false;
+    CFFStream table = cffTable(*stream, record);
+    CFFInPlaceSubset subset(table);
+    if (!subset.plan(glyphs, face.getGlyphID(0x20, false)))
+        return false;
+    const auto writeCff = [&subset](KWMemStream& to) { return subset.write(to); };
+    EmbedSource source(*stream);
+    return writeSfnt(
+        source, output,
+        {.glyf = std::nullopt, .loca = std::nullopt, .cff = TableContents{subset.size(), writeCff}},
+        tables);
+}
+
+} // namespace
 
 bool FS_TrueTypeInfo::getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                                    const unsigned int* tables, std::istream* stream) {
-    return !hasCff(*this) && writeSubset(*this, glyphs, output, tables, stream);
+    if (cffOf(*this) != nullptr)
+        return writeWithCff(*this, output, tables, stream);
+    return writeSubset(*this, glyphs, output, tables, stream);
 }
 
 bool FS_TrueTypeInfo::getEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
-                                   std::istream* stream) {
-    return getEmbedFont(glyphs, output, kDocumentTables.data(), stream);
+                                   std::istream* given) {
+    const TTI_TableRecord* const record = cffOf(*this);
+    if (record == nullptr)
+        return writeSubset(*this, glyphs, output, kDocumentTables.data(), given);
+    const Type1CMap* const font = getCFFInfo();
+    const SourceStream stream(given, owner);
+    if (font == nullptr || !stream)
+        return false;
+    CFFStream table = cffTable(*stream, *record);
+    return subsetCFFRenumbered(table, *font, glyphs, output);
 }
 
 bool FS_TrueTypeInfo::makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                                      std::istream* stream) {
-    return getEmbedFont(glyphs, output, nullptr, stream);
+    if (const TTI_TableRecord* const record = cffOf(*this))
+        return writeCffSubset(*this, *record, glyphs, output, stream);
+    return writeSubset(*this, glyphs, output, nullptr, stream);
 }
 
 bool FS_TrueTypeInfo::getEmbedFontWithCmap(const std::vector<unsigned short>& glyphs,
@@ -124,7 +172,11 @@ bool FS_TrueTypeInfo::getPSEmbedFont(const std::vector<unsigned short>& glyphs, 
 }
 
 bool FS_TrueTypeInfo::getEmbedFontStream(KWMemStream& output, std::istream* source) {
-    if (owner == nullptr || hasCff(*this))
+    if (const TTI_TableRecord* const record = cffOf(*this)) {
+        const SourceStream stream(source, owner);
+        return stream && cffTable(*stream, *record).copy(0, record->length, output);
+    }
+    if (owner == nullptr)
         return false;
     if (source != nullptr) {
         output.rdbuf()->setSource(source, true);

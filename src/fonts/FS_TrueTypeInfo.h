@@ -82,7 +82,8 @@ public:
         verticalGlyphsGiven_.store(true, std::memory_order_relaxed);
     }
     /// The face's file as it stands: `output` becomes a stream over `source`, which the caller
-    /// keeps alive as long; null opens the font's own, which `output` then owns.
+    /// keeps alive as long; null opens the font's own, which `output` then owns. Of a face with
+    /// `CFF ` outlines that table is appended instead.
     bool getEmbedFontStream(KWMemStream& output, std::istream* source);
     /// False before a load, too.
     bool isCIDFont() const {

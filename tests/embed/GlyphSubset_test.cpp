@@ -258,17 +258,6 @@ TEST(GlyphSubset, ASubsetCanBeSubsetAgain) {
     EXPECT_EQ(EmbeddableFont(once).subset({2, 3, 6}), once);
 }
 
-TEST(GlyphSubset, FontsWithCffOutlinesAreTurnedAway) {
-    TestFont source = TestFont::latin();
-    source.with("CFF ", Bytes{1, 0, 4, 1});
-    EmbeddableFont font(source.build());
-    EXPECT_TRUE(font.embed({2}).empty());
-    EXPECT_TRUE(font.embed({2}, {sfntTag("head"), 0}).empty());
-    EXPECT_TRUE(font.subset({2}).empty());
-    KWMemStream out;
-    EXPECT_FALSE(font.font().getEmbedFontStream(out, &font.stream(), 0));
-}
-
 TEST(GlyphSubset, GlyfWithoutLocaIsNoFontToEmbed) {
     EmbeddableFont font(TestFont::latin().without("loca").build());
     KeptGlyphs kept;

@@ -1,0 +1,444 @@
+#include "embed/CFFSubsetRenumbered.h"
+
+#include "cff/CFFNumbers.h"
+#include "cff/StandardStrings.h"
+#include "common/KWLimits.h"
+#include "embed/CFFIndexWriter.h"
+#include "embed/CFFSubrUse.h"
+#include "embed/CFFTopDict.h"
+#include "embed/CharStringStore.h"
+#include "embed/SeacFinder.h"
+
+#include <KWCommon15/KWNamedValue.h>
+
+#include <algorithm>
+#include <array>
+
+namespace KWFontService_NS {
+
+namespace {
+
+constexpr std::uint64_t kNameIndexAt = 4;
+constexpr std::uint8_t kNoFontDict = 255;
+
+/// A glyph of the subset.
+struct SubsetGlyph {
+    std::uint16_t gid = 0; ///< in the source
+    std::uint16_t key = 0; ///< string id or CID, which orders the glyphs
+    std::uint8_t fontDict = 0;
+    std::size_t place = 0; ///< of its charstring in the store
+};
+
+void appendU16(KWMemStream& output, std::size_t value) {
+    std::array<std::uint8_t, 2> bytes;
+    ByteView::storeU16(bytes.data(), static_cast<std::uint16_t>(value));
+    output.append(bytes.data(), bytes.size());
+}
+
+/// An INDEX of one item.
+void writeSingleIndex(KWMemStream& output, KWMemStream& item) {
+    writeIndex(output, item, std::array{std::uint32_t{0}, static_cast<std::uint32_t>(item.size())});
+}
+
+/// What is kept of a Private DICT but its `Subrs`, in the order of the keys.
+void writePrivateEntries(KWMemStream& output, const KWValue& dict) {
+    const auto rows = privateDictRows();
+    for (const auto& [name, value] : dict.getNamedValueMap()) {
+        const auto row = std::ranges::find(
+            rows, name, [](const CFFDictRow& candidate) { return cffKey(candidate.key); });
+        if (row->op == kSubrsOp)
+            continue;
+        if (row->entry == CFFEntry::Array) {
+            // A place without an operand ends it.
+            for (std::size_t place = 1; !value.getNamedItem(cffKey(place)).isNull(); ++place)
+                writeDictValue(output, value.getNamedItem(cffKey(place)));
+        } else {
+            writeDictValue(output, value);
+        }
+        writeCFFOperator(output, row->op);
+    }
+}
+
+/// One call of `subsetCFFRenumbered`, step by step.
+class RenumberedSubset {
+public:
+    RenumberedSubset(CFFStream& table, const Type1CMap& font, KWMemStream& output,
+                     std::uint8_t offSize)
+        : table_(table), font_(font), output_(output), start_(output.size()), offSize_(offSize),
+          budget_(KWCommonNS::kFreeCharStringBytes +
+                  std::size_t{table.size()} * KWCommonNS::kCharStringReads) {}
+
+    bool write(const std::vector<unsigned short>& listed) {
+        return readFont() && collectGlyphs(listed) && assignKeys() && closeSubrs() && writeHead() &&
+               subrs_->writeGlobalSubrs(output_) && writeCharset() && writeFDSelect() &&
+               writeCharStrings() && writeFDArray() && writePrivates() && !subrs_->isSpent() &&
+               !output_.fail();
+    }
+    /// True when `write` failed over an offset that two bytes do not hold.
+    bool needsLongOffsets() const { return needsLongOffsets_; }
+
+private:
+    bool readFont();
+    bool addGlyphs(std::vector<std::uint16_t> gids);
+    bool collectGlyphs(const std::vector<unsigned short>& listed);
+    std::optional<std::vector<std::uint16_t>> accentParts();
+    bool assignKeys();
+    bool closeSubrs();
+    bool writeHead();
+    bool writeStrings();
+    bool writeCharset();
+    bool writeFDSelect();
+    bool writeCharStrings();
+    bool writeFDArray();
+    bool writePrivates();
+    bool fill(std::size_t at, std::uint8_t width, std::size_t value);
+    bool fillHere(std::optional<std::size_t> blank) {
+        return !blank || fill(*blank, offSize_, position());
+    }
+
+    /// From the start of the new table.
+    std::size_t position() { return output_.size() - start_; }
+    std::uint16_t newSID(std::uint16_t sid) const;
+
+    struct PrivateBlanks {
+        std::uint8_t fontDict = 0;
+        std::size_t size = 0;
+        std::size_t offset = 0;
+    };
+
+    CFFStream& table_;
+    const Type1CMap& font_;
+    KWMemStream& output_;
+    std::size_t start_; ///< of the new table in the output
+    std::uint8_t offSize_;
+    std::size_t budget_; ///< of each step that goes through charstrings, in their bytes
+    bool needsLongOffsets_ = false;
+
+    std::vector<std::uint8_t> topDict_;
+    std::uint64_t stringsAt_ = 0;
+    CFFIndexHead charStrings_;
+    CFFIndex globals_;
+    std::vector<CFFFontDict> fontDicts_; ///< of a name-keyed font one
+    std::vector<FDRange> ranges_;
+
+    std::vector<SubsetGlyph> glyphs_; ///< by glyph id, then by key
+    CharStringStore store_;
+    std::optional<CFFSubrUse> subrs_;
+    std::vector<std::uint16_t> usedSIDs_; ///< custom ones, ascending
+    std::vector<std::uint8_t> usedFDs_;   ///< ascending
+    TopDictBlanks blanks_;
+    std::vector<PrivateBlanks> privates_;
+};
+
+bool RenumberedSubset::readFont() {
+    std::uint64_t at = kNameIndexAt;
+    if (!skipIndex(table_, at))
+        return false;
+    const auto topDicts = CFFIndexHead::read(table_, at);
+    const auto item = topDicts ? topDicts->item(0) : std::nullopt;
+    if (!item || !table_.read(item->offset, item->length, topDict_))
+        return false;
+    stringsAt_ = topDicts->end();
+    const auto charStringsAt = static_cast<std::uint32_t>(
+        font_.topDict.getNamedItem(cffKey(FS_Word::CharStrings)).getIntegerValue());
+    if (!Type1CMap::readIndexAt(table_, charStringsAt, charStrings_) ||
+        !Type1CMap::readGlobalSubrs(table_, globals_))
+        return false;
+    if (font_.isCID)
+        return font_.readFDSelect(table_, ranges_) && font_.readFDArray(table_, fontDicts_);
+
+    CFFFontDict& only = fontDicts_.emplace_back();
+    CFFIndex locals;
+    const KWValue& place = font_.topDict.getNamedItem(cffKey(FS_Word::Private));
+    if (place.getNamedItem(cffKey(1)).getIntegerValue() != 0) {
+        if (!font_.readLocalSubrs(table_, only.privateDict, locals))
+            return false;
+        only.dict.setNamedItem(cffKey(FS_Word::Private), place);
+    }
+    only.localSubrs = std::make_shared<const CFFIndex>(std::move(locals));
+    return true;
+}
+
+/// What accented glyphs are put together of. Nothing when too much would have to be gone through.
+std::optional<std::vector<std::uint16_t>> RenumberedSubset::accentParts() {
+    CharStringBudget budget(budget_);
+    SeacFinder finder({globals_, *fontDicts_.front().localSubrs}, budget);
+    std::array<bool, 256> isPart{};
+    for (const SubsetGlyph& glyph : glyphs_)
+        finder.find(store_[glyph.place], [&isPart](std::uint8_t code) { isPart[code] = true; });
+    std::vector<std::uint16_t> parts;
+    for (unsigned code = 1; code < isPart.size(); ++code) {
+        const std::uint16_t sid =
+            isPart[code] ? standardEncodingSID(static_cast<std::uint8_t>(code)) : std::uint16_t{0};
+        const std::uint16_t gid = sid != 0 ? font_.getGlyphOfCID(sid) : std::uint16_t{FS_NO_GLYPH};
+        if (gid != FS_NO_GLYPH)
+            parts.push_back(gid);
+    }
+    if (budget.isSpent())
+        return std::nullopt;
+    return parts;
+}
+
+/// Adds glyphs that are not there yet.
+bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids) {
+    std::ranges::sort(gids);
+    gids.erase(std::ranges::unique(gids).begin(), gids.end());
+    std::erase_if(gids, [this](std::uint16_t gid) {
+        return std::ranges::binary_search(glyphs_, gid, {}, &SubsetGlyph::gid);
+    });
+    CharStringReader reader(table_, charStrings_);
+    if (!store_.add(reader, gids))
+        return false;
+    for (const std::uint16_t gid : gids)
+        glyphs_.push_back({.gid = gid, .place = glyphs_.size()});
+    std::ranges::sort(glyphs_, {}, &SubsetGlyph::gid);
+    return true;
+}
+
+/// The glyphs of the list, what they are put together of, and glyph 0.
+bool RenumberedSubset::collectGlyphs(const std::vector<unsigned short>& listed) {
+    if (!addGlyphs({listed.begin(), listed.end()}))
+        return false;
+    const bool isStandard = !font_.isCID && font_.getEncodingScheme() == FS_ENCODING_STANDARD;
+    if (isStandard) {
+        auto parts = accentParts();
+        if (!parts || !addGlyphs(std::move(*parts)))
+            return false;
+    }
+    return addGlyphs({0});
+}
+
+std::uint16_t RenumberedSubset::newSID(std::uint16_t sid) const {
+    const auto place = std::ranges::lower_bound(usedSIDs_, sid) - usedSIDs_.begin();
+    return static_cast<std::uint16_t>(kStandardStringCount + place);
+}
+
+/// Gives glyphs their string ids, renumbered, or CIDs, and notes the Font DICTs.
+bool RenumberedSubset::assignKeys() {
+    if (font_.isCID) {
+        for (SubsetGlyph& glyph : glyphs_) {
+            glyph.key = glyph.gid;
+            glyph.fontDict = getFDOfGlyph(ranges_, glyph.gid, kNoFontDict);
+            if (glyph.fontDict >= fontDicts_.size())
+                return false;
+            usedFDs_.push_back(glyph.fontDict);
+        }
+        std::ranges::sort(usedFDs_);
+        usedFDs_.erase(std::ranges::unique(usedFDs_).begin(), usedFDs_.end());
+        return true;
+    }
+    usedFDs_.push_back(0);
+    usedSIDs_ = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
+    for (SubsetGlyph& glyph : glyphs_) {
+        glyph.key = font_.getSIDOfGlyph(glyph.gid);
+        if (isCustomSID(glyph.key))
+            usedSIDs_.push_back(glyph.key);
+    }
+    std::ranges::sort(usedSIDs_);
+    usedSIDs_.erase(std::ranges::unique(usedSIDs_).begin(), usedSIDs_.end());
+    for (SubsetGlyph& glyph : glyphs_)
+        if (isCustomSID(glyph.key))
+            glyph.key = newSID(glyph.key);
+    return true;
+}
+
+/// Finds the subrs that are used, then brings the glyphs into their order. Of glyphs with one
+/// string id the first stays.
+bool RenumberedSubset::closeSubrs() {
+    subrs_.emplace(globals_, fontDicts_, budget_);
+    for (const SubsetGlyph& glyph : glyphs_)
+        subrs_->add(store_[glyph.place], glyph.fontDict);
+    subrs_->renumber();
+    std::ranges::stable_sort(glyphs_, {}, &SubsetGlyph::key);
+    glyphs_.erase(std::ranges::unique(glyphs_, {}, &SubsetGlyph::key).begin(), glyphs_.end());
+    return !subrs_->isSpent();
+}
+
+/// Header, names, Top DICT and strings.
+bool RenumberedSubset::writeHead() {
+    const std::array<std::uint8_t, 4> header{1, 0, 4, offSize_};
+    output_.append(header.data(), header.size());
+    std::uint64_t at = kNameIndexAt;
+    if (!copyIndex(table_, at, output_))
+        return false;
+
+    KWMemStream dict;
+    blanks_ = copyTopDict(
+        ByteView(topDict_.data(), topDict_.size()), font_.isCID, offSize_,
+        [this](std::uint16_t sid) { return newSID(sid); }, dict);
+    writeSingleIndex(output_, dict);
+    blanks_.move(output_.size() - dict.size());
+    return writeStrings();
+}
+
+bool RenumberedSubset::writeStrings() {
+    if (font_.isCID)
+        return copyIndex(table_, stringsAt_, output_);
+    KWMemStream data;
+    std::vector<std::uint32_t> offsets{0};
+    for (const std::uint16_t sid : usedSIDs_) {
+        const std::string_view text = font_.getStringOfSID(sid);
+        if (data.size() + text.size() > table_.size())
+            return false; // strings that lie over each other
+        data.append(text.data(), text.size());
+        offsets.push_back(static_cast<std::uint32_t>(data.size()));
+    }
+    writeIndex(output_, data, offsets);
+    return true;
+}
+
+bool RenumberedSubset::writeCharset() {
+    struct Range {
+        std::uint16_t first;
+        std::uint16_t more;
+    };
+    std::vector<Range> ranges;
+    for (const SubsetGlyph& glyph : glyphs_) {
+        if (glyph.key == 0)
+            continue; // .notdef stands in no charset
+        if (!ranges.empty() && ranges.back().first + ranges.back().more + 1 == glyph.key)
+            ++ranges.back().more;
+        else
+            ranges.push_back({glyph.key, 0});
+    }
+    if (ranges.empty())
+        ranges.push_back({0, 0});
+    constexpr std::uint16_t kMostInByte = 255;
+    const bool wide =
+        std::ranges::any_of(ranges, [](const Range& range) { return range.more > kMostInByte; });
+
+    if (!fillHere(blanks_.charset))
+        return false;
+    output_ += static_cast<char>(wide ? 2 : 1);
+    for (const Range& range : ranges) {
+        appendU16(output_, range.first);
+        if (wide)
+            appendU16(output_, range.more);
+        else
+            output_ += static_cast<char>(range.more);
+    }
+    return true;
+}
+
+bool RenumberedSubset::writeFDSelect() {
+    if (!font_.isCID)
+        return true;
+    if (!fillHere(blanks_.fdSelect))
+        return false;
+    KWMemStream ranges;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < glyphs_.size(); ++i) {
+        const std::uint8_t fontDict = glyphs_[i].fontDict;
+        if (i > 0 && fontDict == glyphs_[i - 1].fontDict)
+            continue;
+        appendU16(ranges, i);
+        ranges +=
+            static_cast<char>(std::ranges::lower_bound(usedFDs_, fontDict) - usedFDs_.begin());
+        ++count;
+    }
+    constexpr char kFormat = 3;
+    output_ += kFormat;
+    appendU16(output_, count);
+    output_.append(ranges.data(), ranges.size());
+    appendU16(output_, glyphs_.size());
+    return true;
+}
+
+bool RenumberedSubset::writeCharStrings() {
+    return fillHere(blanks_.charStrings) &&
+           subrs_->writeCharStrings(output_, glyphs_.size(), [this](std::size_t i) {
+               return CharStringToCopy{store_[glyphs_[i].place], glyphs_[i].fontDict};
+           });
+}
+
+bool RenumberedSubset::writeFDArray() {
+    if (!font_.isCID) {
+        if (!fontDicts_.front().dict.isNull() && blanks_.privateSize)
+            privates_.push_back({0, *blanks_.privateSize, *blanks_.privateOffset});
+        return true;
+    }
+    if (!fillHere(blanks_.fdArray))
+        return false;
+    KWMemStream data;
+    std::vector<std::uint32_t> offsets{0};
+    for (const std::uint8_t fontDict : usedFDs_) {
+        const KWValue& dict = fontDicts_[fontDict].dict;
+        const KWValue& name = dict.getNamedItem(cffKey(FS_Word::FontName));
+        if (!name.isNull()) {
+            writeDictValue(data, name);
+            writeCFFOperator(data, kFontNameOp);
+        }
+        if (!dict.getNamedItem(cffKey(FS_Word::Private)).isNull()) {
+            const std::size_t size = writeBlankOperand(data, 2);
+            privates_.push_back({fontDict, size, writeBlankOperand(data, offSize_)});
+            writeCFFOperator(data, kPrivateOp);
+        }
+        offsets.push_back(static_cast<std::uint32_t>(data.size()));
+    }
+    writeIndex(output_, data, offsets);
+    const std::size_t dataAt = output_.size() - data.size();
+    for (PrivateBlanks& blanks : privates_) {
+        blanks.size += dataAt;
+        blanks.offset += dataAt;
+    }
+    return true;
+}
+
+bool RenumberedSubset::writePrivates() {
+    // The entry `Subrs`: its operand in three bytes, and the operator.
+    constexpr std::size_t kSubrsEntrySize = 4;
+    for (const PrivateBlanks& blanks : privates_) {
+        KWMemStream dict;
+        writePrivateEntries(dict, fontDicts_[blanks.fontDict].privateDict);
+        const std::size_t size = dict.size() + kSubrsEntrySize;
+        const std::size_t subrs = writeBlankOperand(dict, 2);
+        writeCFFOperator(dict, kSubrsOp);
+        const std::size_t at = output_.size();
+        if (!fill(blanks.size, 2, size) || !fillHere(blanks.offset))
+            return false;
+        output_.append(dict.data(), dict.size());
+        if (!fill(at + subrs, 2, size) || !subrs_->writeLocalSubrs(output_, blanks.fontDict))
+            return false;
+    }
+    return true;
+}
+
+/// Puts a number where it was left open; false when it does not fit.
+bool RenumberedSubset::fill(std::size_t at, std::uint8_t width, std::size_t value) {
+    constexpr std::size_t kMostInTwo = 0x7FFF; // short integers have a sign for most readers
+    constexpr std::size_t kMostInFour = 0x7FFFFFFF;
+    if (value > (width == 2 ? kMostInTwo : kMostInFour)) {
+        needsLongOffsets_ = width == 2;
+        return false;
+    }
+    std::array<std::uint8_t, 4> bytes;
+    if (width == 2)
+        ByteView::storeU16(bytes.data(), static_cast<std::uint16_t>(value));
+    else
+        ByteView::storeU32(bytes.data(), static_cast<std::uint32_t>(value));
+    output_.seekp(static_cast<std::streamoff>(at));
+    output_.write(reinterpret_cast<const char*>(bytes.data()), width);
+    return static_cast<bool>(output_.seekp(0, std::ios::end));
+}
+
+} // namespace
+
+bool subsetCFFRenumbered(CFFStream& table, const Type1CMap& font,
+                         const std::vector<unsigned short>& glyphs, KWMemStream& output) {
+    if (glyphs.empty() || output.fail())
+        return false;
+    const int type = font.topDict.getNamedItem(cffKey(FS_Word::CharstringType)).getIntegerValue();
+    if (type == 1)
+        return table.copy(0, table.size(), output);
+    constexpr std::uint32_t kShortTable = 0x8000;
+    if (font.isCID || table.size() >= kShortTable)
+        return RenumberedSubset(table, font, output, 4).write(glyphs);
+    // A short table has short offsets, unless what comes out is not short.
+    KWMemStream shortTable;
+    RenumberedSubset subset(table, font, shortTable, 2);
+    if (subset.write(glyphs))
+        return output.append(shortTable.data(), shortTable.size()).good();
+    return subset.needsLongOffsets() && RenumberedSubset(table, font, output, 4).write(glyphs);
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,52 @@
+#include "embed/CharStringStore.h"
+
+namespace KWFontService_NS {
+
+std::optional<std::size_t> CharStringReader::sizeOf(std::span<const std::uint16_t> glyphs) const {
+    std::uint64_t size = 0;
+    for (const std::uint16_t gid : glyphs) {
+        const auto item = head_.item(gid);
+        if (!item)
+            return std::nullopt;
+        size += item->length;
+    }
+    if (size > table_.size())
+        return std::nullopt;
+    return static_cast<std::size_t>(size);
+}
+
+std::size_t CharStringReader::readPiece(std::span<const std::uint16_t> glyphs) {
+    // Small enough to stay in the processor's cache between reading and use; reading over a gap of
+    // this size costs less than another read.
+    constexpr std::uint64_t kPieceSize = std::uint64_t{64} << 10;
+    constexpr std::uint64_t kWorthwhileGap = 2048;
+    start_ = head_.item(glyphs.front())->offset;
+    std::uint64_t end = start_;
+    std::size_t count = 0;
+    for (const std::uint16_t gid : glyphs) {
+        const auto item = head_.item(gid);
+        const std::uint64_t next = item->offset + item->length;
+        if (item->offset < end || item->offset - end > kWorthwhileGap ||
+            (count > 0 && next - start_ > kPieceSize))
+            break;
+        end = next;
+        ++count;
+    }
+    if (!table_.read(start_, static_cast<std::size_t>(end - start_), buffer_))
+        return 0;
+    return count;
+}
+
+bool CharStringStore::add(CharStringReader& reader, std::span<const std::uint16_t> glyphs) {
+    const auto size = reader.sizeOf(glyphs);
+    if (!size)
+        return false;
+    bytes_.reserve(bytes_.size() + *size);
+    begins_.reserve(begins_.size() + glyphs.size());
+    return reader.visit(glyphs, [this](ByteView charString) {
+        bytes_.insert(bytes_.end(), charString.data(), charString.data() + charString.size());
+        begins_.push_back(bytes_.size());
+    });
+}
+
+} // namespace KWFontService_NS
