@@ -136,11 +136,13 @@ bool CFFInPlaceSubset::readTopDict() {
 
 bool CFFInPlaceSubset::readFDArray(std::uint32_t at) {
     auto index = CFFIndex::read(table_, at);
-    if (!index || index->size() > KWCommonNS::kMaxFontDicts || index->end() > table_.size() ||
-        (at < charStrings_.end() && index->end() > charStringsAt_))
+    if (!index)
         return false;
     if (index->empty())
         return true;
+    if (index->size() > KWCommonNS::kMaxFontDicts || index->end() > table_.size() ||
+        (at < charStrings_.end() && index->end() > charStringsAt_))
+        return false;
     fontDicts_ = std::move(*index);
     fontDictsAt_ = at;
     fontDictsEnd_ = fontDicts_.end();

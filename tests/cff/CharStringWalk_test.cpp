@@ -1,6 +1,7 @@
 #include "cff/CharStringWalk.h"
 
 #include "cff/CharStringFixture.h"
+#include "common/KWLimits.h"
 
 namespace KWFontService_NS {
 namespace {
@@ -127,18 +128,23 @@ TEST(WalkCharString, TheBudgetEndsSubrsThatCallEachOther) {
     EXPECT_LE(tokens.size(), 200000U);
 
     // What is remembered costs what the bytes cost.
-    CharStringBudget small(10 * 61 + 3);
+    CharStringBudget small(10 * (61 + KWCommonNS::kKnownSubrCost) + 3);
     SubrEntries locals;
     SubrWalker walker(fanOut, small, nullptr, &locals);
     walker.walk(viewOf(charString), counts);
     EXPECT_EQ(locals.size(), 10U);
     EXPECT_TRUE(small.charge(1));
+    EXPECT_FALSE(small.isSpent());
+    CharStringBudget tooSmall(5 * (61 + KWCommonNS::kKnownSubrCost));
+    SubrWalker(fanOut, tooSmall).walk(viewOf(charString), counts);
+    EXPECT_TRUE(tooSmall.isSpent());
 }
 
 TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
     const Subrs subrs({}, {{140, 140, 18, 11}});
     const Bytes charString{k0, 10, k0, 10, k0, 10, 14};
-    CharStringBudget budget(100);
+    constexpr std::size_t kEntry = 4 + KWCommonNS::kKnownSubrCost;
+    CharStringBudget budget(7 + 3 * kEntry + 5);
     SubrWalker walker(subrs, budget);
     CharStringCounts counts;
     walker.walk(viewOf(charString), counts);
@@ -149,7 +155,7 @@ TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
         EXPECT_EQ(counts, (CharStringCounts{0, 1}));
     }
     // The charstring, and three entries of four bytes.
-    EXPECT_TRUE(budget.charge(100 - 7 - 12));
+    EXPECT_TRUE(budget.charge(5));
     EXPECT_FALSE(budget.charge(1));
 }
 

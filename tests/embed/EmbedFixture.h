@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fonts/FS_TrueType.h"
+#include "fonts/FS_OpenType.h"
 #include "support/TestFont.h"
 
 #include <KWFontService17/FS_TTGlyphMap.h>
@@ -28,7 +28,8 @@ inline Bytes bytesOf(KWCommonNS::KWMemStream& stream) {
 /// A font in memory, scanned and loaded, with the stream that its writers read.
 class EmbeddableFont {
 public:
-    explicit EmbeddableFont(const Bytes& file) : stream_(file.str()) {
+    explicit EmbeddableFont(const Bytes& file)
+        : stream_(file.str()), font_(makeFont(file.u32At(0) == kOttoVersion)) {
         KWCommonNS::KWError error;
         if (!font_->scanFont(error, stream_))
             throw std::runtime_error("the fixture does not scan");
@@ -63,6 +64,12 @@ public:
     }
 
 private:
+    static KWFontService_NS::FS_TrueType* makeFont(bool isOpenType) {
+        const KWCommonNS::KWUri nowhere;
+        if (isOpenType)
+            return new KWFontService_NS::FS_OpenType(nowhere);
+        return new KWFontService_NS::FS_TrueType(nowhere);
+    }
     template <class Writer>
     static Bytes written(const Writer& writer) {
         KWCommonNS::KWMemStream out;
@@ -70,8 +77,7 @@ private:
     }
 
     std::istringstream stream_;
-    KWCommonNS::KWPtr<KWFontService_NS::FS_TrueType> font_{
-        new KWFontService_NS::FS_TrueType(KWCommonNS::KWUri())};
+    KWCommonNS::KWPtr<KWFontService_NS::FS_TrueType> font_;
     bool loaded_ = false;
 };
 

@@ -1,0 +1,143 @@
+#include "embed/SeacFinder.h"
+
+#include "CffOutput.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace KWFontService_NS {
+namespace {
+
+using namespace KWTest;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::size_t kPlenty = 1 << 20;
+
+std::vector<int> codesOf(const Bytes& charString, const Subrs& subrs = Subrs(),
+                         std::size_t bytes = kPlenty) {
+    CharStringBudget budget(bytes);
+    SeacFinder finder(subrs, budget);
+    std::vector<int> codes;
+    finder.find(viewOf(charString), [&codes](std::uint8_t code) { codes.push_back(code); });
+    return codes;
+}
+
+Bytes numbers(std::initializer_list<int> values) {
+    Bytes all;
+    for (const int value : values)
+        all.u8(28).i16(value);
+    return all;
+}
+const Bytes kEndchar{14};
+
+TEST(SeacFinder, TheTopIsTheAccentAndTheBaseLiesBelow) {
+    EXPECT_THAT(codesOf(joined(numbers({10, 20, 65, 194}), kEndchar)), ElementsAre(194, 65));
+    EXPECT_THAT(codesOf(joined(numbers({500, 10, 20, 65, 194}), kEndchar)), ElementsAre(194, 65));
+}
+
+TEST(SeacFinder, MoreThanThreeNumbersAreNeeded) {
+    EXPECT_THAT(codesOf(joined(numbers({20, 65, 194}), kEndchar)), IsEmpty());
+    EXPECT_THAT(codesOf(kEndchar), IsEmpty());
+}
+
+TEST(SeacFinder, CodesLieIn1To255) {
+    EXPECT_THAT(codesOf(joined(numbers({0, 0, 1, 255}), kEndchar)), ElementsAre(255, 1));
+    EXPECT_THAT(codesOf(joined(numbers({0, 0, 65, 0}), kEndchar)), ElementsAre(65));
+    EXPECT_THAT(codesOf(joined(numbers({0, 0, 256, -1}), kEndchar)), IsEmpty());
+}
+
+TEST(SeacFinder, OperatorsLeaveTheNumbers) {
+    EXPECT_THAT(codesOf(joined(numbers({1, 2}), Bytes{21}, numbers({3, 4}), Bytes{5}, kEndchar)),
+                ElementsAre(4, 3));
+}
+
+TEST(SeacFinder, ACallTakesItsOperandOnly) {
+    const Subrs subrs({{11}}, {{11}});
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4}), callOf(0), kEndchar), subrs),
+                ElementsAre(4, 3));
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4}), callOf(0, true), kEndchar), subrs),
+                ElementsAre(4, 3));
+    // One of a subr that is not there, too, and one without an operand of its own.
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4}), callOf(9), kEndchar), subrs),
+                ElementsAre(4, 3));
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4, 5}), Bytes{5, 10}, kEndchar), subrs),
+                ElementsAre(4, 3));
+    EXPECT_THAT(codesOf(joined(Bytes{10}, numbers({1, 2, 3, 4}), kEndchar), subrs),
+                ElementsAre(4, 3));
+}
+
+TEST(SeacFinder, NumbersOfSubrsCount) {
+    const Subrs subrs(
+        {joined(numbers({194}), kEndchar)},
+        {joined(numbers({20, 65}), Bytes{11}), joined(callOf(0), callOf(0, true)), kEndchar});
+    EXPECT_THAT(codesOf(joined(numbers({10}), callOf(0), numbers({194}), kEndchar), subrs),
+                ElementsAre(194, 65));
+    EXPECT_THAT(codesOf(joined(numbers({10}), callOf(1)), subrs), ElementsAre(194, 65));
+    EXPECT_THAT(codesOf(joined(numbers({10, 20, 65, 194}), callOf(2)), subrs),
+                ElementsAre(194, 65));
+}
+
+TEST(SeacFinder, EndcharEndsItsSubrOnly) {
+    const Subrs subrs({}, {joined(numbers({1, 2, 3, 4}), kEndchar)});
+    EXPECT_THAT(codesOf(joined(callOf(0), numbers({5}), kEndchar), subrs), ElementsAre(4, 3, 5, 4));
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4}), kEndchar, numbers({5}), kEndchar), subrs),
+                ElementsAre(4, 3));
+}
+
+TEST(SeacFinder, ASubrIsKnownByWhatItDoesToAnyStack) {
+    const Subrs subrs({}, {kEndchar, Bytes{10}});
+    CharStringBudget budget(kPlenty);
+    SeacFinder finder(subrs, budget);
+    for (const int base : {65, 66, 67}) {
+        std::vector<int> codes;
+        finder.find(viewOf(joined(numbers({0, 0, base, 200}), callOf(0))),
+                    [&codes](std::uint8_t code) { codes.push_back(code); });
+        EXPECT_THAT(codes, ElementsAre(200, base));
+        codes.clear();
+        // A subr that takes more than it gives.
+        finder.find(viewOf(joined(numbers({0, 0, base, 200, 9}), callOf(1), kEndchar)),
+                    [&codes](std::uint8_t code) { codes.push_back(code); });
+        EXPECT_THAT(codes, ElementsAre(200, base));
+    }
+}
+
+TEST(SeacFinder, MasksAreNoNumbers) {
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4}), Bytes{18, 19, 140}, kEndchar)),
+                ElementsAre(4, 3));
+}
+
+TEST(SeacFinder, WhatLiesTooDeepIsNotKnown) {
+    std::initializer_list<int> many{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
+    // Eleven calls without operands take eleven numbers, of which eight were known.
+    EXPECT_THAT(codesOf(joined(numbers(many), Bytes().fill(9, 10), kEndchar)), IsEmpty());
+    EXPECT_THAT(codesOf(joined(numbers(many), Bytes().fill(6, 10), kEndchar)), ElementsAre(8, 7));
+}
+
+TEST(SeacFinder, SubrsThatCallEachOtherCostWhatTheirBytesCost) {
+    std::vector<Bytes> locals;
+    for (int i = 0; i < 10; ++i) {
+        Bytes subr = numbers({1, 2, 3, 4});
+        for (int k = 0; k < 30 && i < 9; ++k)
+            subr.bytes(callOf(i + 1));
+        locals.push_back(subr.bytes(kEndchar));
+    }
+    const Subrs fanOut({}, locals);
+    // There are 30^9 ends, all with the same parts.
+    EXPECT_THAT(codesOf(joined(callOf(0)), fanOut, 10000), Contains(4));
+    const Subrs itself({}, {joined(callOf(0), callOf(0), kEndchar)});
+    EXPECT_THAT(codesOf(joined(numbers({1, 2, 3, 4}), callOf(0), kEndchar), itself),
+                ElementsAre(4, 3));
+}
+
+TEST(SeacFinder, ABudgetThatIsSpentSaysSo) {
+    CharStringBudget budget(3);
+    const Subrs none;
+    SeacFinder finder(none, budget);
+    finder.find(viewOf(Bytes{139, 139, 139, 14}), [](std::uint8_t) {});
+    EXPECT_TRUE(budget.isSpent());
+}
+
+} // namespace
+} // namespace KWFontService_NS
