@@ -15,7 +15,7 @@ typeset=(build/release/examples/typeset/typeset --config examples/font-config.xm
   -o out/specimen.pdf --png out/specimen.png examples/typeset/specimen.txt
 echo
 "${typeset[@]}" --family "Shaping Text" --family "Shaping Arabic" --family "Shaping Japanese" \
-  --heading-family "Specimen Headings" \
+  --heading-family "Shaping Headings" \
   -o out/shaping.pdf --png out/shaping.png --whole-page examples/typeset/shaping.txt
 
 echo

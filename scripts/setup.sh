@@ -14,16 +14,16 @@ build_packages=(
   cmake ninja-build g++ pkg-config
   libicu-dev libfreetype-dev zlib1g-dev libexpat1-dev libfontconfig-dev
   libqpdf-dev libpng-dev
-  fonts-dejavu-core fonts-liberation2 fonts-hosny-amiri fonts-ipafont-mincho
+  fonts-dejavu-core fonts-liberation2 fonts-hosny-amiri fonts-ipafont-mincho fonts-linuxlibertine
 )
 test_packages=(
   libgtest-dev libgmock-dev libharfbuzz-dev
-  python3 python3-fonttools opentype-sanitizer poppler-utils
+  python3 python3-fonttools opentype-sanitizer poppler-utils ghostscript
   fonts-dejavu-extra fonts-dejavu-web
   fonts-noto-cjk fonts-ipafont-gothic
   fonts-arphic-gbsn00lp fonts-arphic-uming fonts-wqy-zenhei
   fonts-lmodern lmodern fonts-texgyre-math fonts-urw-base35
-  fonts-linuxlibertine fonts-lohit-deva fonts-wine
+  fonts-lohit-deva fonts-wine
 )
 windows_packages=(
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev

@@ -1,6 +1,7 @@
 #include "FontFile.h"
 
 #include "Failure.h"
+#include "FontProgram.h"
 
 #include <KWCommon15/KWCommon.h>
 
@@ -40,7 +41,7 @@ std::string findDefaultFont() {
         searched += "\n  " + folder.string();
     }
     throw Failure(ExitCode::font, std::string("there is no ") + kDefaultFont + " in" + searched +
-                                      "\nInstall it (Debian: fonts-dejavu-core) or name a TrueType "
+                                      "\nInstall it (Debian: fonts-dejavu-core) or name a font "
                                       "font with --font.");
 }
 
@@ -53,8 +54,8 @@ std::uintmax_t sizeOf(const KWUri& file) {
 
 /// Checks that the font can go into a PDF, and notes what the example wants to know of it.
 void complete(FontFile& font) {
-    if (font.info.getFontFileType() != FS_FILETYPE_TRUETYPE || !font.info.isTrueTypeFont())
-        throw Failure(ExitCode::font, font.path + " is a font, but not one with TrueType outlines");
+    if (!canEmbed(font.info))
+        throw Failure(ExitCode::font, font.path + " is a font of a kind that no PDF takes");
     switch (font.info.getEmbedStatus()) {
     case FS_EMBED_OUTLINES:
         break;
@@ -88,8 +89,13 @@ FontFile openFont(const std::string& path) {
     font.path = path.empty() ? findDefaultFont() : path;
     // KWCStr takes a file name of any bytes; URISTR_LOCAL takes it as a path, whatever is in it.
     const KWUri uri(KWCommonNS::KWCStr(font.path.c_str()), KWCommonNS::URISTR_LOCAL);
-    if (!font.info.createFont(uri))
-        throw Failure(ExitCode::font, toUtf8(font.info.getError().getMessage()));
+    if (!font.info.createFont(uri)) {
+        const std::string message = toUtf8(font.info.getError().getMessage());
+        throw Failure(ExitCode::font, !message.empty() ? message
+                                                       : font.path + " is no font file with a "
+                                                                     "single font; those of a "
+                                                                     "collection go by --family");
+    }
     complete(font);
     return font;
 }

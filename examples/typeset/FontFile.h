@@ -29,12 +29,12 @@ struct FontRequest {
     int stretch = 5;
 };
 
-/// Opens a TrueType font; an empty path asks for the default one. Throws `Failure` (font) when it
-/// is not there, not a TrueType font, or may not be embedded.
+/// Opens a file with one font; an empty path asks for the default one.
+/// Throws `Failure` (font) when it is not there, no font that a PDF takes, or may not be embedded.
 FontFile openFont(const std::string& path);
 
 /// Finds a font among those that the font service knows, and opens it. Nothing when there is none;
-/// throws `Failure` (font) when it is not a TrueType font that may be embedded.
+/// throws `Failure` (font) when it cannot or may not be embedded.
 std::optional<FontFile> findFont(const FontRequest& request);
 
 std::string toUtf8(const icu::UnicodeString& text);

@@ -31,7 +31,7 @@ begin with "@ " say how the next paragraph is set:
   --help                show this
 
 The font, by its file:
-  --font FILE           a TrueType font file (default: DejaVu Sans, where it is installed)
+  --font FILE           a font file (default: DejaVu Sans, where it is installed)
 
 or by its name:
   --family NAME         a family, one of the names of a font, the name of its file, or an alias

@@ -26,21 +26,21 @@ std::string number(double value) {
     return out == "-0" ? "0" : out;
 }
 
-std::string hex4(unsigned value) {
+std::string hex(unsigned value, int bytes) {
     static constexpr char kDigits[] = "0123456789abcdef";
     std::string out;
-    for (int shift = 12; shift >= 0; shift -= 4)
-        out += kDigits[(value >> shift) & 0xF];
+    for (int shift = 8 * bytes; shift > 0; shift -= 4)
+        out += kDigits[(value >> (shift - 4)) & 0xFU];
     return out;
 }
 
-/// A span as TJ operators: runs of glyph ids, and between them what the pen must move, in
+/// A span as TJ operators: runs of codes, and between them what the pen must move, in
 /// thousandths of the font size, to come to where the next glyph stands. A glyph beside the line
 /// begins another one.
 class SpanWriter {
 public:
-    SpanWriter(std::string& out, const Span& span, const UsedGlyphs& known, double pageHeight)
-        : out_(out), span_(span), known_(known), pageHeight_(pageHeight) {}
+    SpanWriter(std::string& out, const Span& span, const PdfFont& font, double pageHeight)
+        : out_(out), span_(span), font_(font), pageHeight_(pageHeight) {}
 
     void write();
 
@@ -59,7 +59,7 @@ private:
 
     std::string& out_;
     const Span& span_;
-    const UsedGlyphs& known_;
+    const PdfFont& font_;
     double pageHeight_;
     bool started_ = false;
     Place pen_{};
@@ -105,15 +105,16 @@ void SpanWriter::show(const PlacedGlyph& glyph) {
     // A number moves the pen to the left, and in vertical writing down.
     if (step != 0)
         out_ += '>' + number(upright ? step : -step) + '<';
-    out_ += hex4(glyph.gid);
+    out_ += hex(font_.program.codeOf(glyph.gid), font_.program.bytesOfCode());
     pen_.along += (step + (upright ? kHeight : double{glyph.advance})) * span_.size / 1000;
 }
 
 bool SpanWriter::readsBack(std::size_t begin, std::size_t end) const {
-    return std::all_of(
-        span_.glyphs.begin() + static_cast<std::ptrdiff_t>(begin),
-        span_.glyphs.begin() + static_cast<std::ptrdiff_t>(end),
-        [&](const PlacedGlyph& glyph) { return known_.at(glyph.gid).text == plainText(glyph); });
+    return std::all_of(span_.glyphs.begin() + static_cast<std::ptrdiff_t>(begin),
+                       span_.glyphs.begin() + static_cast<std::ptrdiff_t>(end),
+                       [&](const PlacedGlyph& glyph) {
+                           return font_.glyphs.at(glyph.gid).text == plainText(glyph);
+                       });
 }
 
 std::u16string SpanWriter::textOf(std::size_t begin, std::size_t end) const {
@@ -137,7 +138,7 @@ void SpanWriter::write() {
             stop();
             out_ += "/Span <</ActualText <feff";
             for (const char16_t unit : textOf(i, end))
-                out_ += hex4(unit);
+                out_ += hex(unit, 2);
             out_ += ">>> BDC\n";
         }
         for (; i < end; ++i)
@@ -161,7 +162,7 @@ std::string pageContent(const Page& page, const PdfFonts& fonts, double pageHeig
     std::string content;
     for (const Line& line : page.lines) {
         for (const Span& span : line.spans)
-            SpanWriter(content, span, fonts.at(span.font).glyphs, pageHeight).write();
+            SpanWriter(content, span, fonts.at(span.font), pageHeight).write();
     }
     return content;
 }

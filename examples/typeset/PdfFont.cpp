@@ -3,13 +3,9 @@
 #include "Failure.h"
 #include "FontFile.h"
 
-#include <KWCommon15/KWMemStream.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <utility>
-#include <vector>
 
 namespace typeset {
 
@@ -55,21 +51,6 @@ double capHeight(const FS_FontInfo& font, double perMille) {
     return 700;
 }
 
-/// A subset with the glyphs, or the font file itself.
-std::string makeProgram(const FontFile& font, const UsedGlyphs& glyphs, bool subset) {
-    std::vector<unsigned short> gids;
-    gids.reserve(glyphs.size());
-    for (const auto& [gid, glyph] : glyphs)
-        gids.push_back(gid);
-    KWCommonNS::KWMemStream stream;
-    const bool written =
-        subset ? font.info.getEmbedFont(gids, stream) : font.info.getEmbedFontStream(stream);
-    const char* data = stream.data();
-    if (!written || data == nullptr)
-        throw Failure(ExitCode::font, font.path + ": cannot make a font program to embed");
-    return {data, stream.size()};
-}
-
 int descriptorFlags(const FS_FontInfo& font, bool italic) {
     int flags = kSymbolic;
     flags |= font.isFixedWidthFont() ? kFixedPitch : 0;
@@ -90,53 +71,14 @@ std::string postScriptName(const FS_FontInfo& font) {
 
 } // namespace
 
-std::u16string plainText(const PlacedGlyph& glyph) {
-    return glyph.text == u"\u00A0" ? u" " : glyph.text;
+UsedGlyphs PdfFont::byCode() const {
+    UsedGlyphs sorted;
+    for (const auto& [gid, glyph] : glyphs)
+        sorted[program.codeOf(gid)] = glyph;
+    return sorted;
 }
 
-UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font) {
-    UsedGlyphs glyphs;
-    std::vector<std::pair<unsigned short, std::u16string>> parts; // of clusters, seen later
-    for (const Page& page : layout.pages) {
-        for (const Line& line : page.lines) {
-            for (const Span& span : line.spans) {
-                if (span.font != font)
-                    continue;
-                glyphs.try_emplace(0, UsedGlyph{u"\uFFFD", 0});
-                for (std::size_t i = 0; i < span.glyphs.size(); ++i) {
-                    const PlacedGlyph& glyph = span.glyphs[i];
-                    const bool alone = !glyph.joined &&
-                                       (i + 1 == span.glyphs.size() || !span.glyphs[i + 1].joined);
-                    UsedGlyph& used = glyphs[glyph.gid];
-                    used.advance = glyph.advance;
-                    if (!alone)
-                        parts.emplace_back(glyph.gid, plainText(glyph));
-                    else if (used.text.empty())
-                        used.text = plainText(glyph);
-                }
-            }
-        }
-    }
-    for (auto& [gid, text] : parts) {
-        if (glyphs[gid].text.empty())
-            glyphs[gid].text = std::move(text);
-    }
-    return glyphs;
-}
-
-std::string subsetTag(const UsedGlyphs& glyphs) {
-    std::uint64_t hash = 14695981039346656037U; // FNV-1a
-    for (const auto& [gid, glyph] : glyphs) {
-        for (const unsigned byte : {gid & 0xFFU, static_cast<unsigned>(gid) >> 8})
-            hash = (hash ^ byte) * 1099511628211U;
-    }
-    std::string tag;
-    for (int i = 0; i < 6; ++i, hash /= 26)
-        tag += static_cast<char>('A' + hash % 26);
-    return tag;
-}
-
-PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont) {
+PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright) {
     const FS_FontInfo& info = font.info;
     const int unitsPerEm = info.getUnitsPerEm();
     const double perMille = unitsPerEm > 0 ? 1000.0 / unitsPerEm : 1;
@@ -150,17 +92,25 @@ PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFo
     PdfFont pdf;
     pdf.glyphs = glyphs;
     pdf.subset = !wholeFont && font.maySubset;
-    pdf.program = makeProgram(font, glyphs, pdf.subset);
+    pdf.program = makeFontProgram(font, glyphs, pdf.subset, upright);
     pdf.name = (pdf.subset ? subsetTag(glyphs) + "+" : std::string()) + postScriptName(info);
     pdf.flags = descriptorFlags(info, italic);
     pdf.box = {face.xMin * perMille, face.yMin * perMille, face.xMax * perMille,
                face.yMax * perMille};
-    // These three stand in tables that the embedded program always carries.
-    pdf.ascent = tableValue(pdf.program, "hhea", 4, 2) * perMille;
-    pdf.descent = tableValue(pdf.program, "hhea", 6, 2) * perMille;
-    pdf.italicAngle = tableValue(pdf.program, "post", 4, 4) / 65536.0;
+    if (pdf.program.kind == FontProgram::Kind::trueType ||
+        pdf.program.kind == FontProgram::Kind::openType) {
+        // These stand in tables that the embedded program always carries.
+        const std::string& sfnt = pdf.program.bytes;
+        pdf.ascent = tableValue(sfnt, "hhea", 4, 2) * perMille;
+        pdf.descent = tableValue(sfnt, "hhea", 6, 2) * perMille;
+        pdf.italicAngle = tableValue(sfnt, "post", 4, 4) / 65536.0;
+    } else {
+        pdf.ascent = 1000 * double{info.getTypoAscender()};
+        pdf.descent = 1000 * double{info.getTypoDescender()};
+        pdf.italicAngle = pdf.program.italicAngle;
+    }
     pdf.capHeight = capHeight(info, perMille);
-    // Nothing in a TrueType font gives the stem width; this follows the weight well enough.
+    // Nothing that the service tells gives the stem width; this follows the weight well enough.
     pdf.stemV = 50 + (weight / 65.0) * (weight / 65.0);
     return pdf;
 }

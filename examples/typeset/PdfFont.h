@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Layout.h"
+#include "FontProgram.h"
+#include "UsedGlyphs.h"
 
 #include <array>
 #include <map>
@@ -9,20 +10,6 @@
 namespace typeset {
 
 struct FontFile;
-
-struct UsedGlyph {
-    std::u16string text; // that it stands for; empty for one that never stands for any alone
-    float advance = 0;   // thousandths of an em
-};
-/// By glyph id, in order. Glyph 0, which every font program has, is among them.
-using UsedGlyphs = std::map<unsigned short, UsedGlyph>;
-
-/// @param font  index of the font in the fonts of the document
-/// @return      empty when no line is set in it
-UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font);
-
-/// The text of a placed glyph as one reads it back: a no-break space is a space there.
-std::u16string plainText(const PlacedGlyph& glyph);
 
 /// What a PDF wants to know of a font (ISO 32000-1, 9.8). Lengths are thousandths of an em.
 struct PdfFont {
@@ -35,8 +22,11 @@ struct PdfFont {
     double capHeight = 0;
     double stemV = 0;
     UsedGlyphs glyphs;
-    std::string program; // an sfnt, for FontFile2
+    FontProgram program;
     bool subset = true;
+
+    /// The glyphs by their codes in text.
+    UsedGlyphs byCode() const;
 };
 
 /// By index in the fonts of the document.
@@ -44,12 +34,12 @@ using PdfFonts = std::map<std::size_t, PdfFont>;
 
 /// Asks the library for all that, and for a subset with the glyphs unless the whole font is wanted
 /// here or by its licence. Throws `Failure` (font) when the library cannot write it.
-PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont);
+/// @param upright  columns are set in it
+PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright);
 
-/// Six capitals that stand for a set of glyphs (ISO 32000-1, 9.6.4).
-std::string subsetTag(const UsedGlyphs& glyphs);
-
-/// A CMap from glyph ids to text (ISO 32000-1, 9.10.3).
-std::string toUnicodeCMap(const UsedGlyphs& glyphs);
+/// A CMap from codes to text (ISO 32000-1, 9.10.3).
+/// @param glyphs       by their codes
+/// @param bytesOfCode  1 or 2
+std::string toUnicodeCMap(const UsedGlyphs& glyphs, int bytesOfCode = 2);
 
 } // namespace typeset

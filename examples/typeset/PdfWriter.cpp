@@ -27,8 +27,21 @@ QPDFObjectHandle makeDescriptor(QPDF& pdf, const PdfFont& font) {
     QPDFObjectHandle box = QPDFObjectHandle::newArray();
     for (const double edge : font.box)
         box.appendItem(real(edge));
-    QPDFObjectHandle file = QPDFObjectHandle::newStream(&pdf, font.program);
-    file.getDict().replaceKey("/Length1", integer(font.program.size()));
+    QPDFObjectHandle file = QPDFObjectHandle::newStream(&pdf, font.program.bytes);
+    switch (font.program.kind) {
+    case FontProgram::Kind::trueType:
+        file.getDict().replaceKey("/Length1", integer(font.program.bytes.size()));
+        break;
+    case FontProgram::Kind::cff:
+        file.getDict().replaceKey("/Subtype", name("CIDFontType0C"));
+        break;
+    case FontProgram::Kind::openType:
+        file.getDict().replaceKey("/Subtype", name("OpenType"));
+        break;
+    case FontProgram::Kind::named:
+        file.getDict().replaceKey("/Subtype", name("Type1C"));
+        break;
+    }
 
     QPDFObjectHandle descriptor = QPDFObjectHandle::newDictionary();
     descriptor.replaceKey("/Type", name("FontDescriptor"));
@@ -40,42 +53,73 @@ QPDFObjectHandle makeDescriptor(QPDF& pdf, const PdfFont& font) {
     descriptor.replaceKey("/Descent", real(font.descent));
     descriptor.replaceKey("/CapHeight", real(font.capHeight));
     descriptor.replaceKey("/StemV", real(font.stemV));
-    descriptor.replaceKey("/FontFile2", file);
+    const bool trueType = font.program.kind == FontProgram::Kind::trueType;
+    descriptor.replaceKey(trueType ? "/FontFile2" : "/FontFile3", file);
     return pdf.makeIndirectObject(descriptor);
 }
 
-/// The W array: runs of glyph ids, each with the widths of its glyphs.
+/// The W array: runs of codes, each with the widths of its glyphs.
 QPDFObjectHandle makeWidths(const UsedGlyphs& glyphs) {
     QPDFObjectHandle widths = QPDFObjectHandle::newArray();
     QPDFObjectHandle run;
     int next = -1;
-    for (const auto& [gid, glyph] : glyphs) {
-        if (gid != next) {
+    for (const auto& [code, glyph] : glyphs) {
+        if (code != next) {
             run = QPDFObjectHandle::newArray();
-            widths.appendItem(integer(gid));
+            widths.appendItem(integer(code));
             widths.appendItem(run);
         }
         run.appendItem(real(double{glyph.advance}));
-        next = gid + 1;
+        next = code + 1;
     }
     return widths;
 }
 
-/// A Type 0 font whose character codes are the glyph ids (ISO 32000-1, 9.7).
-QPDFObjectHandle makeFont(QPDF& pdf, const PdfFont& font) {
+/// A simple font whose codes are named by its encoding (ISO 32000-1, 9.6).
+QPDFObjectHandle makeSimpleFont(QPDF& pdf, const PdfFont& font) {
+    const UsedGlyphs glyphs = font.byCode();
+    QPDFObjectHandle widths = QPDFObjectHandle::newArray();
+    for (const auto& [code, glyph] : glyphs)
+        widths.appendItem(real(double{glyph.advance}));
+    QPDFObjectHandle differences = QPDFObjectHandle::newArray();
+    differences.appendItem(integer(0));
+    for (const std::string& glyphName : font.program.names)
+        differences.appendItem(name(glyphName));
+    QPDFObjectHandle encoding = QPDFObjectHandle::newDictionary();
+    encoding.replaceKey("/Type", name("Encoding"));
+    encoding.replaceKey("/Differences", differences);
+
+    QPDFObjectHandle type1 = QPDFObjectHandle::newDictionary();
+    type1.replaceKey("/Type", name("Font"));
+    type1.replaceKey("/Subtype", name("Type1"));
+    type1.replaceKey("/BaseFont", name(font.name));
+    type1.replaceKey("/FirstChar", integer(0));
+    type1.replaceKey("/LastChar", integer(font.program.names.size() - 1));
+    type1.replaceKey("/Widths", widths);
+    type1.replaceKey("/FontDescriptor", makeDescriptor(pdf, font));
+    type1.replaceKey("/Encoding", encoding);
+    type1.replaceKey("/ToUnicode", QPDFObjectHandle::newStream(&pdf, toUnicodeCMap(glyphs, 1)));
+    return type1;
+}
+
+/// A Type 0 font whose codes are CIDs (ISO 32000-1, 9.7).
+QPDFObjectHandle makeCompositeFont(QPDF& pdf, const PdfFont& font) {
+    const bool trueType = font.program.kind == FontProgram::Kind::trueType;
+    const UsedGlyphs glyphs = font.byCode();
     QPDFObjectHandle system = QPDFObjectHandle::newDictionary();
-    system.replaceKey("/Registry", QPDFObjectHandle::newString("Adobe"));
-    system.replaceKey("/Ordering", QPDFObjectHandle::newString("Identity"));
-    system.replaceKey("/Supplement", integer(0));
+    system.replaceKey("/Registry", QPDFObjectHandle::newString(font.program.system.registry));
+    system.replaceKey("/Ordering", QPDFObjectHandle::newString(font.program.system.ordering));
+    system.replaceKey("/Supplement", QPDFObjectHandle::newInteger(font.program.system.supplement));
 
     QPDFObjectHandle cidFont = QPDFObjectHandle::newDictionary();
     cidFont.replaceKey("/Type", name("Font"));
-    cidFont.replaceKey("/Subtype", name("CIDFontType2"));
+    cidFont.replaceKey("/Subtype", name(trueType ? "CIDFontType2" : "CIDFontType0"));
     cidFont.replaceKey("/BaseFont", name(font.name));
     cidFont.replaceKey("/CIDSystemInfo", system);
-    cidFont.replaceKey("/CIDToGIDMap", name("Identity"));
+    if (trueType)
+        cidFont.replaceKey("/CIDToGIDMap", name("Identity"));
     cidFont.replaceKey("/FontDescriptor", makeDescriptor(pdf, font));
-    cidFont.replaceKey("/W", makeWidths(font.glyphs));
+    cidFont.replaceKey("/W", makeWidths(glyphs));
     QPDFObjectHandle descendants = QPDFObjectHandle::newArray();
     descendants.appendItem(pdf.makeIndirectObject(cidFont));
 
@@ -85,20 +129,8 @@ QPDFObjectHandle makeFont(QPDF& pdf, const PdfFont& font) {
     type0.replaceKey("/BaseFont", name(font.name));
     type0.replaceKey("/Encoding", name("Identity-H"));
     type0.replaceKey("/DescendantFonts", descendants);
-    type0.replaceKey("/ToUnicode", QPDFObjectHandle::newStream(&pdf, toUnicodeCMap(font.glyphs)));
+    type0.replaceKey("/ToUnicode", QPDFObjectHandle::newStream(&pdf, toUnicodeCMap(glyphs)));
     return type0;
-}
-
-bool hasUpright(const Layout& layout, std::size_t font) {
-    for (const Page& page : layout.pages) {
-        for (const Line& line : page.lines) {
-            for (const Span& span : line.spans) {
-                if (span.font == font && span.writing == Writing::upright)
-                    return true;
-            }
-        }
-    }
-    return false;
 }
 
 } // namespace
@@ -110,10 +142,12 @@ std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFon
 
     QPDFObjectHandle fontDictionary = QPDFObjectHandle::newDictionary();
     for (const auto& [index, font] : fonts) {
-        QPDFObjectHandle type0 = makeFont(pdf, font);
-        fontDictionary.replaceKey(resourceName(index, false), pdf.makeIndirectObject(type0));
+        const bool simple = font.program.kind == FontProgram::Kind::named;
+        QPDFObjectHandle dictionary =
+            simple ? makeSimpleFont(pdf, font) : makeCompositeFont(pdf, font);
+        fontDictionary.replaceKey(resourceName(index, false), pdf.makeIndirectObject(dictionary));
         if (hasUpright(layout, index)) {
-            QPDFObjectHandle upright = type0.shallowCopy();
+            QPDFObjectHandle upright = dictionary.shallowCopy();
             upright.replaceKey("/Encoding", name("Identity-V"));
             fontDictionary.replaceKey(resourceName(index, true), pdf.makeIndirectObject(upright));
         }

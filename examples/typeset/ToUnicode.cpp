@@ -11,17 +11,17 @@ namespace {
 /// What a CMap block may hold at most (Adobe Technical Note 5014).
 constexpr std::size_t kBlock = 100;
 
-/// Glyphs and characters that both count up by one from the first on.
+/// Codes and characters that both count up by one from the first on.
 struct Range {
     unsigned short first;
     unsigned short last;
     std::u16string text;
 };
 
-std::string hex4(unsigned value) {
+std::string hex(unsigned value, int bytes) {
     static constexpr char kDigits[] = "0123456789ABCDEF";
     std::string out;
-    for (unsigned shift = 16; shift > 0; shift -= 4)
+    for (int shift = 8 * bytes; shift > 0; shift -= 4)
         out += kDigits[(value >> (shift - 4)) & 0xFU];
     return out;
 }
@@ -29,27 +29,27 @@ std::string hex4(unsigned value) {
 std::string utf16Hex(const std::u16string& text) {
     std::string out;
     for (const char16_t unit : text)
-        out += hex4(unit);
+        out += hex(unit, 2);
     return out;
 }
 
 std::vector<Range> findRanges(const UsedGlyphs& glyphs) {
     std::vector<Range> ranges;
-    for (const auto& [gid, glyph] : glyphs) {
+    for (const auto& [code, glyph] : glyphs) {
         if (glyph.text.empty())
             continue;
         // Only the low byte of a code and of the end of its text may count up in a range.
         if (!ranges.empty()) {
             Range& range = ranges.back();
             std::u16string next = range.text;
-            next.back() = static_cast<char16_t>(next.back() + (gid - range.first));
-            if (gid == range.last + 1 && (gid & 0xFF) != 0 && glyph.text == next &&
+            next.back() = static_cast<char16_t>(next.back() + (code - range.first));
+            if (code == range.last + 1 && (code & 0xFF) != 0 && glyph.text == next &&
                 (next.back() & 0xFF) != 0) {
-                range.last = gid;
+                range.last = code;
                 continue;
             }
         }
-        ranges.push_back({gid, gid, glyph.text});
+        ranges.push_back({code, code, glyph.text});
     }
     return ranges;
 }
@@ -66,13 +66,13 @@ void addBlocks(std::string& out, const std::string& name, const std::vector<std:
 
 } // namespace
 
-std::string toUnicodeCMap(const UsedGlyphs& glyphs) {
+std::string toUnicodeCMap(const UsedGlyphs& glyphs, int bytesOfCode) {
     std::vector<std::string> chars;
     std::vector<std::string> ranges;
     for (const Range& range : findRanges(glyphs)) {
-        std::string entry = "<" + hex4(range.first) + "> <";
+        std::string entry = "<" + hex(range.first, bytesOfCode) + "> <";
         if (range.first != range.last)
-            entry += hex4(range.last) + "> <";
+            entry += hex(range.last, bytesOfCode) + "> <";
         entry += utf16Hex(range.text) + ">";
         (range.first == range.last ? chars : ranges).push_back(std::move(entry));
     }
@@ -82,9 +82,9 @@ std::string toUnicodeCMap(const UsedGlyphs& glyphs) {
                       "/CIDSystemInfo << /Registry (Adobe) /Ordering (UCS) /Supplement 0 >> def\n"
                       "/CMapName /Adobe-Identity-UCS def\n"
                       "/CMapType 2 def\n"
-                      "1 begincodespacerange\n"
-                      "<0000> <FFFF>\n"
-                      "endcodespacerange\n";
+                      "1 begincodespacerange\n";
+    out += bytesOfCode == 1 ? "<00> <FF>\n" : "<0000> <FFFF>\n";
+    out += "endcodespacerange\n";
     addBlocks(out, "bfchar", chars);
     addBlocks(out, "bfrange", ranges);
     out += "endcmap\n"

@@ -63,7 +63,8 @@ PdfFonts embeddedFonts(const Layout& layout, const FontSet& fonts, bool wholeFon
         const UsedGlyphs glyphs = usedGlyphs(layout, i);
         if (glyphs.empty())
             continue;
-        const PdfFont& font = embedded[i] = makePdfFont(fonts[i], glyphs, wholeFont);
+        const PdfFont& font = embedded[i] =
+            makePdfFont(fonts[i], glyphs, wholeFont, hasUpright(layout, i));
         if (!font.subset && !wholeFont)
             warn("the font's licence wants it embedded whole");
     }
@@ -75,8 +76,8 @@ void reportFont(const char* label, const FontFile& font, const PdfFont& embedded
     row("Glyphs used", grouped(embedded.glyphs.size()));
     row("Font file", grouped(font.bytes) + " bytes");
     row(embedded.subset ? "Embedded subset" : "Embedded whole",
-        grouped(embedded.program.size()) + " bytes, " +
-            percentOf(embedded.program.size(), font.bytes));
+        grouped(embedded.program.bytes.size()) + " bytes, " +
+            percentOf(embedded.program.bytes.size(), font.bytes));
 }
 
 void run(const Options& options) {

@@ -165,10 +165,18 @@ TEST_F(Typeset, AFontThatIsNoneIsExitCodeTwoAndNamed) {
     EXPECT_FALSE(std::filesystem::exists(pdf));
 }
 
-TEST_F(Typeset, AFontWithOtherOutlinesIsExitCodeTwo) {
+TEST_F(Typeset, AFontWithCffOutlinesIsSetLikeAnyOther) {
     const auto path = folder.write("outlines.otf", TestFont::openType().build());
     const ProcessResult result = set("AB", path);
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_THAT(result.output, HasSubstr("KWTest OpenType Regular"));
+    EXPECT_THAT(readFile(pdf).str(), HasSubstr("/FontFile3"));
+}
+
+TEST_F(Typeset, ACollectionWantsANameOfAFace) {
+    const ProcessResult result = set("AB", packagedFont("NotoSansCJK"));
     EXPECT_EQ(result.exitCode, 2) << result.describe();
+    EXPECT_THAT(result.errors, HasSubstr("--family"));
     EXPECT_FALSE(std::filesystem::exists(pdf));
 }
 

@@ -91,7 +91,7 @@ TEST_F(ShapedPdf, ThePictureOfTheShapedPageShowsWhatThePdfShows) {
     const ProcessResult result =
         runProgram(KW_TYPESET, {"--config", KW_DEMO_CONFIG, "--family", "Shaping Text", "--family",
                                 "Shaping Arabic", "--family", "Shaping Japanese",
-                                "--heading-family", "Specimen Headings", "-o", file("page.pdf"),
+                                "--heading-family", "Shaping Headings", "-o", file("page.pdf"),
                                 "--png", file("page.png"), "--whole-page", KW_SHAPING});
     ASSERT_TRUE(result.ok()) << result.describe();
     EXPECT_EQ(result.errors, "");
