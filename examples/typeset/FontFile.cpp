@@ -1,7 +1,6 @@
 #include "FontFile.h"
 
 #include "Failure.h"
-#include "FontProgram.h"
 
 #include <KWCommon15/KWCommon.h>
 
@@ -50,6 +49,20 @@ std::uintmax_t sizeOf(const KWUri& file) {
     if (stream == nullptr || !stream->seekg(0, std::ios::end))
         return 0;
     return static_cast<std::uintmax_t>(stream->tellg());
+}
+
+/// False for a font of a kind that does not go into a PDF here.
+bool canEmbed(const FS_FontInfo& font) {
+    switch (font.getFontFileType2()) {
+    case FS_FILETYPE_TRUETYPE:
+    case FS_FILETYPE_COLLECTION:
+    case FS_FILETYPE_OPENTYPE:
+    case FS_FILETYPE_OPENTYPE_CID:
+    case FS_FILETYPE_DFONT:
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// Checks that the font can go into a PDF, and notes what the example wants to know of it.

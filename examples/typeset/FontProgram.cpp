@@ -70,10 +70,6 @@ std::vector<unsigned short> idsOf(const UsedGlyphs& glyphs) {
     return ids;
 }
 
-bool isCff(FS_FontFileType type) {
-    return type == FS_FILETYPE_OPENTYPE || type == FS_FILETYPE_OPENTYPE_CID;
-}
-
 std::optional<std::string> bytesOf(bool written, KWMemStream& stream) {
     if (!written || stream.data() == nullptr)
         return std::nullopt;
@@ -192,12 +188,6 @@ FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool
     if (!program)
         throw Failure(ExitCode::font, font.path + ": cannot make a font program to embed");
     return *std::move(program);
-}
-
-bool canEmbed(const FS_FontInfo& font) {
-    const FS_FontFileType type = font.getFontFileType2();
-    return isCff(type) || type == FS_FILETYPE_TRUETYPE || type == FS_FILETYPE_COLLECTION ||
-           type == FS_FILETYPE_DFONT;
 }
 
 } // namespace typeset

@@ -6,10 +6,6 @@
 #include <string>
 #include <vector>
 
-namespace KWFontService_NS {
-class FS_FontInfo;
-}
-
 namespace typeset {
 
 struct FontFile;
@@ -48,8 +44,5 @@ struct FontProgram {
 /// @param upright  columns are set in it, for which one-byte codes have no form
 FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool subset,
                             bool upright);
-
-/// False for a font of a kind that does not go into a PDF.
-bool canEmbed(const KWFontService_NS::FS_FontInfo& font);
 
 } // namespace typeset

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <numeric>
 #include <sstream>
 #include <stdexcept>
@@ -93,7 +94,12 @@ PagePicture readPgm(const std::string& path) {
     unsigned width = 0;
     unsigned height = 0;
     unsigned white = 0;
-    file >> magic >> width >> height >> white;
+    file >> magic;
+    for (unsigned* number : {&width, &height, &white}) {
+        for (file >> std::ws; file.peek() == '#'; file >> std::ws) // a comment
+            file.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+        file >> *number;
+    }
     file.get();
     if (!file || magic != "P5" || white != 255)
         throw std::runtime_error(path + " is not a PGM");
