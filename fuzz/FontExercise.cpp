@@ -11,6 +11,7 @@
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
 #include "fonts/FS_TrueTypeCollection.h"
+#include "fonts/FS_WOFF.h"
 #include "registry/FS_FontPool.h"
 #include "registry/FS_FontService.h"
 
@@ -116,7 +117,8 @@ void readCffParts(const FontInMemory& file, FS_TrueTypeInfo& face) {
 }
 
 void callEveryOperation(FS_BaseFont& font) {
-#define FS_OPERATION(faces, facade, result, name, parameters, arguments, qualifier, missing)       \
+#define FS_OPERATION(faces, wrapper, facade, result, name, parameters, arguments, qualifier,       \
+                     missing)                                                                      \
     callVariants(font,                                                                             \
                  static_cast<result (FS_BaseFont::*)(FS_PARAMETERS parameters int) qualifier>(     \
                      &FS_BaseFont::name));
@@ -154,6 +156,20 @@ void useFaces(const FontInMemory& file) {
         KWCommonNS::KWMemStream output;
         font->getEmbedFontStream(output, nullptr, face);
     }
+    callEveryOperation(*font);
+    FS_FontPool pool;
+    font->registerFileName(pool, file.uri());
+    font->registerFontNames(pool);
+}
+
+void useWoff(const FontInMemory& file) {
+    const KWPtr<FS_WOFF> font(new FS_WOFF(file.uri()));
+    KWError error;
+    const auto stream = file.open();
+    if (!font->scanNamedFont(error, *stream, UnicodeString("Declared"), 300, 1))
+        return;
+    font->loadFont(error, 0, nullptr);
+    font->getFTFace(0);
     callEveryOperation(*font);
     FS_FontPool pool;
     font->registerFileName(pool, file.uri());
@@ -221,6 +237,7 @@ void exerciseFont(const std::uint8_t* data, std::size_t size) {
     scanAndLoad<FS_OpenType>(file, false);
     useFaces<FS_TrueTypeCollection>(file);
     useFaces<FS_DFont>(file);
+    useWoff(file);
     useThroughFacade(file);
 }
 

@@ -3,6 +3,7 @@
 #include "FuzzTables.h"
 #include "layout/LayoutSamples.h"
 #include "support/FontBuilder.h"
+#include "support/WoffFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -76,6 +77,14 @@ void makeFontSeeds(const SeedFolder& folder) {
     resources.fonts = {macintosh().sfnt(), TestFont::vertical().sfnt()};
     resources.otherTypes = {"FOND"};
     folder.add("dfont", resources.build());
+    folder.add("woff", WoffFile::of(TestFont::vertical().build()).build());
+    folder.add("woff-cff", WoffFile::of(TestFont::openType().build()).build());
+    // Changed bytes of stored tables reach the font; those of deflated ones mostly do not.
+    WoffFile stored;
+    const SfntBuilder sfnt = TestFont::latin().sfnt();
+    for (const std::string& tag : sfnt.tags())
+        stored.tables.push_back(WoffTable::plain(tag, sfnt.get(tag)));
+    folder.add("woff-stored", stored.build());
 }
 
 void makeTableSeeds(const SeedFolder& folder) {

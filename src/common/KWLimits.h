@@ -60,6 +60,12 @@ inline constexpr std::size_t kMaxFacesScanBytes = std::size_t{8} << 20;
 /// What one read counts for at least, since a name of one letter takes memory, too.
 inline constexpr std::size_t kFacesScanReadCost = 64;
 
+/// How large an sfnt may come out of a WOFF file: a multiple of the file, and some megabytes
+/// besides. Fonts deflate to a half or a quarter; what zlib makes of a `loca` or `hmtx` of equal
+/// entries, some hundredths, is small in either form. zlib itself goes to a thousandth.
+inline constexpr std::uint64_t kWoffInflateFactor = 20;
+inline constexpr std::uint64_t kWoffFreeBytes = std::uint64_t{16} << 20;
+
 /// GSUB and GPOS extension subtables inside extension subtables. Honest fonts have one level; an
 /// offset of 0 would unwrap itself for ever.
 inline constexpr int kMaxExtensionDepth = 16;

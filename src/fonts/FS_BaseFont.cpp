@@ -68,7 +68,8 @@ template <class... Arguments>
 void ignore(const Arguments&...) {}
 } // namespace
 
-#define FS_OPERATION(faces, facade, result, name, parameters, arguments, qualifier, missing)       \
+#define FS_OPERATION(faces, wrapper, facade, result, name, parameters, arguments, qualifier,       \
+                     missing)                                                                      \
     result FS_BaseFont::name(FS_PARAMETERS parameters int) qualifier {                             \
         ignore arguments;                                                                          \
         return missing;                                                                            \

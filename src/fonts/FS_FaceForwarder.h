@@ -23,7 +23,7 @@ public:
 #define FS_FORWARD_NODFONT(...)
 #define FS_FORWARD_CFF(...)
 #define FS_FORWARD_OWN(...)
-#define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
+#define FS_OPERATION(faces, wrapper, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_FORWARD_ALL
 #undef FS_FORWARD_NODFONT
@@ -38,7 +38,7 @@ class FS_FullFaceForwarder : public FS_FaceForwarder<Derived, Base> {
 public:
 #define FS_FORWARD_ALL(...)
 #define FS_FORWARD_NODFONT FS_FORWARD
-#define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
+#define FS_OPERATION(faces, wrapper, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_FORWARD_NODFONT
 #undef FS_FORWARD_CFF
@@ -53,7 +53,7 @@ class FS_CffFaceForwarder : public Base {
 public:
 #define FS_FORWARD_NODFONT(...)
 #define FS_FORWARD_CFF FS_FORWARD
-#define FS_OPERATION(faces, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
+#define FS_OPERATION(faces, wrapper, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_FORWARD_ALL
 #undef FS_FORWARD_NODFONT

@@ -87,7 +87,7 @@ bool FS_FontInfo::isType1OrNoCID() const {
         return font ? font->name(FS_PARAMETERS arguments faceIndex) : missing;                     \
     }
 #define FS_FACADE_APART(...)
-#define FS_OPERATION(faces, facade, ...) FS_FACADE_##facade(__VA_ARGS__)
+#define FS_OPERATION(faces, wrapper, facade, ...) FS_FACADE_##facade(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_FACADE_FORWARD
 #undef FS_FACADE_APART

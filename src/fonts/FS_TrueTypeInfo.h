@@ -68,7 +68,7 @@ public:
 #define FS_DECLARE_NODFONT FS_DECLARE_ALL
 #define FS_DECLARE_CFF FS_DECLARE_ALL
 #define FS_DECLARE_OWN(...)
-#define FS_OPERATION(faces, facade, ...) FS_DECLARE_##faces(__VA_ARGS__)
+#define FS_OPERATION(faces, wrapper, facade, ...) FS_DECLARE_##faces(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_DECLARE_ALL
 #undef FS_DECLARE_NODFONT

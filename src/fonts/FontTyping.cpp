@@ -4,6 +4,7 @@
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
 #include "fonts/FS_TrueTypeCollection.h"
+#include "fonts/FS_WOFF.h"
 
 #include <array>
 
@@ -33,6 +34,8 @@ KWPtr<FS_BaseFont> createFontObject(const KWUri& uri, FS_FontFileType type) {
         return KWPtr<FS_BaseFont>(new FS_TrueTypeCollection(uri));
     case FS_FILETYPE_DFONT:
         return KWPtr<FS_BaseFont>(new FS_DFont(uri));
+    case FS_FILETYPE_WOFF:
+        return KWPtr<FS_BaseFont>(new FS_WOFF(uri));
     default:
         return {};
     }

@@ -50,7 +50,8 @@ public:
 /// Calls every operation of the list and compares its answer with the one stated there.
 int expectEveryOperationAnswersMissing(FS_BaseFont& font) {
     int operations = 0;
-#define FS_OPERATION(faces, facade, result, name, parameters, arguments, qualifier, missing)       \
+#define FS_OPERATION(faces, wrapper, facade, result, name, parameters, arguments, qualifier,       \
+                     missing)                                                                      \
     {                                                                                              \
         ++operations;                                                                              \
         using Operation = result (FS_BaseFont::*)(FS_PARAMETERS parameters int) qualifier;         \

@@ -40,7 +40,7 @@ TEST(FontInfo, WithoutAFontEveryForwardedOperationAnswersMissing) {
                               []() -> result { return missing; }))                                 \
             << #name;                                                                              \
     }
-#define FS_OPERATION(faces, facade, ...) FS_FACADE_##facade(__VA_ARGS__)
+#define FS_OPERATION(faces, wrapper, facade, ...) FS_FACADE_##facade(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_FACADE_APART
 #undef FS_FACADE_FORWARD

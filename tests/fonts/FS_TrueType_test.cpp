@@ -129,6 +129,7 @@ TEST(FontTyping, EachTypeHasItsClass) {
     EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_COLLECTION)->getClassId(),
               FS_CLASSID_COLLECTION);
     EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_DFONT)->getClassId(), FS_CLASSID_DFONT);
+    EXPECT_EQ(createFontObject(KWUri(), FS_FILETYPE_WOFF)->getClassId(), FS_CLASSID_WOFF);
     EXPECT_FALSE(createFontObject(KWUri(), FS_FILETYPE_UNKNOWN));
     EXPECT_FALSE(createFontObject(KWUri(), FS_FILETYPE_EXTRA));
 }

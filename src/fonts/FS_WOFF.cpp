@@ -1,0 +1,192 @@
+#include "fonts/FS_WOFF.h"
+
+#include "common/ByteView.h"
+#include "common/KWLimits.h"
+#include "common/StreamBytes.h"
+#include "common/TagText.h"
+#include "fonts/FontTyping.h"
+#include "fonts/TTI_Directory.h"
+
+#include <KWCommon15/KWUtil.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <limits>
+
+namespace KWFontService_NS {
+
+using KWCommonNS::ByteView;
+using KWCommonNS::KWMutex;
+using KWCommonNS::KWUtil;
+using KWCommonNS::readStreamAt;
+
+namespace {
+
+constexpr std::size_t kWoffHeaderSize = 44;
+constexpr std::size_t kWoffEntrySize = 20;
+constexpr std::size_t kWorkBufferSize = 1024;
+
+/// How far an sfnt that comes out of a file of this size may go; offsets have 32 bits.
+std::uint64_t sfntLimit(std::uint64_t fileSize) {
+    constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
+    const std::uint64_t bounded = std::min(fileSize, kMost);
+    return std::min(KWCommonNS::kWoffFreeBytes + KWCommonNS::kWoffInflateFactor * bounded, kMost);
+}
+
+std::uint64_t sizeOf(std::istream& stream) {
+    stream.clear();
+    stream.seekg(0, std::ios::end);
+    const std::streamoff end = stream.tellg();
+    return end > 0 ? static_cast<std::uint64_t>(end) : 0;
+}
+
+/// The offset table: version, count, and the search fields that follow from it.
+void storeOffsetTable(std::uint8_t* out, std::uint32_t flavor, std::uint16_t numTables) {
+    const auto power = std::bit_floor(static_cast<unsigned>(numTables));
+    ByteView::storeU32(out, flavor);
+    ByteView::storeU16(out + 4, numTables);
+    ByteView::storeU16(out + 6, static_cast<std::uint16_t>(16 * power));
+    ByteView::storeU16(out + 8,
+                       static_cast<std::uint16_t>(power > 0 ? std::bit_width(power) - 1 : 0));
+    ByteView::storeU16(out + 10, static_cast<std::uint16_t>(16 * (numTables - power)));
+}
+
+} // namespace
+
+/// What goes from one table to the next.
+struct FS_WOFF::Unpacking {
+    std::istream& file;
+    std::uint64_t limit;                 ///< of the sfnt's size
+    std::uint64_t unread;                ///< bytes of the file that tables may still take
+    std::uint64_t nextOffset;            ///< where the next table goes
+    std::vector<std::uint8_t> directory; ///< offset table and records
+    std::vector<std::uint8_t> buffer;
+};
+
+FS_WOFF::FS_WOFF(const KWUri& fontUri) : FS_ExtraFont(fontUri) {}
+FS_WOFF::~FS_WOFF() = default;
+
+unsigned int FS_WOFF::getClassId() const {
+    return FS_CLASSID_WOFF;
+}
+
+bool FS_WOFF::isKindOf(unsigned int id) const {
+    return id == FS_CLASSID_WOFF || FS_ExtraFont::isKindOf(id);
+}
+
+UnicodeString FS_WOFF::getClassName() const {
+    return UnicodeString("FS_WOFF");
+}
+
+FS_FontFileType FS_WOFF::getFontFileType(int) const {
+    return FS_FILETYPE_WOFF;
+}
+
+KWMemStream* FS_WOFF::getFontStream() {
+    return sfntStream.get();
+}
+
+bool FS_WOFF::loadFont(KWError& error, int faceIndex, std::istream*) {
+    if (!innerFont)
+        return false;
+    KWMutex mutex(streamLock_);
+    mutex.lock();
+    return innerFont->loadFont(error, faceIndex, sfntStream.get());
+}
+
+FT_FaceRec_* FS_WOFF::getFTFace(int faceIndex) {
+    KWMutex mutex(streamLock_);
+    mutex.lock();
+    return FS_BaseFont::getFTFace(faceIndex);
+}
+
+bool FS_WOFF::failRead(KWError& error) const {
+    return fontError(error, FS_ERROR_FONT_READ, UnicodeString());
+}
+
+bool FS_WOFF::failFile(KWError& error, const char* detail) const {
+    return fontError(error, FS_ERROR_FONT_FILE, UnicodeString(detail));
+}
+
+bool FS_WOFF::scanFont(KWError& error, std::istream& stream) {
+    if (!unpack(error, stream))
+        return false;
+    sfntStream->clear();
+    sfntStream->seekg(0);
+    innerFont = createFontObject(uri, sfntTypeOf(*sfntStream));
+    if (!innerFont)
+        return false;
+    innerFont->setFontEntrySettings(getFontEntrySettings());
+    return innerFont->scanFont(error, *sfntStream);
+}
+
+bool FS_WOFF::unpack(KWError& error, std::istream& stream) {
+    std::array<std::uint8_t, kWoffHeaderSize> header;
+    if (readStreamAt(stream, 0, header) != header.size())
+        return failRead(error);
+    const std::uint32_t totalSfntSize = ByteView::loadU32(&header[16]);
+    if (ByteView::loadU32(header.data()) != KWCommonNS::sfntTag("wOFF") ||
+        totalSfntSize < TTI_Directory::kHeaderSize)
+        return failFile(error, "Invalid WOFF header.");
+    const std::uint16_t numTables = ByteView::loadU16(&header[12]);
+
+    const std::uint64_t fileSize = sizeOf(stream);
+    const std::size_t tablesAt =
+        TTI_Directory::kHeaderSize + TTI_Directory::kRecordSize * numTables;
+    Unpacking state{stream, sfntLimit(fileSize), fileSize, tablesAt, {}, {}};
+    state.directory.resize(tablesAt);
+    state.buffer.reserve(kWorkBufferSize);
+    storeOffsetTable(state.directory.data(), ByteView::loadU32(&header[4]), numTables);
+
+    sfntStream = std::make_unique<KWMemStream>(nullptr, totalSfntSize);
+    for (std::size_t i = 0; i < numTables; ++i) {
+        if (!unpackTable(error, state, i))
+            return false;
+    }
+    sfntStream->seekp(0);
+    sfntStream->write(reinterpret_cast<const char*>(state.directory.data()),
+                      static_cast<std::streamsize>(state.directory.size()));
+    return sfntStream->good() || failFile(error, "Uncompress error.");
+}
+
+bool FS_WOFF::unpackTable(KWError& error, Unpacking& state, std::size_t index) {
+    std::array<std::uint8_t, kWoffEntrySize> entry;
+    if (readStreamAt(state.file, kWoffHeaderSize + index * kWoffEntrySize, entry) != entry.size())
+        return failRead(error);
+    const std::uint32_t offset = ByteView::loadU32(&entry[4]);
+    const std::uint32_t compLength = ByteView::loadU32(&entry[8]);
+    const std::uint32_t origLength = ByteView::loadU32(&entry[12]);
+
+    std::uint8_t* const record =
+        &state.directory[TTI_Directory::kHeaderSize + index * TTI_Directory::kRecordSize];
+    std::copy_n(&entry[0], 4, record);
+    std::copy_n(&entry[16], 4, record + 4);
+    ByteView::storeU32(record + 8, static_cast<std::uint32_t>(state.nextOffset));
+    ByteView::storeU32(record + 12, origLength);
+
+    // Tables that share their bytes could ask for the file again and again.
+    if (compLength > state.unread ||
+        readStreamAt(state.file, offset, compLength, state.buffer) != compLength)
+        return failRead(error);
+    state.unread -= compLength;
+    if (state.nextOffset + origLength > state.limit)
+        return failFile(error, "Uncompress error.");
+
+    sfntStream->seekp(static_cast<std::streamoff>(state.nextOffset));
+    if (compLength != origLength) {
+        if (!KWUtil::inflate(*sfntStream, state.buffer.data(), state.buffer.size(), origLength))
+            return failFile(error, "Uncompress error.");
+    } else {
+        sfntStream->write(reinterpret_cast<const char*>(state.buffer.data()), compLength);
+    }
+    // Padded from where the data really ended.
+    const auto end = static_cast<std::uint64_t>(sfntStream->tellp());
+    const std::uint64_t padding = (4 - end % 4) % 4;
+    static constexpr char kZeros[3] = {};
+    sfntStream->write(kZeros, static_cast<std::streamsize>(padding));
+    state.nextOffset += origLength + padding;
+    return sfntStream->good() || failFile(error, "Uncompress error.");
+}
+
+} // namespace KWFontService_NS

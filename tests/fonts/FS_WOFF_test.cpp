@@ -1,0 +1,475 @@
+#include "fonts/FS_WOFF.h"
+
+#include "common/KWLimits.h"
+#include "fonts/FS_FontFileOptions.h"
+#include "fonts/OperationCalls.h"
+#include "fonts/SfntFixture.h"
+#include "support/FontPackages.h"
+#include "support/TempDir.h"
+#include "support/WoffFile.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace KWFontService_NS {
+namespace {
+
+using namespace KWTest;
+using KWCommonNS::KWPtr;
+
+const Complaint kShort{1921, "Font read error."};
+
+/// A WOFF font over bytes in memory.
+class WoffInMemory {
+public:
+    explicit WoffInMemory(const Bytes& file)
+        : stream_(file.str()), font_(new FS_WOFF(KWCommonNS::KWUri())) {}
+
+    bool scan() { return font_->scanFont(error, stream_); }
+    bool load() { return font_->loadFont(error, 0, nullptr); }
+    FS_WOFF* operator->() const { return font_.get(); }
+    Complaint complaint() const { return complaintOf(error); }
+
+    /// The sfnt that came out.
+    Bytes sfnt() const {
+        KWMemStream* const stream = font_->getFontStream();
+        if (stream == nullptr || stream->data() == nullptr)
+            return Bytes();
+        const auto* data = reinterpret_cast<const std::uint8_t*>(stream->data());
+        return Bytes(std::vector<std::uint8_t>(data, data + stream->size()));
+    }
+
+    KWCommonNS::KWError error;
+
+private:
+    std::istringstream stream_;
+    KWPtr<FS_WOFF> font_;
+};
+
+Complaint refused(const Bytes& file) {
+    WoffInMemory font(file);
+    EXPECT_FALSE(font.scan());
+    return font.complaint();
+}
+
+const Bytes& latin() {
+    static const Bytes sfnt = TestFont::latin().build();
+    return sfnt;
+}
+
+Bytes letters(std::size_t count) {
+    Bytes text;
+    for (std::size_t i = 0; i < count; ++i)
+        text.u8('a' + i % 23);
+    return text;
+}
+
+// --- what comes out -----------------------------------------------------------------------------
+
+TEST(Woff, IsAClassOfItsOwn) {
+    WoffInMemory font(WoffFile::of(latin()).build());
+    EXPECT_EQ(font->getClassId(), FS_CLASSID_WOFF);
+    EXPECT_EQ(font->getClassName(), UnicodeString("FS_WOFF"));
+    for (const unsigned id : {0x5726A54CU, 0x2E8D3159U, 0x523A46D6U, 0xD18D040AU, 0xDF537371U})
+        EXPECT_TRUE(font->isKindOf(id)) << std::hex << id;
+    EXPECT_EQ(font->getFontFileType(0), 10);
+    EXPECT_EQ(font->getFontStream(), nullptr) << "before the scan";
+    EXPECT_FALSE(font.load());
+    EXPECT_FALSE(font.error.isError());
+}
+
+TEST(Woff, TheSfntComesOutAsItWentIn) {
+    for (const TestFont& source : {TestFont::latin(), TestFont::vertical(), TestFont::openType()}) {
+        const Bytes sfnt = source.build();
+        WoffInMemory font(WoffFile::of(sfnt).build());
+        ASSERT_TRUE(font.scan()) << font.complaint();
+        EXPECT_EQ(font.sfnt(), sfnt);
+    }
+}
+
+TEST(Woff, AnswersAsTheFontThatItWraps) {
+    WoffInMemory font(WoffFile::of(latin()).build());
+    ASSERT_TRUE(font.scan() && font.load()) << font.complaint();
+    EXPECT_EQ(font->getFontFileType(0), 10);
+    EXPECT_EQ(font->getFontFileType2(0), 5);
+    EXPECT_TRUE(font->isExtraFont(nullptr, nullptr, 0));
+    EXPECT_EQ(font->getGlyphID('A', false, 0), TestFont::kA);
+    EXPECT_EQ(font->getGlyphWidth(TestFont::kA, 0, false, 0), 600.0F);
+    EXPECT_TRUE(font->getFamilyName(0, 0).isEmpty()) << "the document names it";
+}
+
+TEST(Woff, TheTypeInsideIsSevenOrEightForCff) {
+    WoffInMemory names(WoffFile::of(TestFont::openType().build()).build());
+    ASSERT_TRUE(names.scan() && names.load()) << names.complaint();
+    EXPECT_EQ(names->getFontFileType2(0), 7);
+    EXPECT_TRUE(names->isType1OrNoCID(0));
+    TestFont cid = TestFont::openType();
+    cid.with("CFF ", CffCID{.glyphs = {{0, 0, {14}}, {7, 0, {14}}, {9, 0, {14}}, {8, 0, {14}}}});
+    WoffInMemory cids(WoffFile::of(cid.build()).build());
+    ASSERT_TRUE(cids.scan() && cids.load()) << cids.complaint();
+    EXPECT_EQ(cids->getFontFileType2(0), 8);
+    FS_CIDSystemInfo info;
+    EXPECT_TRUE(cids->getCIDSystemInfo(info, 0));
+}
+
+TEST(Woff, ATableOfEqualLengthsIsStoredEvenIfItWouldInflate) {
+    // The bytes of a table are a zlib stream, which nobody asked to unpack.
+    TestFont source = TestFont::latin();
+    const Bytes stream = deflated(letters(100));
+    source.with("zzzz", stream);
+    WoffInMemory font(WoffFile::of(source.build()).build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_EQ(font.sfnt(), source.build());
+}
+
+TEST(Woff, LargeTablesAndSmallOnesInAnyOrder) {
+    TestFont source = TestFont::latin();
+    source.with("aaaa", letters(5000)).with("bbbb", letters(3)).with("zzzz", letters(100000));
+    WoffFile file = WoffFile::of(source.build());
+    file.table("aaaa") = WoffTable::plain("aaaa", letters(5000));
+    WoffInMemory font(file.build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_EQ(font.sfnt(), source.build());
+}
+
+TEST(Woff, TablesStandInTheOrderOfTheDirectory) {
+    WoffFile file = WoffFile::of(latin());
+    std::swap(file.tables[0], file.tables[3]);
+    WoffInMemory font(file.build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    const Bytes sfnt = font.sfnt();
+    std::uint32_t next = static_cast<std::uint32_t>(12 + 16 * file.tables.size());
+    for (std::size_t i = 0; i < file.tables.size(); ++i) {
+        const std::size_t record = 12 + 16 * i;
+        EXPECT_EQ(sfnt.str().substr(record, 4), file.tables[i].tag);
+        EXPECT_EQ(sfnt.u32At(record + 4), file.tables[i].origChecksum);
+        EXPECT_EQ(sfnt.u32At(record + 8), next);
+        EXPECT_EQ(sfnt.u32At(record + 12), file.tables[i].origLength);
+        next += (file.tables[i].origLength + 3) / 4 * 4;
+    }
+    EXPECT_EQ(sfnt.size(), next);
+}
+
+TEST(Woff, ChecksumsAreCopiedAndNotVerified) {
+    WoffFile file = WoffFile::of(latin());
+    file.table("head").origChecksum = 0xDEADBEEF;
+    WoffInMemory font(file.build());
+    EXPECT_TRUE(font.scan()) << font.complaint();
+    EXPECT_NE(font.sfnt().str().find("\xDE\xAD\xBE\xEF"), std::string::npos);
+}
+
+TEST(Woff, SearchFieldsFollowFromTheNumberOfTables) {
+    struct Row {
+        int tables;
+        std::uint16_t range, selector, shift;
+    };
+    for (const Row& row : {Row{1, 16, 0, 0}, Row{2, 32, 1, 0}, Row{3, 32, 1, 16},
+                           Row{10, 128, 3, 32}, Row{16, 256, 4, 0}}) {
+        WoffFile file;
+        for (int i = 0; i < row.tables; ++i)
+            file.tables.push_back(WoffTable::plain("t" + std::to_string(100 + i), letters(4)));
+        WoffInMemory font(file.build());
+        EXPECT_FALSE(font.scan()) << "no font";
+        const Bytes sfnt = font.sfnt();
+        EXPECT_EQ(sfnt.u16At(4), row.tables);
+        EXPECT_EQ(sfnt.u16At(6), row.range) << row.tables;
+        EXPECT_EQ(sfnt.u16At(8), row.selector) << row.tables;
+        EXPECT_EQ(sfnt.u16At(10), row.shift) << row.tables;
+    }
+}
+
+TEST(Woff, WithoutTablesItIsAnSfntThatTheScanRefuses) {
+    WoffInMemory font(WoffFile{}.build());
+    EXPECT_FALSE(font.scan());
+    EXPECT_EQ(font.complaint(), fileError("OffsetTable.numTables = 0"));
+    EXPECT_EQ(font.sfnt(), Bytes().u32(kTrueTypeVersion).zero(8));
+}
+
+TEST(Woff, TheFlavorIsCopiedAsItStands) {
+    WoffFile file = WoffFile::of(latin());
+    file.flavor = 0x12345678;
+    WoffInMemory font(file.build());
+    EXPECT_FALSE(font.scan());
+    EXPECT_EQ(font.complaint(), kNoComplaint) << "no version of a font";
+    EXPECT_EQ(font.sfnt().u32At(0), 0x12345678U);
+    file.flavor = tagValue("ttcf");
+    EXPECT_EQ(refused(file.build()), kNoComplaint);
+}
+
+TEST(Woff, MetadataPrivateDataVersionAndLengthAreNotLookedAt) {
+    Bytes file = WoffFile::of(latin()).build();
+    file.patchU32At(8, 0xFFFFFFFFU).patchU16At(14, 0xFFFF);
+    for (std::size_t at = 20; at < 44; at += 4)
+        file.patchU32At(at, 0xFFFFFFFFU);
+    WoffInMemory font(file);
+    EXPECT_TRUE(font.scan()) << font.complaint();
+}
+
+TEST(Woff, AShorterResultLeavesItsSpaceAndTheNextTableItsPlace) {
+    WoffFile file = WoffFile::of(latin());
+    WoffTable lying = WoffTable::packed("aaaa", letters(6));
+    lying.origLength = 40;
+    file.tables.insert(file.tables.begin(), lying);
+    WoffInMemory font(file.build());
+    ASSERT_TRUE(font.scan() && font.load()) << font.complaint();
+    const Bytes sfnt = font.sfnt();
+    const std::uint32_t at = sfnt.u32At(12 + 8);
+    // Six bytes end two short of a multiple of four, and those two are added to what was promised.
+    EXPECT_EQ(sfnt.u32At(12 + 16 + 8), at + 40 + 2);
+    EXPECT_EQ(sfnt.str().substr(at, 6), letters(6).str());
+    EXPECT_EQ(sfnt.str().substr(at + 6, 36), std::string(36, '\0'));
+}
+
+// --- messages -----------------------------------------------------------------------------------
+
+TEST(WoffScan, AShortHeaderIsAReadErrorWithoutDetail) {
+    const Bytes file = WoffFile::of(latin()).build();
+    for (const std::size_t size : {0U, 1U, 43U})
+        EXPECT_EQ(refused(Bytes(file).truncate(size)), kShort);
+}
+
+TEST(WoffScan, AnotherSignatureAndATinySfntAreAnInvalidHeader) {
+    Bytes file = WoffFile::of(latin()).build();
+    EXPECT_EQ(refused(Bytes(file).patchU8At(0, 'W')), fileError("Invalid WOFF header."));
+    EXPECT_EQ(refused(Bytes(file).patchU8At(3, '2')), fileError("Invalid WOFF header."));
+    EXPECT_EQ(refused(Bytes(file).patchU32At(16, 11)), fileError("Invalid WOFF header."));
+    EXPECT_EQ(refused(Bytes(file).patchU32At(16, 0)), fileError("Invalid WOFF header."));
+    WoffInMemory least(file.patchU32At(16, 12));
+    EXPECT_TRUE(least.scan()) << "the size is a wish: " << least.complaint();
+}
+
+TEST(WoffScan, AnErrorNamesTheWoffFile) {
+    const TempDir dir;
+    const KWPtr<FS_WOFF> font(new FS_WOFF(dir.uri("x.woff")));
+    std::istringstream stream("wOFF");
+    KWError error;
+    EXPECT_FALSE(font->scanFont(error, stream));
+    EXPECT_EQ(error.getMessage(), UnicodeString("Font read error.\n").append(dir.text("x.woff")));
+}
+
+TEST(WoffScan, AShortDirectoryIsAReadError) {
+    const Bytes file = WoffFile::of(latin()).build();
+    EXPECT_EQ(refused(Bytes(file).truncate(44)), kShort);
+    EXPECT_EQ(refused(Bytes(file).truncate(44 + 19)), kShort);
+    WoffFile counting;
+    counting.numTables = 0xFFFF;
+    EXPECT_EQ(refused(counting.build()), kShort);
+}
+
+TEST(WoffScan, ATablePastTheFileIsAReadError) {
+    const auto withTable = [](auto change) {
+        WoffFile file = WoffFile::of(latin());
+        change(file.tables.back());
+        return refused(file.build());
+    };
+    EXPECT_EQ(withTable([](WoffTable& t) { t.offset = 0xFFFFFFFF; }), kShort);
+    EXPECT_EQ(withTable([](WoffTable& t) { t.compLength = 0xFFFFFFFF; }), kShort);
+    EXPECT_EQ(withTable([](WoffTable& t) {
+                  t.compLength = static_cast<std::uint32_t>(t.stored.size() + 1);
+              }),
+              kShort);
+}
+
+TEST(WoffScan, DamagedDataDoNotUncompress) {
+    WoffFile file = WoffFile::of(latin());
+    WoffTable& table = file.table("glyf");
+    ASSERT_LT(table.stored.size(), table.origLength);
+    table.stored.patchU8At(table.stored.size() - 1, table.stored.u8At(table.stored.size() - 1) ^ 1);
+    EXPECT_EQ(refused(file.build()), fileError("Uncompress error."));
+    WoffFile raw = WoffFile::of(latin());
+    raw.table("glyf").origLength += 1;
+    raw.table("glyf").stored = letters(20);
+    EXPECT_EQ(refused(raw.build()), fileError("Uncompress error."));
+}
+
+TEST(WoffScan, ATableThatUnpacksToMoreThanPromisedDoesNotUncompress) {
+    WoffFile file = WoffFile::of(latin());
+    file.tables.push_back(WoffTable::packed("zzzz", letters(1000)));
+    file.tables.back().origLength = 999;
+    EXPECT_EQ(refused(file.build()), fileError("Uncompress error."));
+}
+
+TEST(WoffScan, AfterAFailureALaterScanMayPass) {
+    WoffFile file = WoffFile::of(latin());
+    file.table("glyf").offset = 0xFFFFFFFF;
+    WoffInMemory font(file.build());
+    EXPECT_FALSE(font.scan());
+    EXPECT_NE(font->getFontStream(), nullptr) << "kept";
+    std::istringstream good(WoffFile::of(latin()).build().str());
+    font.error = KWError();
+    EXPECT_TRUE(font->scanFont(font.error, good)) << font.complaint();
+    EXPECT_EQ(font.sfnt(), latin());
+}
+
+// --- bounds -------------------------------------------------------------------------------------
+
+/// A table of zeros that unpacks to `size` bytes.
+WoffTable bomb(std::size_t size) {
+    return WoffTable::packed("bomb", Bytes().zero(size));
+}
+
+TEST(WoffBounds, ABombUnpacksOnlyToTheLimit) {
+    WoffFile file = WoffFile::of(latin());
+    file.tables.push_back(bomb(KWCommonNS::kWoffFreeBytes / 2));
+    WoffInMemory small(file.build());
+    EXPECT_TRUE(small.scan()) << "some megabytes are free: " << small.complaint();
+
+    file.tables.back() = bomb(2 * KWCommonNS::kWoffFreeBytes);
+    WoffInMemory large(file.build());
+    EXPECT_FALSE(large.scan());
+    EXPECT_EQ(large.complaint(), fileError("Uncompress error."));
+    EXPECT_LT(large.sfnt().size(), 4096U) << "the promise alone is too much";
+}
+
+TEST(WoffBounds, APromiseThatIsNotKeptMovesNothing) {
+    WoffFile file = WoffFile::of(latin());
+    for (const std::uint32_t promise : {0x7FFFFFFFU, 0xFFFFFFF0U, 0xFFFFFFFFU}) {
+        file.table("glyf").origLength = promise;
+        EXPECT_EQ(refused(file.build()), fileError("Uncompress error.")) << promise;
+    }
+}
+
+TEST(WoffBounds, ALargeFileMayUnpackToAMultipleOfItself) {
+    WoffFile file = WoffFile::of(latin());
+    Bytes noise;
+    std::uint32_t state = 1;
+    for (int i = 0; i < (1 << 20); ++i) {
+        state = state * 1664525 + 1013904223;
+        noise.u8(state >> 24);
+    }
+    file.tables.push_back(WoffTable::plain("nois", noise));
+    file.tables.push_back(bomb(KWCommonNS::kWoffFreeBytes + (std::size_t{10} << 20)));
+    WoffInMemory font(file.build());
+    EXPECT_TRUE(font.scan()) << font.complaint();
+}
+
+TEST(WoffBounds, TablesThatShareTheirBytesAreReadNoMoreThanOnceOver) {
+    WoffFile file = WoffFile::of(latin());
+    file.tables.push_back(WoffTable::plain("aaaa", letters(60000)));
+    const std::size_t at = file.tables.size() - 1;
+    for (int i = 0; i < 30; ++i) {
+        WoffTable again = file.tables[at];
+        again.stored = Bytes();
+        again.compLength = again.origLength;
+        again.offset = 100;
+        file.tables.push_back(again);
+    }
+    EXPECT_EQ(refused(file.build()), kShort);
+}
+
+TEST(WoffBounds, EveryFieldMayLie) {
+    const Bytes whole = WoffFile::of(TestFont::vertical().build()).build();
+    const std::size_t directoryEnd = 44 + std::size_t{20} * whole.u16At(12);
+    for (std::size_t at = 0; at < directoryEnd; at += 4) {
+        for (const std::uint32_t lie : {0U, 1U, 44U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU,
+                                        static_cast<std::uint32_t>(whole.size())}) {
+            WoffInMemory font(Bytes(whole).patchU32At(at, lie));
+            if (font.scan())
+                font.load();
+            // Room for the records of 65,535 tables is the most that a count takes.
+            EXPECT_LT(font.sfnt().size(), std::size_t{2} << 20);
+        }
+    }
+}
+
+TEST(WoffBounds, AFileCutAnywhereIsRefused) {
+    const Bytes whole = WoffFile::of(latin()).build();
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        WoffInMemory font(Bytes(whole).truncate(size));
+        EXPECT_FALSE(font.scan()) << size;
+        EXPECT_TRUE(font.error.isError()) << size;
+    }
+}
+
+TEST(WoffBounds, SixtyFiveThousandTablesAreADirectoryLikeAnyOther) {
+    WoffFile file;
+    file.tables.assign(0xFFFF, WoffTable::plain("aaaa", Bytes()));
+    WoffInMemory font(file.build());
+    EXPECT_FALSE(font.scan());
+    EXPECT_EQ(font.complaint(), fileError("'glyf' or 'CFF' table not found"));
+    EXPECT_EQ(font.sfnt().u16At(4), 0xFFFF);
+}
+
+// --- the rebuilt stream -------------------------------------------------------------------------
+
+/// A WOFF file and the sfnt that is in it, each in a file of its own.
+class WoffFileAndSource : public testing::Test {
+protected:
+    WoffFileAndSource() {
+        SfntBuilder sfnt = TestFont::latin().sfnt();
+        source =
+            open(KWPtr<FS_BaseFont>(new FS_TrueType(files.uri("a.ttf"))), "a.ttf", sfnt.build());
+        woff = open(KWPtr<FS_BaseFont>(new FS_WOFF(files.uri("a.woff"))), "a.woff",
+                    WoffFile::of(sfnt.build()).build());
+    }
+    KWPtr<FS_BaseFont> open(KWPtr<FS_BaseFont> font, const std::string& name, const Bytes& bytes) {
+        files.write(name, bytes);
+        std::istringstream stream(bytes.str());
+        KWError error;
+        EXPECT_TRUE(font->scanFont(error, stream) && font->loadFont(error, 0, nullptr))
+            << complaintOf(error);
+        return font;
+    }
+
+    TempDir files;
+    KWPtr<FS_BaseFont> source;
+    KWPtr<FS_BaseFont> woff;
+};
+
+TEST_F(WoffFileAndSource, WritersReadTheUnpackedFont) {
+    enum class Wrapper { INNER, SOURCE, WOFF, OWN };
+    int heard = 0;
+#define FS_OPERATION(faces, wrapper, facade, result, name, parameters, arguments, qualifier,       \
+                     missing)                                                                      \
+    if constexpr (Wrapper::wrapper == Wrapper::SOURCE || Wrapper::wrapper == Wrapper::WOFF) {      \
+        using Operation = result (FS_BaseFont::*)(FS_PARAMETERS parameters int) qualifier;         \
+        const Comparison comparison = compare(*woff, 0, *source, Operation(&FS_BaseFont::name),    \
+                                              []() -> result { return missing; });                 \
+        EXPECT_TRUE(comparison.likeTheFace) << #name;                                              \
+        heard += comparison.faceHasAnswer ? 1 : 0;                                                 \
+    }
+#include "fonts/FS_FaceOperations.inc"
+    EXPECT_GE(heard, 6);
+}
+
+TEST_F(WoffFileAndSource, AGivenStreamIsTheOneThatIsRead) {
+    std::istringstream nothing;
+    KWMemStream output;
+    EXPECT_FALSE(woff->getEmbedFont({1}, output, &nothing, 0));
+}
+
+TEST_F(WoffFileAndSource, FreeTypeOpensTheUnpackedFont) {
+    EXPECT_NE(woff->getFTFace(0), nullptr);
+    EXPECT_EQ(woff->getFTFace(0), woff->getFTFace(0));
+    EXPECT_EQ(woff->getFTFace(1), nullptr);
+}
+
+TEST(Woff, SettingsOfTheFileHoldForTheFontInside) {
+    FS_FontFileOptions options;
+    options.useZeroGlyphId = true;
+    TestFont source = TestFont::latin();
+    source.cmap = Cmap::unicode({{'A', 0}, {'B', TestFont::kB}});
+    WoffInMemory font(WoffFile::of(source.build()).build());
+    font->setFontEntrySettings(&options);
+    ASSERT_TRUE(font.scan() && font.load()) << font.complaint();
+    EXPECT_EQ(font->getGlyphID('A', false, 0), 0);
+}
+
+TEST(Woff, APackagedFontAnswersAsItsSource) {
+    const Bytes bytes = readFile(packagedFont("DejaVuSans-WOFF"));
+    WoffInMemory woff(bytes);
+    ASSERT_TRUE(woff.scan() && woff.load()) << woff.complaint();
+    MemoryFont source(readFile(packagedFont("DejaVuSans")));
+    ASSERT_TRUE(source.scanAndLoad()) << source.complaint();
+    for (const int ch : {0x20, 0x41, 0xE9, 0x416, 0x3B1, 0x5D0, 0x2200, 0x1D400}) {
+        const unsigned short gid = source->getGlyphID(ch, false, 0);
+        EXPECT_EQ(woff->getGlyphID(ch, false, 0), gid) << ch;
+        EXPECT_EQ(woff->getGlyphWidth(gid, 0, false, 0), source->getGlyphWidth(gid, 0, false, 0));
+    }
+    EXPECT_EQ(woff->getUnitsPerEm(0), source->getUnitsPerEm(0));
+    EXPECT_TRUE(woff->hasMATHInfo(0) == source->hasMATHInfo(0));
+}
+
+} // namespace
+} // namespace KWFontService_NS

@@ -1,0 +1,99 @@
+// WOFF files of packaged fonts, written and read by fontTools.
+
+#include "fonts/FS_WOFF.h"
+#include "support/FontPackages.h"
+#include "support/ProcessRunner.h"
+#include "support/SfntBuilder.h"
+#include "support/TempDir.h"
+
+#include <KWCommon15/KWPtr.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace KWFontService_NS {
+namespace {
+
+using KWTest::Bytes;
+using KWTest::ProcessResult;
+
+ProcessResult runScript(const std::vector<std::string>& arguments) {
+    std::ifstream file(std::string(KW_INTEROP_SCRIPTS) + "/woff.py");
+    std::ostringstream text;
+    text << file.rdbuf();
+    return KWTest::runPython(text.str(), arguments);
+}
+
+/// The sfnt that comes out of a WOFF file; empty when it does not.
+Bytes unpacked(const Bytes& woff) {
+    const KWCommonNS::KWPtr<FS_WOFF> font(new FS_WOFF(KWUri()));
+    std::istringstream stream(woff.str());
+    KWError error;
+    if (!font->scanFont(error, stream) || !font->loadFont(error, 0, nullptr))
+        return {};
+    KWMemStream& sfnt = *font->getFontStream();
+    const auto* data = reinterpret_cast<const std::uint8_t*>(sfnt.data());
+    return Bytes(std::vector<std::uint8_t>(data, data + sfnt.size()));
+}
+
+/// The tables of an sfnt as the script lists them.
+std::string tableLines(const Bytes& sfnt) {
+    std::map<std::string, std::string> lines;
+    for (std::size_t i = 0; i < sfnt.u16At(4); ++i) {
+        const std::size_t record = 12 + 16 * i;
+        const std::uint32_t at = sfnt.u32At(record + 8);
+        const std::uint32_t length = sfnt.u32At(record + 12);
+        const std::string tag(sfnt.begin() + static_cast<std::ptrdiff_t>(record),
+                              sfnt.begin() + static_cast<std::ptrdiff_t>(record + 4));
+        const std::span<const std::uint8_t> table =
+            std::span(sfnt.data(), sfnt.size()).subspan(at, length);
+        lines[tag] = tag + ' ' + std::to_string(length) + ' ' +
+                     std::to_string(KWTest::tableChecksum(table)) + '\n';
+    }
+    std::string text;
+    for (const auto& [tag, line] : lines)
+        text += line;
+    return text;
+}
+
+class WoffOf : public testing::TestWithParam<const char*> {
+protected:
+    std::string source() { return KWTest::packagedFont(GetParam()).string(); }
+    KWTest::TempDir folder;
+};
+
+TEST_P(WoffOf, FontToolsIsReadAsFontToolsReadsIt) {
+    const std::string packed = folder.path("font.woff").string();
+    const ProcessResult wrote = runScript({"pack", source(), packed});
+    ASSERT_TRUE(wrote.ok()) << wrote.describe();
+    const ProcessResult theirs = runScript({"tables", packed});
+    ASSERT_TRUE(theirs.ok()) << theirs.describe();
+    const Bytes sfnt = unpacked(KWTest::readFile(packed));
+    ASSERT_GT(sfnt.size(), 0U);
+    EXPECT_EQ(tableLines(sfnt), theirs.output);
+}
+
+TEST(WoffOfPackage, IsReadAsFontToolsReadsIt) {
+    const std::filesystem::path packed = KWTest::packagedFont("DejaVuSans-WOFF");
+    const ProcessResult theirs = runScript({"tables", packed.string()});
+    ASSERT_TRUE(theirs.ok()) << theirs.describe();
+    EXPECT_EQ(tableLines(unpacked(KWTest::readFile(packed))), theirs.output);
+}
+
+INSTANTIATE_TEST_SUITE_P(PackagedFonts, WoffOf,
+                         testing::Values("DejaVuSans", "DejaVuSansMono", "LiberationSerif",
+                                         "IPAGothic", "ARPLSungtiL", "LMRoman10",
+                                         "TeXGyreTermesMath", "LinLibertine", "Amiri"),
+                         [](const auto& parameter) {
+                             std::string name = parameter.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+} // namespace
+} // namespace KWFontService_NS
