@@ -1,10 +1,13 @@
-// WOFF files of packaged fonts, written and read by fontTools.
+// WOFF files of packaged fonts: those of fontTools, read by us, and ours, read by others.
 
+#include "embed/WoffWriter.h"
 #include "fonts/FS_WOFF.h"
 #include "support/FontPackages.h"
+#include "support/FreeTypeFace.h"
 #include "support/ProcessRunner.h"
 #include "support/SfntBuilder.h"
 #include "support/TempDir.h"
+#include "support/WoffFile.h"
 
 #include <KWCommon15/KWPtr.h>
 
@@ -76,6 +79,51 @@ TEST_P(WoffOf, FontToolsIsReadAsFontToolsReadsIt) {
     const Bytes sfnt = unpacked(KWTest::readFile(packed));
     ASSERT_GT(sfnt.size(), 0U);
     EXPECT_EQ(tableLines(sfnt), theirs.output);
+}
+
+/// A font as our WOFF.
+Bytes packedByUs(const Bytes& sfnt) {
+    KWMemStream input;
+    input.append(sfnt.data(), sfnt.size());
+    KWMemStream output;
+    EXPECT_TRUE(makeWOFF(output, input));
+    const auto* data = reinterpret_cast<const std::uint8_t*>(output.data());
+    return Bytes(std::vector<std::uint8_t>(data, data + output.size()));
+}
+
+bool opensInFreeType(const Bytes& file) {
+    try {
+        return KWTest::FreeTypeFace(file)->num_glyphs > 0;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+TEST_P(WoffOf, OursHasTheTablesOfTheSourceForUsAndForFontTools) {
+    const Bytes sfnt = KWTest::readFile(source());
+    const Bytes woff = packedByUs(sfnt);
+    EXPECT_LT(woff.size(), sfnt.size());
+    EXPECT_EQ(tableLines(unpacked(woff)), tableLines(sfnt));
+    const ProcessResult theirs = runScript({"tables", folder.write("ours.woff", woff).string()});
+    ASSERT_TRUE(theirs.ok()) << theirs.describe();
+    EXPECT_EQ(tableLines(sfnt), theirs.output);
+}
+
+// Tables that do not start at multiples of four are what these two refuse.
+TEST_P(WoffOf, OursIsTakenByFreeTypeAndTheSanitizerOnlyOncePadded) {
+    ASSERT_TRUE(KWTest::hasProgram("ots-sanitize")) << "install opentype-sanitizer";
+    const auto sanitize = [this](const Bytes& file) {
+        return KWTest::runProgram("ots-sanitize", {folder.write("x.woff", file).string()});
+    };
+    const Bytes sfnt = KWTest::readFile(source());
+    const Bytes ours = packedByUs(sfnt);
+    EXPECT_FALSE(opensInFreeType(ours));
+    EXPECT_FALSE(sanitize(ours).ok());
+    // The same tables, by the packer of the tests.
+    const Bytes padded = KWTest::WoffFile::of(unpacked(ours)).build();
+    EXPECT_TRUE(opensInFreeType(padded));
+    const ProcessResult taken = sanitize(padded);
+    EXPECT_EQ(taken.ok(), sanitize(sfnt).ok()) << "as its source: " << taken.describe();
 }
 
 TEST(WoffOfPackage, IsReadAsFontToolsReadsIt) {

@@ -44,7 +44,7 @@ struct WoffTable {
     }
 };
 
-/// A WOFF 1.0 file. Tables follow the directory in their order, from multiples of four on.
+/// A WOFF 1.0 file. Tables follow the directory in their order, each padded to a multiple of four.
 struct WoffFile {
     std::uint32_t flavor = kTrueTypeVersion;
     std::vector<WoffTable> tables{};
@@ -85,13 +85,12 @@ struct WoffFile {
         const std::size_t bodyAt = 44 + 20 * tables.size();
         std::uint32_t sfntSize = static_cast<std::uint32_t>(12 + 16 * tables.size());
         for (const WoffTable& each : tables) {
-            body.zero((4 - (bodyAt + body.size()) % 4) % 4);
             directory.tag(each.tag)
                 .u32(each.offset.value_or(static_cast<std::uint32_t>(bodyAt + body.size())))
                 .u32(each.compLength.value_or(static_cast<std::uint32_t>(each.stored.size())))
                 .u32(each.origLength)
                 .u32(each.origChecksum);
-            body.bytes(each.stored);
+            body.bytes(each.stored).padTo(4);
             sfntSize += (each.origLength + 3) / 4 * 4;
         }
         Bytes file;
