@@ -64,6 +64,8 @@ constexpr auto kFonts = std::to_array<PackagedFont>({
     {"NimbusSans-PFB", "fonts-urw-base35", "/usr/share/fonts/X11/Type1/NimbusSans-Regular.pfb"},
     {"LinLibertine", "fonts-linuxlibertine",
      "/usr/share/fonts/opentype/linux-libertine/LinLibertine_R.otf"},
+    {"FreeSerif", "fonts-freefont-otf", "/usr/share/fonts/opentype/freefont/FreeSerif.otf"},
+    {"Unifont", "fonts-unifont", "/usr/share/fonts/opentype/unifont/unifont.otf"},
     {"Amiri", "fonts-hosny-amiri", "/usr/share/fonts/opentype/fonts-hosny-amiri/Amiri-Regular.ttf"},
     {"LohitDevanagari", "fonts-lohit-deva",
      "/usr/share/fonts/truetype/lohit-devanagari/Lohit-Devanagari.ttf"},

@@ -1,0 +1,411 @@
+// Subsets of packaged fonts with `CFF ` outlines, read by others: FreeType, fontTools and OpenType
+// Sanitizer.
+
+#include "cff/Type1CMap.h"
+#include "embed/CFFSubsetInPlace.h"
+#include "embed/CFFSubsetRenumbered.h"
+#include "support/CffTable.h"
+#include "support/FontPackages.h"
+#include "support/FontTables.h"
+#include "support/FreeTypeFace.h"
+#include "support/ProcessRunner.h"
+#include "support/Rng.h"
+#include "support/TempDir.h"
+
+#include <KWFontService17/FS_FontInfo.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <numeric>
+#include <ostream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace KWFontService_NS {
+namespace {
+
+using KWTest::Bytes;
+using KWTest::FreeTypeFace;
+using KWTest::ProcessResult;
+
+using Glyphs = std::vector<unsigned short>;
+
+struct Sample {
+    const char* font;
+    bool isCollection = false;
+
+    friend std::ostream& operator<<(std::ostream& out, const Sample& sample) {
+        return out << sample.font;
+    }
+};
+
+std::string sourceOf(const std::string& script) {
+    std::ifstream file(std::string(KW_INTEROP_SCRIPTS) + "/" + script);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+Bytes bytesOf(KWMemStream& stream) {
+    const auto* data = reinterpret_cast<const std::uint8_t*>(stream.data());
+    return Bytes(std::vector<std::uint8_t>(data, data + stream.size()));
+}
+
+/// A `CFF ` table, loaded.
+class Table {
+public:
+    explicit Table(const Bytes& bytes)
+        : bytes_(bytes), stream_(bytes.str()),
+          file_(stream_, 0, static_cast<std::uint32_t>(bytes.size())) {
+        EXPECT_TRUE(font_.readCFFTable(file_));
+    }
+
+    const Bytes& bytes() const { return bytes_; }
+    const Type1CMap& font() const { return font_; }
+    Bytes renumbered(const Glyphs& glyphs) {
+        KWMemStream out;
+        EXPECT_TRUE(subsetCFFRenumbered(file_, font_, glyphs, out));
+        return bytesOf(out);
+    }
+    Bytes inPlace(const Glyphs& glyphs, std::uint16_t space) {
+        KWMemStream out;
+        EXPECT_TRUE(subsetCFFInPlace(file_, glyphs, space, out));
+        return bytesOf(out);
+    }
+    /// What a glyph is called: its name, or in a CID-keyed font its CID.
+    std::string nameOf(std::uint16_t gid) const {
+        const std::uint16_t id = font_.getSIDOfGlyph(gid);
+        return font_.isCID ? std::to_string(id) : std::string(font_.getStringOfSID(id));
+    }
+
+private:
+    Bytes bytes_;
+    std::istringstream stream_;
+    CFFStream file_;
+    Type1CMap font_;
+};
+
+void expectSameOutline(const FreeTypeFace& source, const FreeTypeFace& cut, unsigned gid,
+                       unsigned newGid) {
+    const FT_GlyphSlot a = source.load(gid);
+    const FT_GlyphSlot b = cut.load(newGid);
+    ASSERT_EQ(a->metrics.horiAdvance, b->metrics.horiAdvance) << gid;
+    ASSERT_EQ(a->outline.n_points, b->outline.n_points) << gid;
+    ASSERT_EQ(a->outline.n_contours, b->outline.n_contours) << gid;
+    for (int i = 0; i < a->outline.n_points; ++i) {
+        ASSERT_EQ(a->outline.points[i].x, b->outline.points[i].x) << gid;
+        ASSERT_EQ(a->outline.points[i].y, b->outline.points[i].y) << gid;
+        ASSERT_EQ(a->outline.tags[i], b->outline.tags[i]) << gid;
+    }
+}
+
+/// A glyph drawn with hints in 12 pixels per em.
+std::string hintedPicture(const FreeTypeFace& face, unsigned gid) {
+    EXPECT_EQ(FT_Set_Pixel_Sizes(face.get(), 0, 12), 0);
+    EXPECT_EQ(FT_Load_Glyph(face.get(), gid, FT_LOAD_RENDER | FT_LOAD_NO_AUTOHINT), 0) << gid;
+    const FT_GlyphSlot slot = face->glyph;
+    const FT_Bitmap& bitmap = slot->bitmap;
+    std::ostringstream text;
+    text << slot->bitmap_left << ' ' << slot->bitmap_top << ' ' << slot->advance.x << ' '
+         << bitmap.width << ' ' << bitmap.rows << ' ';
+    for (unsigned row = 0; row < bitmap.rows; ++row)
+        text.write(reinterpret_cast<const char*>(bitmap.buffer) +
+                       static_cast<std::ptrdiff_t>(row) * bitmap.pitch,
+                   static_cast<std::streamsize>(bitmap.width));
+    return text.str();
+}
+
+ProcessResult runComparison(const std::filesystem::path& source,
+                            const std::filesystem::path& subset, const Glyphs& glyphs) {
+    std::vector<std::string> arguments{source.string(), subset.string()};
+    for (const unsigned short gid : std::set<unsigned short>(glyphs.begin(), glyphs.end()))
+        arguments.push_back(std::to_string(gid));
+    return KWTest::runPython(sourceOf("cff_subset_compare.py"), arguments);
+}
+
+class CffSubsetOf : public testing::TestWithParam<Sample> {
+protected:
+    void SetUp() override {
+        path_ = KWTest::packagedFont(GetParam().font);
+        table_.emplace(KWTest::fontTable(path_, "CFF "));
+        face_.emplace(table_->bytes());
+        count_ = static_cast<std::uint32_t>((*face_)->num_glyphs);
+    }
+
+    Glyphs randomGlyphs(std::uint32_t seed, std::size_t size) const {
+        KWTest::Rng random(seed);
+        Glyphs glyphs;
+        for (std::size_t i = 0; i < size; ++i)
+            glyphs.push_back(static_cast<unsigned short>(random.below(count_)));
+        return glyphs;
+    }
+    /// Lists from one glyph to some hundreds.
+    std::vector<Glyphs> randomLists() const {
+        std::vector<Glyphs> lists;
+        std::uint32_t seed = 1;
+        for (const std::size_t size : {1u, 2u, 5u, 20u, 20u, 100u, 300u, 700u})
+            lists.push_back(randomGlyphs(seed++, size));
+        return lists;
+    }
+    Glyphs everyGlyph() const {
+        Glyphs glyphs(count_);
+        std::iota(glyphs.begin(), glyphs.end(), static_cast<unsigned short>(0));
+        return glyphs;
+    }
+    /// How FreeType asks for a glyph of a bare table: a CID-keyed one by CID.
+    unsigned sourceIndex(unsigned short gid) const {
+        return table_->font().isCID ? table_->font().getSIDOfGlyph(gid) : gid;
+    }
+    unsigned packedIndex(unsigned short gid, unsigned short place) const {
+        return table_->font().isCID ? gid : place;
+    }
+    /// Where each listed glyph and glyph 0 is in a packed subset.
+    std::map<std::uint16_t, std::uint16_t> placesIn(const Bytes& subset, unsigned newCount,
+                                                    const Glyphs& glyphs) const {
+        const Table packed(subset);
+        std::map<std::string, std::uint16_t> byName;
+        for (unsigned gid = 0; gid < newCount; ++gid)
+            byName.emplace(packed.nameOf(static_cast<std::uint16_t>(gid)),
+                           static_cast<std::uint16_t>(gid));
+        std::map<std::uint16_t, std::uint16_t> places;
+        for (const unsigned short gid : glyphs)
+            places[gid] =
+                byName.at(table_->font().isCID ? std::to_string(gid) : table_->nameOf(gid));
+        places[0] = 0;
+        return places;
+    }
+    std::uint16_t space() {
+        FS_FontInfo font;
+        if (!GetParam().isCollection && font.createFont(KWTest::fileUri(path_)))
+            return font.getGlyphID(0x20, false);
+        return 1;
+    }
+    void expectSameForFontTools(const Bytes& file, const Glyphs& glyphs) {
+        const ProcessResult result = runComparison(path_, folder_.write("subset", file), glyphs);
+        EXPECT_TRUE(result.ok()) << result.describe();
+        EXPECT_TRUE(result.output.starts_with("same ")) << result.describe();
+    }
+
+    std::filesystem::path path_;
+    KWTest::TempDir folder_;
+    std::optional<Table> table_;
+    std::optional<FreeTypeFace> face_; ///< over the table alone, so that widths are its own
+    std::uint32_t count_ = 0;
+};
+
+TEST_P(CffSubsetOf, PackedHasTheSourcesOutlinesAndWidthsForFreeType) {
+    for (const Glyphs& glyphs : randomLists()) {
+        const Bytes subset = table_->renumbered(glyphs);
+        const FreeTypeFace cut(subset);
+        EXPECT_LT(subset.size(), table_->bytes().size());
+        for (const auto& [gid, place] :
+             placesIn(subset, static_cast<unsigned>(cut->num_glyphs), glyphs))
+            expectSameOutline(*face_, cut, sourceIndex(gid), packedIndex(gid, place));
+    }
+}
+
+TEST_P(CffSubsetOf, PackedWithEveryGlyphHasThemAll) {
+    const Glyphs all = everyGlyph();
+    const Bytes subset = table_->renumbered(all);
+    const FreeTypeFace cut(subset);
+    ASSERT_EQ(cut->num_glyphs, (*face_)->num_glyphs);
+    for (const auto& [gid, place] : placesIn(subset, static_cast<unsigned>(cut->num_glyphs), all)) {
+        expectSameOutline(*face_, cut, sourceIndex(gid), packedIndex(gid, place));
+        if (HasFatalFailure())
+            return;
+    }
+}
+
+TEST_P(CffSubsetOf, PackedLooksTheSameWithHints) {
+    for (const Glyphs& glyphs : randomLists()) {
+        const Bytes subset = table_->renumbered(glyphs);
+        const FreeTypeFace cut(subset);
+        for (const auto& [gid, place] :
+             placesIn(subset, static_cast<unsigned>(cut->num_glyphs), glyphs))
+            ASSERT_EQ(hintedPicture(*face_, sourceIndex(gid)),
+                      hintedPicture(cut, packedIndex(gid, place)))
+                << gid;
+    }
+}
+
+TEST_P(CffSubsetOf, PackedHasTheSourcesGlyphsForFontTools) {
+    const Glyphs glyphs = randomGlyphs(77, 400);
+    expectSameForFontTools(table_->renumbered(glyphs), glyphs);
+}
+
+TEST_P(CffSubsetOf, InPlaceHasTheSourcesOutlinesAndWidthsForFreeType) {
+    for (const Glyphs& glyphs : randomLists()) {
+        const FreeTypeFace cut(table_->inPlace(glyphs, space()));
+        for (const unsigned short gid : glyphs)
+            expectSameOutline(*face_, cut, sourceIndex(gid), sourceIndex(gid));
+        expectSameOutline(*face_, cut, 0, 0);
+    }
+}
+
+TEST_P(CffSubsetOf, InPlaceLooksTheSameWithHints) {
+    for (const Glyphs& glyphs : randomLists()) {
+        const FreeTypeFace cut(table_->inPlace(glyphs, space()));
+        for (const unsigned short gid : glyphs)
+            ASSERT_EQ(hintedPicture(*face_, sourceIndex(gid)), hintedPicture(cut, sourceIndex(gid)))
+                << gid;
+    }
+}
+
+TEST_P(CffSubsetOf, InPlaceWithEveryGlyphIsTheTableItself) {
+    Bytes expected = table_->bytes();
+    EXPECT_EQ(table_->inPlace(everyGlyph(), space()), expected.patchU8At(3, 3));
+}
+
+INSTANTIATE_TEST_SUITE_P(PackagedFonts, CffSubsetOf,
+                         testing::Values(Sample{"LMRoman10"}, Sample{"LMMono10"},
+                                         Sample{"TeXGyreTermesMath"}, Sample{"C059-Roman"},
+                                         Sample{"NimbusSans"}, Sample{"D050000L"},
+                                         Sample{"LinLibertine"}, Sample{"FreeSerif"},
+                                         Sample{"NotoSansCJK", true}, Sample{"NotoSerifCJK", true}),
+                         [](const auto& parameter) {
+                             std::string name = parameter.param.font;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+/// An OpenType file of one font, cut in place through its operations.
+class CffFileOf : public testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        path_ = KWTest::packagedFont(GetParam());
+        ASSERT_TRUE(font_.createFont(KWTest::fileUri(path_)));
+        const FreeTypeFace face(KWTest::readFile(path_));
+        last_ = static_cast<unsigned short>(face->num_glyphs - 1);
+        KWTest::Rng random(78);
+        for (int i = 0; i < 300; ++i)
+            glyphs_.push_back(static_cast<unsigned short>(random.below(last_)));
+    }
+
+    Bytes subset(const Glyphs& glyphs) {
+        KWMemStream out;
+        EXPECT_TRUE(font_.makeSubsetFont(glyphs, out));
+        return bytesOf(out);
+    }
+    ProcessResult sanitized(const Bytes& file) {
+        return KWTest::runProgram("ots-sanitize", {folder_.write("subset.otf", file).string()});
+    }
+    ProcessResult comparedByFontTools(const Bytes& file, const Glyphs& glyphs) {
+        return runComparison(path_, folder_.write("subset.otf", file), glyphs);
+    }
+
+    std::filesystem::path path_;
+    KWTest::TempDir folder_;
+    FS_FontInfo font_;
+    Glyphs glyphs_; ///< without the last one
+    unsigned short last_ = 0;
+};
+
+TEST_P(CffFileOf, WithItsLastGlyphPassesTheSanitizerAndFontTools) {
+    Glyphs glyphs = glyphs_;
+    glyphs.push_back(last_);
+    const Bytes file = subset(glyphs);
+    EXPECT_LT(file.size(), std::filesystem::file_size(path_));
+    const ProcessResult result = sanitized(file);
+    EXPECT_TRUE(result.ok()) << result.describe();
+    const ProcessResult same = comparedByFontTools(file, glyphs);
+    EXPECT_TRUE(same.ok()) << same.describe();
+    EXPECT_TRUE(same.output.starts_with("same ")) << same.describe();
+}
+
+// CharStrings end behind the highest glyph that is listed, charset and `maxp` do not.
+TEST_P(CffFileOf, WithoutItsLastGlyphIsRefusedByTheSanitizerAndNotByFreeType) {
+    Glyphs glyphs = glyphs_;
+    std::erase_if(glyphs, [this](unsigned short gid) { return gid > last_ / 2; });
+    const Bytes file = subset(glyphs);
+    const ProcessResult result = sanitized(file);
+    EXPECT_FALSE(result.ok());
+    EXPECT_NE(result.errors.find("Failed to parse Top DICT Data"), std::string::npos)
+        << result.describe();
+    const FreeTypeFace source(KWTest::readFile(path_));
+    const FreeTypeFace cut(file);
+    for (const unsigned short gid : glyphs)
+        expectSameOutline(source, cut, gid, gid);
+}
+
+TEST_P(CffFileOf, OpensHereAndAnswersAsItsSourceDoes) {
+    const KWTest::TempDir folder;
+    FS_FontInfo cut;
+    ASSERT_TRUE(cut.createFont(KWTest::fileUri(folder.write("cut.otf", subset(glyphs_)))));
+    for (const unsigned short gid : glyphs_) {
+        EXPECT_EQ(cut.getGlyphWidth(gid, 0, false), font_.getGlyphWidth(gid, 0, false));
+        EXPECT_EQ(cut.getStringID(gid), font_.getStringID(gid));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(PackagedFonts, CffFileOf,
+                         testing::Values("LMRoman10", "LMMono10", "TeXGyreTermesMath", "C059-Roman",
+                                         "NimbusSans", "D050000L", "LinLibertine", "FreeSerif",
+                                         "Unifont"),
+                         [](const auto& parameter) {
+                             std::string name = parameter.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+// The only packaged font with a FontMatrix in its Font DICT.
+TEST(CffSubset, WithoutTheFontMatrixOfItsFontDictIsDrawnByTheDefaultOne) {
+    const auto path = KWTest::packagedFont("Unifont");
+    Table table(KWTest::fontTable(path, "CFF "));
+    const FreeTypeFace source(KWTest::readFile(path));
+    const FreeTypeFace cut(table.renumbered({36, 1000}));
+    EXPECT_EQ(source->units_per_EM, 64);
+    EXPECT_EQ(cut->units_per_EM, 1000);
+    for (const unsigned gid : {36u, 1000u}) {
+        expectSameOutline(source, cut, gid, gid);
+        EXPECT_NE(hintedPicture(source, gid), hintedPicture(cut, gid));
+    }
+}
+
+/// Glyphs .notdef, space, A, acute and one that is put together of the last two.
+KWTest::CffSections accented() {
+    KWTest::CffSections table;
+    table.charset = Bytes{0}.u16s({1, 34, 125, 171});
+    table.charStrings = {KWTest::rectangleCharstring(0, 50, 0, 450, 700), Bytes{139, 14},
+                         KWTest::rectangleCharstring(100, 50, 0, 550, 700),
+                         KWTest::rectangleCharstring(0, 100, 600, 200, 700),
+                         Bytes{139, 149, 149, 139 + 65, 247, 86, 14}};
+    table.privateDict = KWTest::CffPrivate{.dict = Bytes{140, 20}};
+    return table;
+}
+
+TEST(CffSubset, AccentedGlyphsBringTheirPartsForFreeType) {
+    Table table(accented().build());
+    const FreeTypeFace source(table.bytes());
+    const FreeTypeFace cut(table.renumbered({4}));
+    ASSERT_EQ(cut->num_glyphs, 4); // the space stays behind
+    expectSameOutline(source, cut, 4, 3);
+    EXPECT_GT(cut.load(3)->outline.n_points, 4);
+}
+
+// A font with an Encoding of its own is not closed over accents.
+TEST(CffSubset, OfCustomEncodingFreeTypeMissesThePartsOfAccentedGlyphs) {
+    KWTest::CffSections custom = accented();
+    custom.encoding = Bytes{0, 4, 32, 65, 66, 67};
+    Table table(custom.build());
+    const FreeTypeFace cut(table.renumbered({4}));
+    ASSERT_EQ(cut->num_glyphs, 2);
+    EXPECT_NE(FT_Load_Glyph(cut.get(), 1, FT_LOAD_NO_SCALE), 0);
+    const FreeTypeFace listed(table.renumbered({4, 2, 3}));
+    EXPECT_EQ(FT_Load_Glyph(listed.get(), 3, FT_LOAD_NO_SCALE), 0);
+}
+
+// A predefined charset is not known here: all its glyphs are .notdef.
+TEST(CffSubset, OfAPredefinedCharsetFreeTypeFindsGlyphZeroOnly) {
+    KWTest::CffSections predefined = accented();
+    predefined.charset.reset();
+    Table table(predefined.build());
+    EXPECT_EQ(FreeTypeFace(table.bytes())->num_glyphs, 5);
+    EXPECT_EQ(FreeTypeFace(table.renumbered({1, 2, 3}))->num_glyphs, 1);
+}
+
+} // namespace
+} // namespace KWFontService_NS
