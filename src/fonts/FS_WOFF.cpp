@@ -98,7 +98,8 @@ bool FS_WOFF::loadFont(KWError& error, int faceIndex, std::istream*) {
 FT_FaceRec_* FS_WOFF::getFTFace(int faceIndex) {
     KWMutex mutex(streamLock_);
     mutex.lock();
-    return FS_BaseFont::getFTFace(faceIndex);
+    // Not the font inside, whose file is the packed one.
+    return FS_BaseFont::getFTFace(faceIndex); // NOLINT(bugprone-parent-virtual-call)
 }
 
 bool FS_WOFF::failRead(KWError& error) const {
