@@ -133,6 +133,18 @@ TEST(WoffOfPackage, IsReadAsFontToolsReadsIt) {
     EXPECT_EQ(tableLines(unpacked(KWTest::readFile(packed))), theirs.output);
 }
 
+TEST(WoffOfPackage, EveryPackagedFontComesBackFromOurs) {
+    int fonts = 0;
+    for (const KWTest::PackagedFont& packaged : KWTest::packagedFonts()) {
+        if (!packaged.path.ends_with(".ttf") && !packaged.path.ends_with(".otf"))
+            continue;
+        const Bytes sfnt = KWTest::readFile(KWTest::packagedFont(packaged.name));
+        EXPECT_EQ(tableLines(unpacked(packedByUs(sfnt))), tableLines(sfnt)) << packaged.name;
+        ++fonts;
+    }
+    EXPECT_GT(fonts, 20);
+}
+
 INSTANTIATE_TEST_SUITE_P(PackagedFonts, WoffOf,
                          testing::Values("DejaVuSans", "DejaVuSansMono", "LiberationSerif",
                                          "IPAGothic", "ARPLSungtiL", "LMRoman10",
