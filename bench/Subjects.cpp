@@ -44,6 +44,16 @@ Subject& cjkSubsetSubject() {
     return subject;
 }
 
+Subject& nameKeyedSubject() {
+    static Subject subject(KWTest::packagedFont("FreeSerif"));
+    return subject;
+}
+
+Subject& cidKeyedSubject() {
+    static Subject subject(KWTest::packagedFont("NotoSansCJK"));
+    return subject;
+}
+
 const UnicodeString& latinText() {
     static const UnicodeString text = [] {
         const UnicodeString line(u"The quick brown fox jumps over the lazy dog; Ça ira, naïve "

@@ -50,6 +50,10 @@ Subject& latinSubject();
 Subject& cjkSubject();
 /// A CJK font that the peer's subsetter takes for any set of glyphs.
 Subject& cjkSubsetSubject();
+/// Fonts with `CFF ` outlines: one with glyph names, and the first member of a collection with
+/// CIDs.
+Subject& nameKeyedSubject();
+Subject& cidKeyedSubject();
 
 /// Texts of a few thousand characters that the subjects cover.
 const KWFontService_NS::UnicodeString& latinText();

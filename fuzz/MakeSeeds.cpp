@@ -87,6 +87,49 @@ void makeFontSeeds(const SeedFolder& folder) {
     folder.add("woff-stored", stored.build());
 }
 
+Bytes cidKeyedCff() {
+    return CffCID{.glyphs = {{0, 0, {14}}, {7, 1, {139, 107, 10, 14}}, {9, 0, {14}}},
+                  .fontDicts = {{.privateDict = CffPrivate{.dict = {140, 20}}},
+                                {.privateDict = CffPrivate{.subrs = {{139, 22, 11}}}}},
+                  .globalSubrs = {{11}}}
+        .build();
+}
+
+Bytes rangesCff() {
+    CffSections sections;
+    sections.encoding = Bytes{1, 1, 65, 1};
+    sections.charset = Bytes{1, 0, 34, 1};
+    sections.globalSubrs = {{11}};
+    sections.charStrings = {{14}, {139, 22, 14}, {14}};
+    sections.privateDict = CffPrivate{.dict = cffReal("0.5").u8(10), .subrs = {{11}}};
+    return sections.build();
+}
+
+/// Subrs of both kinds with stems and masks, an accented glyph, strings of the font.
+Bytes accentedCff() {
+    CffSections sections;
+    sections.strings = {Bytes::ofText("one"), Bytes::ofText("Notice")};
+    sections.topDict = cffInteger(392).u8(1);
+    sections.charset = Bytes{0}.u16s({1, 34, 125, 391});
+    sections.globalSubrs = {{140, 141, 1, 11}, {11}};
+    sections.charStrings = {
+        {14}, {139, 14}, {32, 10, 19, 0, 14}, {32, 29, 33, 10, 14}, {139, 139, 204, 247, 86, 14}};
+    sections.privateDict =
+        CffPrivate{.dict = {140, 20}, .subrs = {{140, 141, 18, 11}, {32, 29, 11}}};
+    return sections.build();
+}
+
+void makeCffSeeds(const SeedFolder& folder) {
+    const auto list = [](const std::vector<std::uint16_t>& glyphs, const Bytes& table) {
+        return Bytes().u8(glyphs.size()).u16s(glyphs).bytes(table);
+    };
+    folder.add("name", list({2, 1}, TestFont::openType().sfnt().get("CFF ")));
+    folder.add("cid", list({1, 2, 2}, cidKeyedCff()));
+    folder.add("ranges", list({2}, rangesCff()));
+    folder.add("accented", list({4, 2, 3}, accentedCff()));
+    folder.add("beyond", list({1, 65535}, accentedCff()));
+}
+
 void makeTableSeeds(const SeedFolder& folder) {
     const auto add = [&folder](std::string_view tag, const std::string& name, const Bytes& table) {
         const auto place = std::find(KWFuzz::kFuzzTables.begin(), KWFuzz::kFuzzTables.end(), tag);
@@ -143,19 +186,8 @@ void makeTableSeeds(const SeedFolder& folder) {
     add("hhea", "hhea", TestFont::vertical().hhea.build());
     add("maxp", "maxp", Maxp{.numGlyphs = 5}.build());
     add("CFF ", "cff", TestFont::openType().sfnt().get("CFF "));
-    add("CFF ", "cff-cid",
-        CffCID{.glyphs = {{0, 0, {14}}, {7, 1, {139, 107, 10, 14}}, {9, 0, {14}}},
-               .fontDicts = {{.privateDict = CffPrivate{.dict = {140, 20}}},
-                             {.privateDict = CffPrivate{.subrs = {{139, 22, 11}}}}},
-               .globalSubrs = {{11}}}
-            .build());
-    CffSections sections;
-    sections.encoding = Bytes{1, 1, 65, 1};
-    sections.charset = Bytes{1, 0, 34, 1};
-    sections.globalSubrs = {{11}};
-    sections.charStrings = {{14}, {139, 22, 14}, {14}};
-    sections.privateDict = CffPrivate{.dict = cffReal("0.5").u8(10), .subrs = {{11}}};
-    add("CFF ", "cff-ranges", sections.build());
+    add("CFF ", "cff-cid", cidKeyedCff());
+    add("CFF ", "cff-ranges", rangesCff());
     add("fpgm", "fpgm", Bytes{0xB0, 0x00, 0x2C, 0x2D});
     add("prep", "prep", Bytes{0xB8, 0x01, 0xFF, 0x85});
 }
@@ -226,6 +258,7 @@ int main(int argc, char** argv) {
         makeFontSeeds(SeedFolder(root / "font"));
         makeTableSeeds(SeedFolder(root / "table"));
         makeLayoutSeeds(SeedFolder(root / "layout"));
+        makeCffSeeds(SeedFolder(root / "cff"));
         makeTextSeeds(root);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

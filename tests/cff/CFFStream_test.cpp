@@ -72,5 +72,21 @@ TEST(CFFCursor, ANumberCutInHalfIsNone) {
     EXPECT_EQ(beyond.u8(), std::nullopt);
 }
 
+TEST(CFFStream, CopiesPiecesOfAnyLengthThatTheTableHas) {
+    const Bytes bytes = Bytes().fill(70000, 1).fill(70000, 2);
+    TableStream stream(bytes);
+    KWCommonNS::KWMemStream output;
+    output.append("x");
+    EXPECT_TRUE(stream.table.copy(1, 139998, output));
+    EXPECT_EQ(Bytes::ofText({output.data(), output.size()}),
+              Bytes::ofText("x").bytes(bytes.slice(1, 139998)));
+    EXPECT_TRUE(stream.table.copy(140000, 0, output));
+    EXPECT_FALSE(stream.table.copy(140000, 1, output));
+    EXPECT_FALSE(stream.table.copy(140001, 0, output));
+    EXPECT_FALSE(stream.table.copy(1, ~std::uint64_t{0}, output));
+    output.setstate(std::ios::badbit);
+    EXPECT_FALSE(stream.table.copy(0, 1, output));
+}
+
 } // namespace
 } // namespace KWFontService_NS

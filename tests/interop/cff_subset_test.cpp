@@ -351,6 +351,27 @@ INSTANTIATE_TEST_SUITE_P(PackagedFonts, CffFileOf,
                              return name;
                          });
 
+TEST(CffSubset, OfAMemberOfACollectionIsThatOfItsTable) {
+    const auto path = KWTest::packagedFont("NotoSansCJK");
+    FS_FontInfo font;
+    ASSERT_TRUE(font.createFont(KWTest::fileUri(path)));
+    Table table(KWTest::fontTable(path, "CFF "));
+    const Glyphs glyphs{1000, 34, 20000, 65534};
+    KWMemStream packed;
+    ASSERT_TRUE(font.getEmbedFont(glyphs, packed));
+    EXPECT_EQ(bytesOf(packed), table.renumbered(glyphs));
+    KWMemStream cut;
+    ASSERT_TRUE(font.makeSubsetFont(glyphs, cut));
+    const KWTest::TempDir folder;
+    const ProcessResult result =
+        KWTest::runProgram("ots-sanitize", {folder.write("cut.otf", bytesOf(cut)).string()});
+    EXPECT_TRUE(result.ok()) << result.describe();
+    const FreeTypeFace source(KWTest::readFile(path));
+    const FreeTypeFace file(bytesOf(cut));
+    for (const unsigned short gid : glyphs)
+        expectSameOutline(source, file, gid, gid);
+}
+
 // The only packaged font with a FontMatrix in its Font DICT.
 TEST(CffSubset, WithoutTheFontMatrixOfItsFontDictIsDrawnByTheDefaultOne) {
     const auto path = KWTest::packagedFont("Unifont");
