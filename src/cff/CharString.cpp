@@ -96,22 +96,9 @@ std::optional<ByteView> CharStringSubrs::find(bool isGlobal, int operand) const 
     return subrs[static_cast<std::size_t>(index)];
 }
 
-std::optional<int> CharStringScanner::callOperand() const {
-    if (!isCall() || !followsNumber_)
-        return std::nullopt;
-    return number_;
-}
-
-bool CharStringScanner::next() {
-    const auto first = bytes_.u8(at_);
-    if (!first)
-        return false;
-    start_ = at_++;
-    followsNumber_ = isNumber_;
-    op_ = Word::none;
-    mask_ = ByteView();
-    isNumber_ = *first == kShortInteger || *first >= 32;
-    if (isNumber_ ? readNumber(*first) : readOperator(*first))
+bool CharStringScanner::readLonger(std::uint8_t first) {
+    isNumber_ = first == kShortInteger || first >= 32;
+    if (isNumber_ ? readNumber(first) : readOperator(first))
         return true;
     at_ = bytes_.size();
     return false;
@@ -138,7 +125,7 @@ bool CharStringScanner::readNumber(std::uint8_t first) {
         number_ = (first - 247) * 256 + *rest + 108;
     else
         number_ = first - 139;
-    counts_.operands = std::min(counts_.operands + 1, KWCommonNS::kMaxCharStringOperands);
+    countNumber();
     return true;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "cff/CFFIndex.h"
+#include "common/KWLimits.h"
 #include "type1/FS_Keyword.h"
 
 #include <KWCommon15/KWValue.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -75,7 +77,23 @@ public:
         : bytes_(charString), counts_(counts) {}
 
     /// To the next number or operator; false at the end.
-    bool next();
+    bool next() {
+        if (at_ >= bytes_.size())
+            return false;
+        start_ = at_;
+        followsNumber_ = isNumber_;
+        op_ = FS_Word::none;
+        const std::uint8_t first = bytes_.data()[at_++];
+        // Most of what charstrings hold are numbers of one byte.
+        if (first < 32 || first > 246)
+            return readLonger(first);
+        isNumber_ = true;
+        isFixed_ = false;
+        numberStart_ = start_;
+        number_ = first - 139;
+        countNumber();
+        return true;
+    }
 
     bool isNumber() const { return isNumber_; }
     /// The number; one of form 255 as the 32 bits that it has.
@@ -88,17 +106,28 @@ public:
     bool isCall() const { return op_ == FS_Word::callsubr || op_ == FS_Word::callgsubr; }
     bool isGlobalCall() const { return op_ == FS_Word::callgsubr; }
     /// The operand of a call that stands right before it; nothing where something else does.
-    std::optional<int> callOperand() const;
+    std::optional<int> callOperand() const {
+        if (!isCall() || !followsNumber_)
+            return std::nullopt;
+        return number_;
+    }
     /// The bytes behind `hintmask` and `cntrmask`.
-    ByteView mask() const { return mask_; }
+    ByteView mask() const {
+        const bool isMask = op_ == FS_Word::hintmask || op_ == FS_Word::cntrmask;
+        return isMask ? mask_ : ByteView();
+    }
 
     /// Where the number or operator begins, and where the number before it does.
     std::size_t start() const { return start_; }
     std::size_t numberStart() const { return numberStart_; }
 
 private:
+    bool readLonger(std::uint8_t first);
     bool readNumber(std::uint8_t first);
     bool readOperator(std::uint8_t first);
+    void countNumber() {
+        counts_.operands = std::min(counts_.operands + 1, KWCommonNS::kMaxCharStringOperands);
+    }
 
     ByteView bytes_;
     CharStringCounts& counts_;

@@ -77,19 +77,17 @@ void SubrWalker::walk(ByteView charString, CharStringCounts& counts, int depth) 
 }
 
 void SubrWalker::call(bool isGlobal, int operand, CharStringCounts& counts, int depth) {
-    const auto subr = subrs_.find(isGlobal, operand);
-    if (!subr)
-        return;
-    if (SubrEntries* const entries = isGlobal ? globalEntries_ : localEntries_)
-        entries->try_emplace(operand, SubrEntryState{counts, fontDict_});
-    if (depth == KWCommonNS::kMaxSubrDepth)
-        return;
     const std::uint64_t key = subrCallKey(isGlobal, operand, counts);
     if (const auto known = known_.find(key); known != known_.end()) {
         counts = known->second;
         return;
     }
-    if (!budget_.charge(KWCommonNS::kKnownSubrCost))
+    const auto subr = subrs_.find(isGlobal, operand);
+    if (!subr)
+        return;
+    if (SubrEntries* const entries = isGlobal ? globalEntries_ : localEntries_)
+        entries->try_emplace(operand, SubrEntryState{counts, fontDict_});
+    if (depth == KWCommonNS::kMaxSubrDepth || !budget_.charge(KWCommonNS::kKnownSubrCost))
         return;
     walk(*subr, counts, depth + 1);
     known_.insert_or_assign(key, counts);

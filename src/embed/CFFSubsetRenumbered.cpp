@@ -69,7 +69,7 @@ public:
                   std::size_t{table.size()} * KWCommonNS::kCharStringReads) {}
 
     bool write(const std::vector<unsigned short>& listed) {
-        return readFont() && collectGlyphs(listed) && assignKeys() && closeSubrs() && writeHead() &&
+        return readFont() && collectGlyphs(listed) && orderGlyphs() && writeHead() &&
                subrs_->writeGlobalSubrs(output_) && writeCharset() && writeFDSelect() &&
                writeCharStrings() && writeFDArray() && writePrivates() && !subrs_->isSpent() &&
                !output_.fail();
@@ -79,11 +79,15 @@ public:
 
 private:
     bool readFont();
-    bool addGlyphs(std::vector<std::uint16_t> gids);
+    /// The StandardEncoding codes of which accented glyphs are put together.
+    struct AccentParts {
+        SeacFinder finder;
+        std::array<bool, 256> isPart{};
+    };
+
+    bool addGlyphs(std::vector<std::uint16_t> gids, AccentParts* accents);
     bool collectGlyphs(const std::vector<unsigned short>& listed);
-    std::optional<std::vector<std::uint16_t>> accentParts();
-    bool assignKeys();
-    bool closeSubrs();
+    bool orderGlyphs();
     bool writeHead();
     bool writeStrings();
     bool writeCharset();
@@ -159,28 +163,9 @@ bool RenumberedSubset::readFont() {
     return true;
 }
 
-/// What accented glyphs are put together of. Nothing when too much would have to be gone through.
-std::optional<std::vector<std::uint16_t>> RenumberedSubset::accentParts() {
-    CharStringBudget budget(budget_);
-    SeacFinder finder({globals_, *fontDicts_.front().localSubrs}, budget);
-    std::array<bool, 256> isPart{};
-    for (const SubsetGlyph& glyph : glyphs_)
-        finder.find(store_[glyph.place], [&isPart](std::uint8_t code) { isPart[code] = true; });
-    std::vector<std::uint16_t> parts;
-    for (unsigned code = 1; code < isPart.size(); ++code) {
-        const std::uint16_t sid =
-            isPart[code] ? standardEncodingSID(static_cast<std::uint8_t>(code)) : std::uint16_t{0};
-        const std::uint16_t gid = sid != 0 ? font_.getGlyphOfCID(sid) : std::uint16_t{FS_NO_GLYPH};
-        if (gid != FS_NO_GLYPH)
-            parts.push_back(gid);
-    }
-    if (budget.isSpent())
-        return std::nullopt;
-    return parts;
-}
-
-/// Adds glyphs that are not there yet.
-bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids) {
+/// Adds glyphs that are not there yet, and what they use.
+/// @param accents  null, or told of their charstrings
+bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids, AccentParts* accents) {
     std::ranges::sort(gids);
     gids.erase(std::ranges::unique(gids).begin(), gids.end());
     std::erase_if(gids, [this](std::uint16_t gid) {
@@ -189,23 +174,43 @@ bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids) {
     CharStringReader reader(table_, charStrings_);
     if (!store_.add(reader, gids))
         return false;
-    for (const std::uint16_t gid : gids)
-        glyphs_.push_back({.gid = gid, .place = glyphs_.size()});
+    for (const std::uint16_t gid : gids) {
+        const std::size_t place = glyphs_.size();
+        const std::uint8_t fontDict =
+            font_.isCID ? getFDOfGlyph(ranges_, gid, kNoFontDict) : std::uint8_t{0};
+        if (fontDict >= fontDicts_.size())
+            return false;
+        subrs_->add(store_[place], fontDict, accents != nullptr ? &accents->finder : nullptr);
+        if (accents != nullptr)
+            accents->finder.parts([accents](std::uint8_t code) { accents->isPart[code] = true; });
+        glyphs_.push_back({.gid = gid, .fontDict = fontDict, .place = place});
+    }
     std::ranges::sort(glyphs_, {}, &SubsetGlyph::gid);
-    return true;
+    return !subrs_->isSpent();
 }
 
 /// The glyphs of the list, what they are put together of, and glyph 0.
 bool RenumberedSubset::collectGlyphs(const std::vector<unsigned short>& listed) {
-    if (!addGlyphs({listed.begin(), listed.end()}))
-        return false;
-    const bool isStandard = !font_.isCID && font_.getEncodingScheme() == FS_ENCODING_STANDARD;
-    if (isStandard) {
-        auto parts = accentParts();
-        if (!parts || !addGlyphs(std::move(*parts)))
-            return false;
+    subrs_.emplace(globals_, fontDicts_, budget_);
+    std::vector<std::uint16_t> gids(listed.begin(), listed.end());
+    if (font_.isCID || font_.getEncodingScheme() != FS_ENCODING_STANDARD) {
+        gids.push_back(0);
+        return addGlyphs(std::move(gids), nullptr);
     }
-    return addGlyphs({0});
+    CharStringBudget budget(budget_);
+    AccentParts accents{.finder = {{globals_, *fontDicts_.front().localSubrs}, budget}};
+    if (!addGlyphs(std::move(gids), &accents) || budget.isSpent())
+        return false;
+    std::vector<std::uint16_t> parts{0};
+    for (unsigned code = 1; code < accents.isPart.size(); ++code) {
+        if (!accents.isPart[code])
+            continue;
+        const std::uint16_t sid = standardEncodingSID(static_cast<std::uint8_t>(code));
+        const std::uint16_t gid = sid != 0 ? font_.getGlyphOfCID(sid) : std::uint16_t{FS_NO_GLYPH};
+        if (gid != FS_NO_GLYPH)
+            parts.push_back(gid);
+    }
+    return addGlyphs(std::move(parts), nullptr);
 }
 
 std::uint16_t RenumberedSubset::newSID(std::uint16_t sid) const {
@@ -213,45 +218,31 @@ std::uint16_t RenumberedSubset::newSID(std::uint16_t sid) const {
     return static_cast<std::uint16_t>(kStandardStringCount + place);
 }
 
-/// Gives glyphs their string ids, renumbered, or CIDs, and notes the Font DICTs.
-bool RenumberedSubset::assignKeys() {
-    if (font_.isCID) {
-        for (SubsetGlyph& glyph : glyphs_) {
-            glyph.key = glyph.gid;
-            glyph.fontDict = getFDOfGlyph(ranges_, glyph.gid, kNoFontDict);
-            if (glyph.fontDict >= fontDicts_.size())
-                return false;
-            usedFDs_.push_back(glyph.fontDict);
-        }
-        std::ranges::sort(usedFDs_);
-        usedFDs_.erase(std::ranges::unique(usedFDs_).begin(), usedFDs_.end());
-        return true;
-    }
-    usedFDs_.push_back(0);
-    usedSIDs_ = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
+/// Gives glyphs their string ids, renumbered, or CIDs, and brings them into that order. Of glyphs
+/// with one string id the first stays.
+bool RenumberedSubset::orderGlyphs() {
+    const auto makeUnique = [](auto& values) {
+        std::ranges::sort(values);
+        values.erase(std::ranges::unique(values).begin(), values.end());
+    };
+    if (!font_.isCID)
+        usedSIDs_ = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
     for (SubsetGlyph& glyph : glyphs_) {
-        glyph.key = font_.getSIDOfGlyph(glyph.gid);
-        if (isCustomSID(glyph.key))
+        glyph.key = font_.isCID ? glyph.gid : font_.getSIDOfGlyph(glyph.gid);
+        if (!font_.isCID && isCustomSID(glyph.key))
             usedSIDs_.push_back(glyph.key);
+        if (usedFDs_.empty() || usedFDs_.back() != glyph.fontDict)
+            usedFDs_.push_back(glyph.fontDict);
     }
-    std::ranges::sort(usedSIDs_);
-    usedSIDs_.erase(std::ranges::unique(usedSIDs_).begin(), usedSIDs_.end());
+    makeUnique(usedFDs_);
+    makeUnique(usedSIDs_);
     for (SubsetGlyph& glyph : glyphs_)
-        if (isCustomSID(glyph.key))
+        if (!font_.isCID && isCustomSID(glyph.key))
             glyph.key = newSID(glyph.key);
-    return true;
-}
-
-/// Finds the subrs that are used, then brings the glyphs into their order. Of glyphs with one
-/// string id the first stays.
-bool RenumberedSubset::closeSubrs() {
-    subrs_.emplace(globals_, fontDicts_, budget_);
-    for (const SubsetGlyph& glyph : glyphs_)
-        subrs_->add(store_[glyph.place], glyph.fontDict);
-    subrs_->renumber();
     std::ranges::stable_sort(glyphs_, {}, &SubsetGlyph::key);
     glyphs_.erase(std::ranges::unique(glyphs_, {}, &SubsetGlyph::key).begin(), glyphs_.end());
-    return !subrs_->isSpent();
+    subrs_->renumber();
+    return true;
 }
 
 /// Header, names, Top DICT and strings.
@@ -345,10 +336,11 @@ bool RenumberedSubset::writeFDSelect() {
 }
 
 bool RenumberedSubset::writeCharStrings() {
-    return fillHere(blanks_.charStrings) &&
-           subrs_->writeCharStrings(output_, glyphs_.size(), [this](std::size_t i) {
-               return CharStringToCopy{store_[glyphs_[i].place], glyphs_[i].fontDict};
-           });
+    std::vector<std::size_t> places;
+    places.reserve(glyphs_.size());
+    for (const SubsetGlyph& glyph : glyphs_)
+        places.push_back(glyph.place);
+    return fillHere(blanks_.charStrings) && subrs_->writeCharStrings(output_, store_, places);
 }
 
 bool RenumberedSubset::writeFDArray() {

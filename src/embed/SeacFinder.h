@@ -40,17 +40,34 @@ private:
     std::array<int, kKept> values_{};
 };
 
-/// Finds the glyphs of which others are put together: `endchar` with four operands.
+/// Finds the glyphs of which others are put together: `endchar` with four operands. It is told what
+/// a charstring holds, number by number and call by call, and follows the calls into subrs.
 class SeacFinder {
 public:
     SeacFinder(const CharStringSubrs& subrs, CharStringBudget& budget)
         : subrs_(subrs), budget_(budget) {}
 
-    /// Calls `each(code)` for the StandardEncoding codes that a glyph ends with: whatever its last
-    /// numbers are, when there are more than three and they lie in 1 to 255.
+    /// Starts with the next charstring.
+    void begin() {
+        top_.stack = SeacStack();
+        top_.ends.clear();
+    }
+    void number(int value) { top_.stack.push(value); }
+    /// @param operand  that stands right before the call, if any
+    /// @param counts   what the charstring has before the call
+    void call(bool isGlobal, std::optional<int> operand, const CharStringCounts& counts) {
+        top_.counts = counts;
+        top_.stack.drop(1);
+        if (operand)
+            call(isGlobal, *operand, top_, 0);
+    }
+    void endchar() { addEnd(top_, top_.stack); }
+
+    /// Calls `each(code)` for the StandardEncoding codes that the charstring ends with: whatever
+    /// its last numbers are, when there are more than three and they lie in 1 to 255.
     template <class Each>
-    void find(ByteView charString, const Each& each) {
-        for (const SeacStack& end : walk(charString, CharStringCounts{}, 0).ends) {
+    void parts(const Each& each) const {
+        for (const SeacStack& end : top_.ends) {
             const auto parts = end.parts();
             if (!parts)
                 continue;
@@ -64,9 +81,9 @@ public:
 private:
     /// What a charstring does: to the stack, to the counts, and the stacks at each `endchar`.
     struct Effect {
-        CharStringCounts counts;
-        SeacStack stack;
-        std::vector<SeacStack> ends;
+        CharStringCounts counts{};
+        SeacStack stack{};
+        std::vector<SeacStack> ends{};
     };
 
     Effect walk(ByteView charString, CharStringCounts counts, int depth);
@@ -75,6 +92,7 @@ private:
 
     CharStringSubrs subrs_;
     CharStringBudget& budget_;
+    Effect top_;
     std::unordered_map<std::uint64_t, Effect> known_;
 };
 

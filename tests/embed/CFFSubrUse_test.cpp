@@ -56,12 +56,15 @@ TEST(CFFSubrUse, SubrsComeInTheOrderOfTheirOldNumbers) {
                 ElementsAre(Bytes{140, 11}, Bytes{142, 11}));
     EXPECT_THAT(subrs.locals(0), ElementsAre());
     EXPECT_THAT(subrs.locals(1), ElementsAre(Bytes{145, 11}));
+    TableStream stream(joined(Bytes{0}, cffIndex({first, second})));
+    const CFFIndexHead head = CFFIndexHead::read(stream.table, 1).value();
+    CharStringReader reader(stream.table, head);
+    CharStringStore store;
+    ASSERT_TRUE(store.add(reader, std::vector<std::uint16_t>{0, 1}));
     KWMemStream output;
-    EXPECT_TRUE(subrs.use->writeCharStrings(output, 2, [&](std::size_t i) {
-        return CharStringToCopy{viewOf(i == 0 ? first : second), static_cast<std::uint8_t>(i)};
-    }));
+    EXPECT_TRUE(subrs.use->writeCharStrings(output, store, std::vector<std::size_t>{1, 0, 1}));
     EXPECT_THAT(Use::itemsOf(output),
-                ElementsAre(joined(callOf(1, true), callOf(0, true), Bytes{14}), second));
+                ElementsAre(second, joined(callOf(1, true), callOf(0, true), Bytes{14}), second));
 }
 
 TEST(CFFSubrUse, ASubrIsCopiedWithTheStemsThatItWasFirstCalledWith) {
@@ -86,14 +89,15 @@ TEST(CFFSubrUse, TooMuchToGoThroughIsSaid) {
     finding.use->add(viewOf(glyph), 0);
     EXPECT_TRUE(finding.use->isSpent());
 
-    Use copying({}, {{}}, 10);
+    // Enough to copy the subr twice.
+    Use copying({}, {{joined(Bytes{11}, Bytes().fill(40, 140)), Bytes{11}}}, 41 + 64 + 3);
     copying.use->add(viewOf(glyph), 0);
     EXPECT_FALSE(copying.use->isSpent());
     copying.use->renumber();
-    const Bytes longer = Bytes().fill(20, 140);
     KWMemStream output;
-    EXPECT_FALSE(copying.use->writeCharStrings(
-        output, 1, [&longer](std::size_t) { return CharStringToCopy{viewOf(longer)}; }));
+    EXPECT_TRUE(copying.use->writeLocalSubrs(output, 0));
+    EXPECT_TRUE(copying.use->writeLocalSubrs(output, 0));
+    EXPECT_FALSE(copying.use->writeLocalSubrs(output, 0));
     EXPECT_TRUE(copying.use->isSpent());
 }
 
