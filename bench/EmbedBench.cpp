@@ -1,5 +1,6 @@
 #include "bench/RatioReporter.h"
 #include "bench/Subjects.h"
+#include "support/Paths.h"
 
 #include <KWCommon15/KWMemStream.h>
 
@@ -12,6 +13,8 @@
 #include <cstdio>
 #include <fstream>
 #include <malloc.h>
+#include <map>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -19,32 +22,57 @@ namespace KWBench {
 
 namespace {
 
-using Writer = bool (*)(Subject& subject, const std::vector<unsigned short>& glyphs,
-                        KWCommonNS::KWMemStream& output);
+using KWFontService_NS::FS_BaseFont;
+using KWFontService_NS::KWError;
 
-bool embed(Subject& subject, const std::vector<unsigned short>& glyphs,
-           KWCommonNS::KWMemStream& output) {
-    return subject.ours.getEmbedFont(glyphs, output);
-}
-bool makeSubset(Subject& subject, const std::vector<unsigned short>& glyphs,
-                KWCommonNS::KWMemStream& output) {
-    return subject.ours.makeSubsetFont(glyphs, output);
+/// The first face of a font file, to be cut.
+struct Face {
+    explicit Face(const char* name)
+        : path(KWTest::packagedFont(name)), font(scanFile(KWTest::fileUri(path))),
+          blob(hb_blob_create_from_file(path.c_str())), face(hb_face_create(blob.get(), 0)) {
+        KWError error;
+        if (!font || !font->loadFont(error, 0, nullptr))
+            throw std::runtime_error("cannot open " + path.string());
+    }
+
+    std::filesystem::path path;
+    KWCommonNS::KWPtr<FS_BaseFont> font;
+    HbBlob blob;
+    HbFace face;
+};
+
+/// One font a name, made on first use and kept to the end.
+Face& faceOf(const char* name) {
+    static std::map<std::string, Face> faces;
+    return faces.try_emplace(name, name).first->second;
 }
 
-void writeOurs(benchmark::State& state, Subject& (*subject)(), Writer writer) {
-    const auto glyphs = spreadGlyphs(subject(), static_cast<std::size_t>(state.range(0)));
+using Glyphs = std::vector<unsigned short>;
+using Writer = bool (*)(FS_BaseFont& font, const Glyphs& glyphs, KWCommonNS::KWMemStream& output);
+
+bool embed(FS_BaseFont& font, const Glyphs& glyphs, KWCommonNS::KWMemStream& output) {
+    return font.getEmbedFont(glyphs, output, nullptr, 0);
+}
+bool makeSubset(FS_BaseFont& font, const Glyphs& glyphs, KWCommonNS::KWMemStream& output) {
+    return font.makeSubsetFont(glyphs, output, nullptr, 0);
+}
+
+void writeOurs(benchmark::State& state, const char* name, Writer writer) {
+    Face& face = faceOf(name);
+    const Glyphs glyphs = spreadGlyphs(face.face.get(), static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
         KWCommonNS::KWMemStream output;
-        if (!writer(subject(), glyphs, output))
+        if (!writer(*face.font, glyphs, output))
             state.SkipWithError("no subset");
         benchmark::DoNotOptimize(output);
     }
 }
 
-void writeHarfBuzz(benchmark::State& state, Subject& (*subject)(), unsigned flags) {
-    const auto glyphs = spreadGlyphs(subject(), static_cast<std::size_t>(state.range(0)));
+void writeHarfBuzz(benchmark::State& state, const char* name, unsigned flags) {
+    const Face& source = faceOf(name);
+    const Glyphs glyphs = spreadGlyphs(source.face.get(), static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
-        const HbBlob blob(hb_blob_create_from_file(subject().path.c_str()));
+        const HbBlob blob(hb_blob_create_from_file(source.path.c_str()));
         const HbFace face(hb_face_create(blob.get(), 0));
         hb_subset_input_t* input = hb_subset_input_create_or_fail();
         hb_subset_input_set_flags(input, flags);
@@ -72,67 +100,74 @@ std::size_t processStatus(const std::string& key) {
 }
 
 /// How far the resident memory rises in one call, beside the table and the output.
-void tellPeak(benchmark::State& state, const std::string& name, Subject& (*subject)(),
-              Writer writer) {
-    const auto glyphs = spreadGlyphs(subject(), static_cast<std::size_t>(state.range(0)));
+void tellPeak(benchmark::State& state, const std::string& label, const char* name, Writer writer) {
+    Face& face = faceOf(name);
+    const Glyphs glyphs = spreadGlyphs(face.face.get(), static_cast<std::size_t>(state.range(0)));
+    const HbBlob table(hb_face_reference_table(face.face.get(), HB_TAG('C', 'F', 'F', ' ')));
     for (auto _ : state) {
         malloc_trim(0);
         std::ofstream("/proc/self/clear_refs") << 5; // the highest mark starts anew
         const std::size_t before = processStatus("VmRSS:");
         KWCommonNS::KWMemStream output;
-        writer(subject(), glyphs, output);
+        if (!writer(*face.font, glyphs, output))
+            state.SkipWithError("no subset");
         const std::size_t peak = processStatus("VmHWM:");
-        const HbBlob table(
-            hb_face_reference_table(subject().face.get(), HB_TAG('C', 'F', 'F', ' ')));
+        const auto mebibytes = [](std::size_t bytes) {
+            return static_cast<double>(bytes) / (1 << 20);
+        };
         std::array<char, 160> line{};
         std::snprintf(line.data(), line.size(),
-                      "%s: rises by %.1f MiB; the table has %.1f, the output %.1f", name.c_str(),
-                      static_cast<double>(peak - std::min(before, peak)) / 1048576,
-                      static_cast<double>(hb_blob_get_length(table.get())) / 1048576,
-                      static_cast<double>(output.size()) / 1048576);
+                      "%s: memory rises by %.1f MiB; the table has %.1f, the output %.1f",
+                      label.c_str(), mebibytes(peak - std::min(before, peak)),
+                      mebibytes(hb_blob_get_length(table.get())), mebibytes(output.size()));
         addFigure(line.data());
     }
 }
 
+struct Operation {
+    const char* name;
+    Writer writer;
+    unsigned flags; ///< of the peer
+};
+constexpr Operation kEmbed{"getEmbedFont", embed, HB_SUBSET_FLAGS_RETAIN_GIDS};
+constexpr Operation kEmbedPacked{"getEmbedFont", embed, HB_SUBSET_FLAGS_DEFAULT};
+constexpr Operation kMakeSubset{"makeSubsetFont", makeSubset, HB_SUBSET_FLAGS_RETAIN_GIDS};
+
 const int registered = [] {
-    const auto pair = [](const std::string& operation, Writer writer, const char* name,
-                         Subject& (*subject)(), unsigned flags) {
+    const auto compare = [](const Operation& operation, const char* label, const char* font) {
         for (const int count : {100, 1000, 5000}) {
-            const std::string prefix = operation + "/" + name + "-" + std::to_string(count) + "/";
-            benchmark::RegisterBenchmark((prefix + "ours").c_str(), writeOurs, subject, writer)
+            const std::string prefix =
+                std::string(operation.name) + "/" + label + "-" + std::to_string(count) + "/";
+            benchmark::RegisterBenchmark((prefix + "ours").c_str(), writeOurs, font,
+                                         operation.writer)
                 ->Arg(count)
                 ->Unit(benchmark::kMicrosecond);
-            benchmark::RegisterBenchmark((prefix + "HarfBuzz").c_str(), writeHarfBuzz, subject,
-                                         flags)
+            benchmark::RegisterBenchmark((prefix + "HarfBuzz").c_str(), writeHarfBuzz, font,
+                                         operation.flags)
                 ->Arg(count)
                 ->Unit(benchmark::kMicrosecond);
         }
     };
-    constexpr unsigned kRetain = HB_SUBSET_FLAGS_RETAIN_GIDS;
-    constexpr unsigned kRenumber = HB_SUBSET_FLAGS_DEFAULT;
-    pair("getEmbedFont", embed, "latin", latinSubject, kRetain);
-    pair("getEmbedFont", embed, "cjk", cjkSubsetSubject, kRetain);
-    const auto cff = [&pair](const char* name, Subject& (*subject)()) {
-        pair("getEmbedFont", embed, name, subject, kRenumber);
-        pair("makeSubsetFont", makeSubset, name, subject, kRetain);
-        for (const int count : {100, 5000, 65535}) {
-            for (const auto& [operation, writer] :
-                 {std::pair<const char*, Writer>{"getEmbedFont", embed},
-                  std::pair<const char*, Writer>{"makeSubsetFont", makeSubset}}) {
+    compare(kEmbed, "latin", "DejaVuSans");
+    compare(kEmbed, "cjk", "ARPLSungtiL");
+    for (const auto& [label, font] :
+         {std::pair{"cff-names", "FreeSerif"}, std::pair{"cff-cids", "NotoSansCJK"}}) {
+        compare(kEmbedPacked, label, font);
+        compare(kMakeSubset, label, font);
+        for (const Operation& operation : {kEmbedPacked, kMakeSubset}) {
+            for (const int count : {100, 5000, 65535}) {
                 const std::string line =
-                    std::string("peak of ") + operation + " " + name + "-" + std::to_string(count);
+                    std::string(operation.name) + " " + label + "-" + std::to_string(count);
                 benchmark::RegisterBenchmark(
-                    (line + "/ours").c_str(),
-                    [line, subject, use = writer](benchmark::State& state) {
-                        tellPeak(state, line, subject, use);
+                    ("peak/" + line + "/ours").c_str(),
+                    [line, name = font, writer = operation.writer](benchmark::State& state) {
+                        tellPeak(state, line, name, writer);
                     })
                     ->Arg(count)
                     ->Iterations(1);
             }
         }
-    };
-    cff("cff-names", nameKeyedSubject);
-    cff("cff-cids", cidKeyedSubject);
+    }
     return 0;
 }();
 

@@ -44,16 +44,6 @@ Subject& cjkSubsetSubject() {
     return subject;
 }
 
-Subject& nameKeyedSubject() {
-    static Subject subject(KWTest::packagedFont("FreeSerif"));
-    return subject;
-}
-
-Subject& cidKeyedSubject() {
-    static Subject subject(KWTest::packagedFont("NotoSansCJK"));
-    return subject;
-}
-
 const UnicodeString& latinText() {
     static const UnicodeString text = [] {
         const UnicodeString line(u"The quick brown fox jumps over the lazy dog; Ça ira, naïve "
@@ -91,8 +81,8 @@ std::vector<hb_codepoint_t> codePoints(const UnicodeString& text) {
     return result;
 }
 
-std::vector<unsigned short> spreadGlyphs(Subject& subject, std::size_t count) {
-    const std::size_t all = hb_face_get_glyph_count(subject.face.get());
+std::vector<unsigned short> spreadGlyphs(hb_face_t* face, std::size_t count) {
+    const std::size_t all = hb_face_get_glyph_count(face);
     count = std::min(count, all);
     std::vector<unsigned short> glyphs;
     for (std::size_t i = 0; i < count; ++i)

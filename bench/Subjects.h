@@ -61,7 +61,7 @@ const KWFontService_NS::UnicodeString& cjkText();
 std::vector<hb_codepoint_t> codePoints(const KWFontService_NS::UnicodeString& text);
 
 /// Glyph ids spread over a whole font.
-std::vector<unsigned short> spreadGlyphs(Subject& subject, std::size_t count);
+std::vector<unsigned short> spreadGlyphs(hb_face_t* face, std::size_t count);
 
 /// A font that was scanned and not loaded; null when the file is not usable.
 KWCommonNS::KWPtr<KWFontService_NS::FS_BaseFont> scanFile(const KWCommonNS::KWUri& uri);

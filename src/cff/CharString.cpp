@@ -96,7 +96,8 @@ std::optional<ByteView> CharStringSubrs::find(bool isGlobal, int operand) const 
     return subrs[static_cast<std::size_t>(index)];
 }
 
-bool CharStringScanner::readLonger(std::uint8_t first) {
+/// Operators, the longer numbers, and what is cut off.
+bool CharStringScanner::readOther(std::uint8_t first) {
     isNumber_ = first == kShortInteger || first >= 32;
     if (isNumber_ ? readNumber(first) : readOperator(first))
         return true;
@@ -105,27 +106,14 @@ bool CharStringScanner::readLonger(std::uint8_t first) {
 }
 
 bool CharStringScanner::readNumber(std::uint8_t first) {
-    const std::size_t more = first == kShortInteger ? 2
-                             : first == kFixed      ? 4
-                             : first >= 247         ? 1
-                                                    : 0;
+    const std::size_t more = first == kShortInteger ? 2 : first == kFixed ? 4 : 1;
     if (!bytes_.contains(at_, more))
         return false;
     const std::uint8_t* const rest = bytes_.data() + at_;
     at_ += more;
-    numberStart_ = start_;
-    isFixed_ = first == kFixed;
-    if (first == kShortInteger)
-        number_ = ByteView::loadI16(rest);
-    else if (isFixed_)
-        number_ = static_cast<int>(ByteView::loadU32(rest));
-    else if (first >= 251)
-        number_ = -(first - 251) * 256 - *rest - 108;
-    else if (first >= 247)
-        number_ = (first - 247) * 256 + *rest + 108;
-    else
-        number_ = first - 139;
-    countNumber();
+    number_ = first == kShortInteger ? int{ByteView::loadI16(rest)}
+                                     : static_cast<int>(ByteView::loadU32(rest));
+    takeNumber(first == kFixed);
     return true;
 }
 

@@ -84,14 +84,16 @@ public:
         followsNumber_ = isNumber_;
         op_ = FS_Word::none;
         const std::uint8_t first = bytes_.data()[at_++];
-        // Most of what charstrings hold are numbers of one byte.
-        if (first < 32 || first > 246)
-            return readLonger(first);
-        isNumber_ = true;
-        isFixed_ = false;
-        numberStart_ = start_;
-        number_ = first - 139;
-        countNumber();
+        // Most of what charstrings hold are numbers of one byte and two.
+        if (first < 32 || first == 255 || (first > 246 && at_ == bytes_.size()))
+            return readOther(first);
+        if (first <= 246)
+            number_ = first - 139;
+        else if (first <= 250)
+            number_ = (first - 247) * 256 + bytes_.data()[at_++] + 108;
+        else
+            number_ = -(first - 251) * 256 - bytes_.data()[at_++] - 108;
+        takeNumber(false);
         return true;
     }
 
@@ -122,10 +124,13 @@ public:
     std::size_t numberStart() const { return numberStart_; }
 
 private:
-    bool readLonger(std::uint8_t first);
+    bool readOther(std::uint8_t first);
     bool readNumber(std::uint8_t first);
     bool readOperator(std::uint8_t first);
-    void countNumber() {
+    void takeNumber(bool isFixed) {
+        isNumber_ = true;
+        isFixed_ = isFixed;
+        numberStart_ = start_;
         counts_.operands = std::min(counts_.operands + 1, KWCommonNS::kMaxCharStringOperands);
     }
 

@@ -2,17 +2,13 @@
 
 #include "common/KWLimits.h"
 
-#include <algorithm>
-
 namespace KWFontService_NS {
 
-void SeacStack::push(int value) {
-    if (kept_ == kKept) {
-        std::copy(values_.begin() + 1, values_.end(), values_.begin());
-        --kept_;
-    }
-    values_[kept_++] = value;
-    count_ = std::min(count_ + 1, kMost);
+/// Keeps the numbers nearest to the top.
+void SeacStack::forget() {
+    std::copy(values_.end() - kKept, values_.end(), values_.begin());
+    std::fill(values_.begin() + kKept, values_.end(), 0);
+    kept_ = kKept;
 }
 
 void SeacStack::drop(unsigned number) {

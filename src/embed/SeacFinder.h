@@ -2,6 +2,7 @@
 
 #include "cff/CharStringWalk.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -14,7 +15,12 @@ namespace KWFontService_NS {
 /// than calls take none away.
 class SeacStack {
 public:
-    void push(int value);
+    void push(int value) {
+        if (kept_ == values_.size())
+            forget();
+        values_[kept_++] = value;
+        count_ = std::min(count_ + 1, kMost);
+    }
     void drop(unsigned number);
     /// As if the numbers of another stack were dropped and pushed here.
     void add(const SeacStack& more);
@@ -30,14 +36,16 @@ public:
     friend bool operator==(const SeacStack&, const SeacStack&) = default;
 
 private:
+    void forget();
+
     // Calls take the number right before them away, so the top is hardly ever dug up.
     static constexpr std::size_t kKept = 8;
     static constexpr unsigned kMost = 1U << 30;
 
     unsigned below_ = 0; ///< dropped of what lay there before
     unsigned count_ = 0;
-    std::size_t kept_ = 0; ///< of the numbers at the top
-    std::array<int, kKept> values_{};
+    std::size_t kept_ = 0; ///< of the numbers at the top, `kKept` at least where there are as many
+    std::array<int, 2 * kKept> values_{};
 };
 
 /// Finds the glyphs of which others are put together: `endchar` with four operands. It is told what
