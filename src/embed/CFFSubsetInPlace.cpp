@@ -164,7 +164,7 @@ bool CFFInPlaceSubset::planCharStrings(const std::vector<unsigned short>& glyphs
     glyphs_.assign(glyphs.begin(), glyphs.end());
     glyphs_.push_back(0);
     std::ranges::sort(glyphs_);
-    glyphs_.erase(std::ranges::unique(glyphs_).begin(), glyphs_.end());
+    glyphs_.erase(std::unique(glyphs_.begin(), glyphs_.end()), glyphs_.end());
     CharStringReader reader(table_, charStrings_);
     if (!reader.sizeOf(glyphs_))
         return false;

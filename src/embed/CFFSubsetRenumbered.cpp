@@ -167,7 +167,7 @@ bool RenumberedSubset::readFont() {
 /// @param accents  null, or told of their charstrings
 bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids, AccentParts* accents) {
     std::ranges::sort(gids);
-    gids.erase(std::ranges::unique(gids).begin(), gids.end());
+    gids.erase(std::unique(gids.begin(), gids.end()), gids.end());
     std::erase_if(gids, [this](std::uint16_t gid) {
         return std::ranges::binary_search(glyphs_, gid, {}, &SubsetGlyph::gid);
     });
@@ -223,7 +223,7 @@ std::uint16_t RenumberedSubset::newSID(std::uint16_t sid) const {
 bool RenumberedSubset::orderGlyphs() {
     const auto makeUnique = [](auto& values) {
         std::ranges::sort(values);
-        values.erase(std::ranges::unique(values).begin(), values.end());
+        values.erase(std::unique(values.begin(), values.end()), values.end());
     };
     if (!font_.isCID)
         usedSIDs_ = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
@@ -240,7 +240,8 @@ bool RenumberedSubset::orderGlyphs() {
         if (!font_.isCID && isCustomSID(glyph.key))
             glyph.key = newSID(glyph.key);
     std::ranges::stable_sort(glyphs_, {}, &SubsetGlyph::key);
-    glyphs_.erase(std::ranges::unique(glyphs_, {}, &SubsetGlyph::key).begin(), glyphs_.end());
+    const auto sameKey = [](const SubsetGlyph& a, const SubsetGlyph& b) { return a.key == b.key; };
+    glyphs_.erase(std::unique(glyphs_.begin(), glyphs_.end(), sameKey), glyphs_.end());
     subrs_->renumber();
     return true;
 }
