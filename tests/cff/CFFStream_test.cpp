@@ -1,5 +1,9 @@
 #include "cff/CFFStream.h"
 
+#include "cff/CffFixture.h"
+
+#include <KWCommon15/KWMemStream.h>
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -7,6 +11,8 @@
 
 namespace KWFontService_NS {
 namespace {
+
+using namespace KWTest;
 
 TEST(CFFStream, OffsetsCountFromTheTableAndEndWithIt) {
     std::istringstream stream("0123456789");
