@@ -258,6 +258,11 @@ bool RenumberedSubset::writeHead() {
     blanks_ = copyTopDict(
         ByteView(topDict_.data(), topDict_.size()), font_.isCID, offSize_,
         [this](std::uint16_t sid) { return newSID(sid); }, dict);
+    if (font_.isCID && !blanks_.charset) {
+        // CIDs that are glyph ids without saying so would not survive the packing.
+        blanks_.charset = writeBlankOperand(dict, offSize_);
+        writeCFFOperator(dict, kCharsetOp);
+    }
     writeSingleIndex(output_, dict);
     blanks_.move(output_.size() - dict.size());
     return writeStrings();

@@ -200,6 +200,7 @@ struct HandMade {
     };
     std::vector<Entry> entries;
     std::vector<std::pair<std::string, Bytes>> sections;
+    bool wideTopDict = false; ///< offsets of three bytes where one would do
 
     static Bytes number(int form, std::size_t value) {
         const int n = static_cast<int>(value);
@@ -221,8 +222,11 @@ struct HandMade {
                 dict.bytes(entry.before)
                     .bytes(number(entry.form, places[entry.label]))
                     .bytes(entry.op);
-            table = joined(Bytes{1, 0, 4, 1}, cffIndex({Bytes::ofText("F")}), cffIndex({dict}),
-                           Bytes{0, 0}, Bytes{0, 0});
+            const Bytes topDicts = wideTopDict ? joined(Bytes{0, 1, 3, 0, 0, 1},
+                                                        Bytes().u8(0).u16(dict.size() + 1), dict)
+                                               : cffIndex({dict});
+            table = joined(Bytes{1, 0, 4, 1}, cffIndex({Bytes::ofText("F")}), topDicts, Bytes{0, 0},
+                           Bytes{0, 0});
             for (const auto& [label, bytes] : sections) {
                 places[label] = table.size();
                 table.label(label).bytes(bytes);
@@ -280,6 +284,17 @@ TEST(CFFSubsetInPlace, APrivateInFrontOfCharStringsStays) {
     const Bytes written = inPlace(source, {2});
     EXPECT_EQ(written.slice(4, source.offsetOf("cs") - 4),
               source.slice(4, source.offsetOf("cs") - 4));
+}
+
+TEST(CFFSubsetInPlace, TheTopDictIndexKeepsItsWidth) {
+    const HandMade font{.entries = {{"cs", {}, 29, Bytes{17}}, {"p", Bytes{141}, 29, Bytes{18}}},
+                        .sections = {{"cs", charStringsOf(5)}, {"p", Bytes{140, 20}}},
+                        .wideTopDict = true};
+    const Bytes source = font.build();
+    const WrittenCff written(inPlace(source, {2}));
+    EXPECT_EQ(written.topDicts.offSize, 3u);
+    EXPECT_EQ(written.offset(17), source.offsetOf("cs"));
+    EXPECT_EQ(written.privateOf(written.topDict()), (Bytes{140, 20}));
 }
 
 // --- offsets of the Top DICT that are not in the five-byte form ---------------------------------

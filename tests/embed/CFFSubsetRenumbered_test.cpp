@@ -1,6 +1,7 @@
 #include "embed/CFFSubsetRenumbered.h"
 
 #include "CffOutput.h"
+#include "embed/CFFDictScanner.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -127,6 +128,51 @@ TEST(CFFSubsetRenumbered, CharstringTypeOneIsCopiedWhole) {
     EXPECT_EQ(renumbered(source, {2}), source.build());
     source.topDict = Bytes{141, 12, 6};
     EXPECT_NE(renumbered(source, {2}), source.build());
+    source = cidKeyed().sections();
+    source.topDict.bytes(Bytes{140, 12, 6});
+    EXPECT_EQ(renumbered(source, {2}), source.build());
+}
+
+TEST(CFFSubsetRenumbered, OfSeveralTopDictsTheFirstIsKept) {
+    CffSections source = cidKeyed().sections();
+    source.charset.reset();
+    const Bytes plain = source.build();
+    const Bytes dict = WrittenCff(plain).topDict();
+    // The second one moves everything that the first one points at.
+    const Bytes second = Bytes().fill(9, 140).u8(5);
+    const std::size_t more = second.size() + 1;
+    Bytes moved = dict;
+    for (CFFDictScanner scan(viewOf(dict)); scan.next();)
+        if (scan.op() != cffEscape(30))
+            moved.patchU32At(
+                scan.last().begin + 1,
+                static_cast<std::uint32_t>(WrittenCff::operand(dict, scan.op()) + more));
+    const std::size_t topDictAt = plain.offsetOf("topDict");
+    const std::size_t stringsAt = plain.offsetOf("strings");
+    Bytes table = joined(plain.slice(0, topDictAt), cffIndex({moved, second}),
+                         plain.slice(stringsAt, plain.size() - stringsAt));
+    // Private DICTs of Font DICTs moved, too.
+    for (const char* const label : {"private0", "private1", "private2"}) {
+        const Bytes old = Bytes().u8(29).u32(plain.offsetOf(label)).u8(18);
+        const std::size_t at = table.str().find(old.str());
+        ASSERT_NE(at, std::string::npos);
+        table.patchU32At(at + 1, static_cast<std::uint32_t>(plain.offsetOf(label) + more));
+    }
+    EXPECT_EQ(renumbered(table, {1, 3}), renumbered(plain, {1, 3}));
+    EXPECT_FALSE(renumbered(table, {1, 3}).empty());
+}
+
+// Without one CIDs are glyph ids, which the packing changes.
+TEST(CFFSubsetRenumbered, ACIDKeyedFontWithoutCharsetGetsOne) {
+    CffSections source = cidKeyed().sections();
+    source.charset.reset();
+    const WrittenCff written(renumbered(source, {1, 3}));
+    EXPECT_EQ(WrittenCff::operators(written.topDict()).back(), 15);
+    EXPECT_EQ(written.table.slice(written.offset(15), 7), (Bytes{1, 0, 1, 0, 0, 3, 0}));
+    EXPECT_THAT(written.charStrings.items, ElementsAre(glyph(0), glyph(1), glyph(3)));
+    LoadedCff loaded(written.table);
+    ASSERT_TRUE(loaded.ok);
+    EXPECT_EQ(loaded.getGlyphOfCID(3), 2);
 }
 
 TEST(CFFSubsetRenumbered, TheVersionAndTheEncodingAreLeftOut) {
