@@ -1,5 +1,6 @@
 #include "bench/RatioReporter.h"
 #include "bench/Subjects.h"
+#include "fonts/FontTyping.h"
 #include "support/Paths.h"
 
 #include <KWCommon15/KWMemStream.h>
@@ -28,10 +29,15 @@ using KWFontService_NS::KWError;
 /// The first face of a font file, to be cut.
 struct Face {
     explicit Face(const char* name)
-        : path(KWTest::packagedFont(name)), font(scanFile(KWTest::fileUri(path))),
-          blob(hb_blob_create_from_file(path.c_str())), face(hb_face_create(blob.get(), 0)) {
+        : path(KWTest::packagedFont(name)), blob(hb_blob_create_from_file(path.c_str())),
+          face(hb_face_create(blob.get(), 0)) {
+        const auto uri = KWTest::fileUri(path);
+        std::ifstream stream(path, std::ios::binary);
+        font = KWFontService_NS::createFontObject(
+            uri, path.extension() == ".ttc" ? KWFontService_NS::FS_FILETYPE_COLLECTION
+                                            : KWFontService_NS::sfntTypeOf(stream));
         KWError error;
-        if (!font || !font->loadFont(error, 0, nullptr))
+        if (!font || !font->scanFont(error, stream) || !font->loadFont(error, 0, nullptr))
             throw std::runtime_error("cannot open " + path.string());
     }
 

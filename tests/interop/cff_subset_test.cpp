@@ -4,6 +4,7 @@
 #include "cff/Type1CMap.h"
 #include "embed/CFFSubsetInPlace.h"
 #include "embed/CFFSubsetRenumbered.h"
+#include "fonts/FontTyping.h"
 #include "support/CffTable.h"
 #include "support/FontPackages.h"
 #include "support/FontTables.h"
@@ -353,15 +354,18 @@ INSTANTIATE_TEST_SUITE_P(PackagedFonts, CffFileOf,
 
 TEST(CffSubset, OfAMemberOfACollectionIsThatOfItsTable) {
     const auto path = KWTest::packagedFont("NotoSansCJK");
-    FS_FontInfo font;
-    ASSERT_TRUE(font.createFont(KWTest::fileUri(path)));
+    const auto font = createFontObject(KWTest::fileUri(path), FS_FILETYPE_COLLECTION);
+    std::ifstream stream(path, std::ios::binary);
+    KWError error;
+    ASSERT_TRUE(font->scanFont(error, stream));
+    ASSERT_TRUE(font->loadFont(error, 0, nullptr));
     Table table(KWTest::fontTable(path, "CFF "));
     const Glyphs glyphs{1000, 34, 20000, 65534};
     KWMemStream packed;
-    ASSERT_TRUE(font.getEmbedFont(glyphs, packed));
+    ASSERT_TRUE(font->getEmbedFont(glyphs, packed, nullptr, 0));
     EXPECT_EQ(bytesOf(packed), table.renumbered(glyphs));
     KWMemStream cut;
-    ASSERT_TRUE(font.makeSubsetFont(glyphs, cut));
+    ASSERT_TRUE(font->makeSubsetFont(glyphs, cut, nullptr, 0));
     const KWTest::TempDir folder;
     const ProcessResult result =
         KWTest::runProgram("ots-sanitize", {folder.write("cut.otf", bytesOf(cut)).string()});
