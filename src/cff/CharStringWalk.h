@@ -33,7 +33,8 @@ void walkCharString(ByteView charString, CharStringTokens& tokens, const CharStr
                     CharStringBudget& budget);
 
 /// Follows the charstrings of one Font DICT into their subrs, without tokens, and remembers what a
-/// subr does to the counts: what is called a thousand times is looked at once.
+/// subr does to the counts: what is called a thousand times is looked at once. A subr with stems or
+/// masks in it is looked at for each of the counts that it is entered with.
 class SubrWalker {
 public:
     /// @param subrs          alive as long as this object, as are the entries and the budget
@@ -53,17 +54,32 @@ public:
     void call(bool isGlobal, int operand, CharStringCounts& counts) {
         call(isGlobal, operand, counts, 0);
     }
+    /// True for a subr that was called and does the same whatever the counts are.
+    bool isPlain(bool isGlobal, int operand) const {
+        const Effect* const known = plainEffect(isGlobal, operand);
+        return known != nullptr && known->isKnown;
+    }
 
 private:
-    void walk(ByteView charString, CharStringCounts& counts, int depth);
-    void call(bool isGlobal, int operand, CharStringCounts& counts, int depth);
+    /// What a charstring without stems and masks does: to the operands alone.
+    struct Effect {
+        bool isKnown = false;
+        bool clears = false; ///< what lay there before goes
+        int operands = 0;    ///< that it leaves, or adds
+    };
+
+    Effect walk(ByteView charString, CharStringCounts& counts, int depth);
+    Effect call(bool isGlobal, int operand, CharStringCounts& counts, int depth);
+    const Effect* plainEffect(bool isGlobal, int operand) const;
 
     CharStringSubrs subrs_;
     CharStringBudget& budget_;
     SubrEntries* globalEntries_;
     SubrEntries* localEntries_;
     std::uint8_t fontDict_;
-    /// What each subr makes of the counts that it was entered with.
+    std::vector<Effect> plainGlobals_;
+    std::vector<Effect> plainLocals_;
+    /// What each other subr makes of the counts that it was entered with.
     std::unordered_map<std::uint64_t, CharStringCounts> known_;
 };
 

@@ -62,17 +62,19 @@ void SeacFinder::call(bool isGlobal, int operand, Effect& effect, int depth) {
     const auto subr = subrs_.find(isGlobal, operand);
     if (!subr || depth == KWCommonNS::kMaxSubrDepth)
         return;
-    const std::uint64_t key = subrCallKey(isGlobal, operand, effect.counts);
+    const CharStringCounts before = effect.counts;
+    counter_.call(isGlobal, operand, effect.counts);
+    // Counts only matter where masks are.
+    const bool isPlain = counter_.isPlain(isGlobal, operand);
+    const std::uint64_t key = subrCallKey(isGlobal, operand, isPlain ? CharStringCounts{} : before);
     auto known = known_.find(key);
     if (known == known_.end()) {
         if (!budget_.charge(sizeof(Effect) + KWCommonNS::kKnownSubrCost))
             return;
-        Effect found = walk(*subr, effect.counts, depth + 1);
-        known = known_.insert_or_assign(key, std::move(found)).first;
+        known = known_.insert_or_assign(key, walk(*subr, before, depth + 1)).first;
     }
     const Effect& more = known->second;
-    effect.counts = more.counts;
-    for (SeacStack end : more.ends) {
+    for (const SeacStack& end : more.ends) {
         SeacStack whole = effect.stack;
         whole.add(end);
         addEnd(effect, whole);

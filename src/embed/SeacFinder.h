@@ -53,7 +53,7 @@ private:
 class SeacFinder {
 public:
     SeacFinder(const CharStringSubrs& subrs, CharStringBudget& budget)
-        : subrs_(subrs), budget_(budget) {}
+        : subrs_(subrs), budget_(budget), counter_(subrs, budget) {}
 
     /// Starts with the next charstring.
     void begin() {
@@ -100,6 +100,7 @@ private:
 
     CharStringSubrs subrs_;
     CharStringBudget& budget_;
+    SubrWalker counter_;
     Effect top_;
     std::unordered_map<std::uint64_t, Effect> known_;
 };
