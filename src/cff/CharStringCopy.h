@@ -24,8 +24,4 @@ void copyCharString(std::vector<std::uint8_t>& output, ByteView charString, Subr
                     const SubrNumbers& globalNumbers, const SubrNumbers& localNumbers,
                     CharStringCounts counts);
 
-/// How many bytes `copyCharString` appends.
-std::size_t copiedSize(ByteView charString, SubrWalker& walker, const SubrNumbers& globalNumbers,
-                       const SubrNumbers& localNumbers, CharStringCounts counts);
-
 } // namespace KWFontService_NS

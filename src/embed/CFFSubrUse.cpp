@@ -10,42 +10,15 @@ namespace KWFontService_NS {
 
 namespace {
 
+/// An offset in an INDEX counts from 1.
+constexpr std::uint64_t kMostData = std::numeric_limits<std::uint32_t>::max() - 1;
+
 SubrNumbers numbersFor(const SubrEntries& entries) {
     SubrNumbers numbers;
     int next = -subrBias(entries.size());
     for (const auto& entry : entries)
         numbers.emplace_hint(numbers.end(), entry.first, next++);
     return numbers;
-}
-
-/// Writes an INDEX of `count` items without making them twice.
-/// @param sizeOf  the size of an item; nothing ends it all
-/// @param append  appends an item
-template <class SizeOf, class Append>
-bool writeItems(KWCommonNS::KWMemStream& output, std::size_t count, const SizeOf& sizeOf,
-                const Append& append) {
-    std::vector<std::uint32_t> offsets{0};
-    offsets.reserve(count + 1);
-    std::uint64_t end = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::optional<std::size_t> size = sizeOf(i);
-        if (!size || end + *size >= std::numeric_limits<std::uint32_t>::max())
-            return false;
-        end += *size;
-        offsets.push_back(static_cast<std::uint32_t>(end));
-    }
-    writeIndexHead(output, offsets);
-
-    constexpr std::size_t kPieceSize = std::size_t{64} << 10;
-    std::vector<std::uint8_t> piece;
-    for (std::size_t i = 0; i < count; ++i) {
-        append(piece, i);
-        if (piece.size() >= kPieceSize || i + 1 == count) {
-            output.append(piece.data(), piece.size());
-            piece.clear();
-        }
-    }
-    return true;
 }
 
 void appendBytes(std::vector<std::uint8_t>& to, ByteView bytes) {
@@ -67,7 +40,7 @@ CFFSubrUse::User& CFFSubrUse::userOf(std::uint8_t fontDict) {
 void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* accents) {
     User& user = userOf(fontDict);
     if (accents != nullptr)
-        accents->begin();
+        accents->begin(*user.walker);
     bool hasEnded = !findBudget_.charge(charString.size());
     CharStringCounts counts;
     CharStringScanner scan(charString, counts);
@@ -122,18 +95,27 @@ bool CFFSubrUse::writeCharStrings(KWCommonNS::KWMemStream& output,
                                   const CharStringStore& charStrings,
                                   std::span<const std::size_t> places) {
     std::array<std::uint8_t, 5> number;
-    const auto sizeOf = [&](std::size_t i) {
-        std::size_t size = charStrings[places[i]].size();
-        for (const Call& call : callsOf(places[i])) {
+    // Sizes first: there are too many bytes to make them twice.
+    std::vector<std::uint32_t> offsets{0};
+    offsets.reserve(places.size() + 1);
+    std::uint64_t end = 0;
+    for (const std::size_t place : places) {
+        end += charStrings[place].size();
+        for (const Call& call : callsOf(place))
             if (call.isRenumbered)
-                size += encodeCFFInteger(call.number, number) - (call.numberEnd - call.numberBegin);
-        }
-        return std::optional(size);
-    };
-    const auto append = [&](std::vector<std::uint8_t>& piece, std::size_t i) {
-        const ByteView charString = charStrings[places[i]];
+                end += encodeCFFInteger(call.number, number) - (call.numberEnd - call.numberBegin);
+        if (end >= kMostData)
+            return false;
+        offsets.push_back(static_cast<std::uint32_t>(end));
+    }
+    writeIndexHead(output, offsets);
+
+    constexpr std::size_t kPieceSize = std::size_t{64} << 10;
+    std::vector<std::uint8_t> piece;
+    for (const std::size_t place : places) {
+        const ByteView charString = charStrings[place];
         std::size_t copied = 0;
-        for (const Call& call : callsOf(places[i])) {
+        for (const Call& call : callsOf(place)) {
             if (!call.isRenumbered)
                 continue;
             appendBytes(piece, charString.sub(copied, call.numberBegin - copied));
@@ -141,38 +123,34 @@ bool CFFSubrUse::writeCharStrings(KWCommonNS::KWMemStream& output,
             copied = call.numberEnd;
         }
         appendBytes(piece, charString.from(copied));
-    };
-    return writeItems(output, places.size(), sizeOf, append);
+        if (piece.size() >= kPieceSize) {
+            output.append(piece.data(), piece.size());
+            piece.clear();
+        }
+    }
+    output.append(piece.data(), piece.size());
+    return true;
 }
 
 bool CFFSubrUse::writeSubrs(KWCommonNS::KWMemStream& output, const CFFIndex& subrs,
                             const SubrEntries& entries, std::optional<std::uint8_t> fontDict) {
-    struct Source {
-        ByteView bytes;
-        const SubrEntryState* entry;
-    };
-    std::vector<Source> sources;
-    sources.reserve(entries.size());
+    std::vector<std::uint32_t> offsets{0};
+    offsets.reserve(entries.size() + 1);
+    std::vector<std::uint8_t> data;
     const int bias = subrBias(subrs.size());
-    for (const auto& [operand, entry] : entries)
-        sources.push_back({subrs[static_cast<std::size_t>(operand + bias)], &entry});
-    const auto userFor = [&](const Source& source) -> User& {
-        return userOf(fontDict.value_or(source.entry->fontDict));
-    };
-    const auto sizeOf = [&](std::size_t i) -> std::optional<std::size_t> {
-        const Source& source = sources[i];
-        if (!copyBudget_.charge(source.bytes.size()))
-            return std::nullopt;
-        User& user = userFor(source);
-        return copiedSize(source.bytes, *user.counter, globalNumbers_, user.numbers,
-                          source.entry->counts);
-    };
-    const auto append = [&](std::vector<std::uint8_t>& piece, std::size_t i) {
-        User& user = userFor(sources[i]);
-        copyCharString(piece, sources[i].bytes, *user.counter, globalNumbers_, user.numbers,
-                       sources[i].entry->counts);
-    };
-    return writeItems(output, sources.size(), sizeOf, append);
+    for (const auto& [operand, entry] : entries) {
+        const ByteView subr = subrs[static_cast<std::size_t>(operand + bias)];
+        if (!copyBudget_.charge(subr.size()))
+            return false;
+        User& user = userOf(fontDict.value_or(entry.fontDict));
+        copyCharString(data, subr, *user.counter, globalNumbers_, user.numbers, entry.counts);
+        if (data.size() >= kMostData)
+            return false;
+        offsets.push_back(static_cast<std::uint32_t>(data.size()));
+    }
+    writeIndexHead(output, offsets);
+    output.append(data.data(), data.size());
+    return true;
 }
 
 bool CFFSubrUse::writeGlobalSubrs(KWCommonNS::KWMemStream& output) {

@@ -39,10 +39,10 @@ std::optional<SeacStack::Parts> SeacStack::parts() const {
 }
 
 SeacFinder::Effect SeacFinder::walk(ByteView charString, CharStringCounts counts, int depth) {
-    Effect effect{counts, {}, {}};
+    Effect effect;
     if (!budget_.charge(charString.size()))
         return effect;
-    CharStringScanner scanner(charString, effect.counts);
+    CharStringScanner scanner(charString, counts);
     while (scanner.next()) {
         if (scanner.isNumber()) {
             effect.stack.push(scanner.number());
@@ -52,20 +52,21 @@ SeacFinder::Effect SeacFinder::walk(ByteView charString, CharStringCounts counts
         } else if (scanner.isCall()) {
             effect.stack.drop(1);
             if (const auto operand = scanner.callOperand())
-                call(scanner.isGlobalCall(), *operand, effect, depth);
+                call(scanner.isGlobalCall(), *operand, counts, effect, depth);
         }
     }
     return effect;
 }
 
-void SeacFinder::call(bool isGlobal, int operand, Effect& effect, int depth) {
+void SeacFinder::call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect,
+                      int depth) {
     const auto subr = subrs_.find(isGlobal, operand);
     if (!subr || depth == KWCommonNS::kMaxSubrDepth)
         return;
-    const CharStringCounts before = effect.counts;
-    counter_.call(isGlobal, operand, effect.counts);
+    const CharStringCounts before = counts;
+    walker_->call(isGlobal, operand, counts);
     // Counts only matter where masks are.
-    const bool isPlain = counter_.isPlain(isGlobal, operand);
+    const bool isPlain = walker_->isPlain(isGlobal, operand);
     const std::uint64_t key = subrCallKey(isGlobal, operand, isPlain ? CharStringCounts{} : before);
     auto known = known_.find(key);
     if (known == known_.end()) {

@@ -39,7 +39,7 @@ private:
     void forget();
 
     // Calls take the number right before them away, so the top is hardly ever dug up.
-    static constexpr std::size_t kKept = 8;
+    static constexpr std::size_t kKept = 4;
     static constexpr unsigned kMost = 1U << 30;
 
     unsigned below_ = 0; ///< dropped of what lay there before
@@ -53,21 +53,21 @@ private:
 class SeacFinder {
 public:
     SeacFinder(const CharStringSubrs& subrs, CharStringBudget& budget)
-        : subrs_(subrs), budget_(budget), counter_(subrs, budget) {}
+        : subrs_(subrs), budget_(budget) {}
 
     /// Starts with the next charstring.
-    void begin() {
-        top_.stack = SeacStack();
-        top_.ends.clear();
+    /// @param walker  knows what subrs do to the counts, alive as long as the charstring is told
+    void begin(SubrWalker& walker) {
+        walker_ = &walker;
+        top_ = Effect();
     }
     void number(int value) { top_.stack.push(value); }
     /// @param operand  that stands right before the call, if any
     /// @param counts   what the charstring has before the call
-    void call(bool isGlobal, std::optional<int> operand, const CharStringCounts& counts) {
-        top_.counts = counts;
+    void call(bool isGlobal, std::optional<int> operand, CharStringCounts counts) {
         top_.stack.drop(1);
         if (operand)
-            call(isGlobal, *operand, top_, 0);
+            call(isGlobal, *operand, counts, top_, 0);
     }
     void endchar() { addEnd(top_, top_.stack); }
 
@@ -87,20 +87,19 @@ public:
     }
 
 private:
-    /// What a charstring does: to the stack, to the counts, and the stacks at each `endchar`.
+    /// What a charstring does to the stack, and the stacks at each `endchar`.
     struct Effect {
-        CharStringCounts counts{};
         SeacStack stack{};
         std::vector<SeacStack> ends{};
     };
 
     Effect walk(ByteView charString, CharStringCounts counts, int depth);
-    void call(bool isGlobal, int operand, Effect& effect, int depth);
+    void call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect, int depth);
     static void addEnd(Effect& effect, const SeacStack& end);
 
     CharStringSubrs subrs_;
     CharStringBudget& budget_;
-    SubrWalker counter_;
+    SubrWalker* walker_ = nullptr;
     Effect top_;
     std::unordered_map<std::uint64_t, Effect> known_;
 };
