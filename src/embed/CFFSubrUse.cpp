@@ -139,7 +139,7 @@ bool CFFSubrUse::writeSubrs(KWCommonNS::KWMemStream& output, const CFFIndex& sub
     std::vector<std::uint8_t> data;
     const int bias = subrBias(subrs.size());
     for (const auto& [operand, entry] : entries) {
-        const ByteView subr = subrs[static_cast<std::size_t>(operand + bias)];
+        const ByteView subr = subrs[static_cast<std::size_t>(std::int64_t{operand} + bias)];
         if (!copyBudget_.charge(subr.size()))
             return false;
         User& user = userOf(fontDict.value_or(entry.fontDict));
