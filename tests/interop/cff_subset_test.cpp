@@ -17,6 +17,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <numeric>
@@ -330,6 +331,19 @@ TEST_P(CffFileOf, WithoutItsLastGlyphIsRefusedByTheSanitizerAndNotByFreeType) {
     const FreeTypeFace cut(file);
     for (const unsigned short gid : glyphs)
         expectSameOutline(source, cut, gid, gid);
+}
+
+// A list of values is read no further than there are charstrings.
+TEST_P(CffFileOf, WithoutItsLastGlyphIsRefusedByFontToolsWhereARangeOfTheCharsetGoesOn) {
+    Glyphs glyphs = glyphs_;
+    std::erase_if(glyphs, [this](unsigned short gid) { return gid > last_ / 2; });
+    const Table table(KWTest::fontTable(path_, "CFF "));
+    const auto& ranges = table.font().charsetByGlyph;
+    const unsigned short highest = *std::ranges::max_element(glyphs);
+    const bool endsThere = ranges.empty() || std::ranges::any_of(ranges, [&](const auto& range) {
+                               return range.last == highest;
+                           });
+    EXPECT_EQ(comparedByFontTools(subset(glyphs), glyphs).ok(), endsThere);
 }
 
 TEST_P(CffFileOf, OpensHereAndAnswersAsItsSourceDoes) {
