@@ -43,8 +43,12 @@ const TTI_TableRecord* cffOf(const FS_TrueTypeInfo& face) {
     return face.getTableEntry(sfntTag("CFF "));
 }
 
-CFFStream cffTable(std::istream& stream, const TTI_TableRecord& record) {
-    return {stream, record.offset, record.length};
+/// Nothing where a directory claims more than the file has, so that what a writer does is in
+/// proportion to bytes that exist.
+std::optional<CFFStream> cffTable(std::istream& stream, const TTI_TableRecord& record) {
+    if (!EmbedSource(stream).contains(record.offset, record.length))
+        return std::nullopt;
+    return CFFStream(stream, record.offset, record.length);
 }
 
 /// What the glyph writers work on: the tables asked for, and where the glyphs are.
@@ -110,8 +114,10 @@ bool writeCffSubset(const FS_TrueTypeInfo& face, const TTI_TableRecord& record,
     TableSet tables;
     if (!stream || !selectTables(face.getTableDirectory(), nullptr, tables))
         return false;
-    CFFStream table = cffTable(*stream, record);
-    CFFInPlaceSubset subset(table);
+    auto table = cffTable(*stream, record);
+    if (!table)
+        return false;
+    CFFInPlaceSubset subset(*table);
     if (!subset.plan(glyphs, face.getGlyphID(0x20, false)))
         return false;
     const auto writeCff = [&subset](KWMemStream& to) { return subset.write(to); };
@@ -140,8 +146,8 @@ bool FS_TrueTypeInfo::getEmbedFont(const std::vector<unsigned short>& glyphs, KW
     const SourceStream stream(given, owner);
     if (font == nullptr || !stream)
         return false;
-    CFFStream table = cffTable(*stream, *record);
-    return subsetCFFRenumbered(table, *font, glyphs, output);
+    auto table = cffTable(*stream, *record);
+    return table && subsetCFFRenumbered(*table, *font, glyphs, output);
 }
 
 bool FS_TrueTypeInfo::makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
@@ -174,7 +180,10 @@ bool FS_TrueTypeInfo::getPSEmbedFont(const std::vector<unsigned short>& glyphs, 
 bool FS_TrueTypeInfo::getEmbedFontStream(KWMemStream& output, std::istream* source) {
     if (const TTI_TableRecord* const record = cffOf(*this)) {
         const SourceStream stream(source, owner);
-        return stream && cffTable(*stream, *record).copy(0, record->length, output);
+        if (!stream)
+            return false;
+        auto table = cffTable(*stream, *record);
+        return table && table->copy(0, record->length, output);
     }
     if (owner == nullptr)
         return false;

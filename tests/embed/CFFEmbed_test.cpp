@@ -171,6 +171,22 @@ TEST(CFFEmbed, AFileThatGotShorterGivesNothing) {
     }
 }
 
+TEST(CFFEmbed, ATableThatClaimsMoreThanTheFileHasGivesNothing) {
+    for (const TestFont& source : fonts()) {
+        Bytes file = source.build();
+        constexpr std::size_t kRecord = 12; // `CFF ` comes first
+        ASSERT_EQ(file.u32At(kRecord), sfntTag("CFF "));
+        const std::size_t most = file.size() - file.u32At(kRecord + 8);
+        for (const bool fits : {true, false}) {
+            EmbeddableFont font(file.patchU32At(kRecord + 12, fits ? most : most + 1));
+            EXPECT_EQ(!font.embed({2}).empty(), fits);
+            EXPECT_EQ(!font.subset({2}).empty(), fits);
+            KWMemStream out;
+            EXPECT_EQ(font.font().getEmbedFontStream(out, &font.stream(), 0), fits);
+        }
+    }
+}
+
 TEST(CFFEmbed, OperationsSayNoToAnOutputThatCannotBeWritten) {
     for (const TestFont& source : fonts()) {
         EmbeddableFont font(source.build());
