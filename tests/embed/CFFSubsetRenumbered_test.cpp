@@ -237,6 +237,21 @@ TEST(CFFSubsetRenumbered, GlyphsOfOneNameBecomeTheFirst) {
                 ElementsAre(glyph(0), glyph(2), glyph(1)));
 }
 
+TEST(CFFSubsetRenumbered, OfManyGlyphsOfOneNameItIsTheFirst) {
+    CffSections source;
+    source.charset = Bytes{0};
+    source.charStrings = {glyph(0)};
+    for (int i = 1; i < 100; ++i) {
+        source.charset->u16(1 + i % 3);
+        source.charStrings.push_back(glyph(i));
+    }
+    Glyphs all;
+    for (unsigned short gid = 99; gid > 0; --gid)
+        all.push_back(gid);
+    EXPECT_THAT(WrittenCff(renumbered(source, all)).charStrings.items,
+                ElementsAre(glyph(0), glyph(3), glyph(1), glyph(2)));
+}
+
 TEST(CFFSubsetRenumbered, StringsOfTheFontAndItsGlyphsAreRenumberedInStep) {
     const std::vector<CFFOperator> all{
         1, 2, 3, 4, cffEscape(0), cffEscape(21), cffEscape(22), cffEscape(38)};
