@@ -294,28 +294,6 @@ TEST(HostileCffSubset, TooManyStatesOfSubrsGiveNothing) {
 }
 
 // What is remembered to find accents takes more room than the rest.
-TEST(HostileCffSubset, TooManyStatesForTheSearchOfAccentsGiveNothing) {
-    CffSections source;
-    Glyphs all;
-    source.charset = Bytes{0};
-    source.charStrings = {Bytes{14}};
-    source.privateDict = CffPrivate{.dict = Bytes{140, 20}};
-    for (int i = 0; i < 20; ++i) {
-        source.privateDict->subrs.push_back(Bytes{11});
-        // Each call finds one more operand.
-        Bytes calls;
-        for (int k = 0; k < KWCommonNS::kMaxCharStringOperands; ++k)
-            calls.u8(139).bytes(callOf(i));
-        all.push_back(static_cast<unsigned short>(source.charStrings.size()));
-        source.charset->u16(i + 1);
-        source.charStrings.push_back(calls.u8(14));
-    }
-    EXPECT_EQ(renumbered(source, all), Bytes());
-    EXPECT_NE(renumbered(source, {1, 2, 3}), Bytes());
-    source.encoding = Bytes{0, 0}; // without accents
-    EXPECT_NE(renumbered(source, all), Bytes());
-}
-
 TEST(HostileCffSubset, MasksAndNumbersThatAreCutOffEndTheirGlyph) {
     CffSections source = nameKeyed();
     Bytes stems;

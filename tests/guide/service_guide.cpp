@@ -185,12 +185,11 @@ TEST_F(GuideService, AFolderMayBeAddedLater) {
 TEST_F(GuideService, TheFoldersOfAConfigurationAreListed) {
     testing::internal::CaptureStdout();
     printFolders(KW_GUIDE_CONFIG);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "/usr/share/fonts/truetype/dejavu/\n"
-                                                      "/usr/share/fonts/truetype/liberation2/\n"
-                                                      "/usr/share/fonts/opentype/"
-                                                      "fonts-hosny-amiri/\n"
-                                                      "/usr/share/fonts/opentype/ipafont-mincho/\n"
-                                                      "and some fonts go by other names\n");
+    const std::string fonts = "/usr/share/fonts/";
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              fonts + "truetype/dejavu/\n" + fonts + "truetype/liberation2/\n" + fonts +
+                  "opentype/linux-libertine/\n" + fonts + "opentype/fonts-hosny-amiri/\n" + fonts +
+                  "opentype/ipafont-mincho/\n" + "and some fonts go by other names\n");
 }
 
 TEST_F(GuideService, ConfigurationsWithoutFaultLeaveNoNotesAndOthersDo) {
