@@ -13,4 +13,5 @@ set(KW_PLATFORM_DEPENDENCIES Threads::Threads ${CMAKE_DL_LIBS}
   $<$<BOOL:${KW_WITH_FONTCONFIG}>:Fontconfig::Fontconfig>
   $<$<BOOL:${WIN32}>:advapi32> $<$<BOOL:${WIN32}>:shell32>)
 set(KW_COMMON_DEPENDENCIES ZLIB::ZLIB EXPAT::EXPAT Threads::Threads)
-set(KW_FONTSERVICE_DEPENDENCIES Freetype::Freetype Threads::Threads)
+# The Windows build's FreeType is static, and inflates with the same zlib.
+set(KW_FONTSERVICE_DEPENDENCIES Freetype::Freetype $<$<BOOL:${WIN32}>:ZLIB::ZLIB> Threads::Threads)

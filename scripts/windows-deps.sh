@@ -113,7 +113,7 @@ mend_expat() {
 echo "Cross building the libraries for Windows (once):"
 quietly sources fetch_sources
 quietly freetype cross freetype "$work/src/freetype" -DBUILD_SHARED_LIBS=OFF \
-  -DFT_DISABLE_ZLIB=ON -DFT_DISABLE_BZIP2=ON -DFT_DISABLE_PNG=ON -DFT_DISABLE_HARFBUZZ=ON \
+  -DFT_REQUIRE_ZLIB=ON -DFT_DISABLE_BZIP2=ON -DFT_DISABLE_PNG=ON -DFT_DISABLE_HARFBUZZ=ON \
   -DFT_DISABLE_BROTLI=ON
 mend_expat
 quietly expat cross expat "$work/src/expat/expat" -DEXPAT_SHARED_LIBS=OFF \
