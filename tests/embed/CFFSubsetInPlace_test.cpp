@@ -449,6 +449,47 @@ TEST(CFFSubsetInPlace, AnOffsetThatItsFormDoesNotHoldGivesNothing) {
     EXPECT_EQ(written.privateOf(fontDictsOf(written).at(0)), (Bytes{140, 20}));
 }
 
+/// The Font DICT that a cut leaves, of a font whose one Font DICT has this operand for its Private;
+/// empty when the writer says no.
+Bytes fontDictWith(const Bytes& operand, const std::vector<Bytes>& glyphs, const Glyphs& listed) {
+    const Bytes dict = joined(Bytes{141}, operand, Bytes{18});
+    const HandMade font{
+        .entries = {{"cs", {}, 29, Bytes{17}}, {"fd", {}, 29, Bytes{12, 36}}},
+        .sections = {{"cs", cffIndex(glyphs)},
+                     {"fd", joined(Bytes{0, 1, 2, 0, 1}, Bytes().u16(dict.size() + 1), dict)}}};
+    const Bytes cut = inPlace(font.build(), listed);
+    if (cut.empty())
+        return {};
+    const WrittenCff written(cut);
+    const auto fontDicts = written.indexAt(written.offset(cffEscape(36)));
+    EXPECT_EQ(fontDicts.offSize, 2u); // as it was
+    return fontDicts.items.at(0);
+}
+
+TEST(CFFSubsetInPlace, FormsOfOffsetsInFontDictsHaveTheseLimits) {
+    // The space takes the place of a glyph that is 39 bytes shorter.
+    const std::vector<Bytes> growing{Bytes{14}, glyph(1, 40), Bytes{14}, Bytes{14}};
+    const auto grown = [&growing](const Bytes& operand) {
+        return fontDictWith(operand, growing, {3});
+    };
+    EXPECT_EQ(grown(Bytes{28, 0x7F, 0xFF}), (Bytes{141, 28, 0x80, 38, 18}));
+    EXPECT_EQ(grown(Bytes{28, 0xFF, 0xFF - 39}), (Bytes{141, 28, 0xFF, 0xFF, 18}));
+    EXPECT_EQ(grown(Bytes{28, 0xFF, 0xFF - 38}), Bytes());
+    EXPECT_EQ(grown(Bytes{250, 255 - 39}), (Bytes{141, 250, 255, 18}));
+    EXPECT_EQ(grown(Bytes{250, 255 - 38}), Bytes());
+    EXPECT_EQ(grown(Bytes{139 + 99}), (Bytes{141, 99 + 39 + 117, 18}));
+    EXPECT_EQ(grown(Bytes{139 + 100}), Bytes());
+
+    // Three glyphs of thirty bytes go, with their offsets.
+    const std::vector<Bytes> shrinking(4, glyph(1, 30));
+    const auto shrunk = [&shrinking](int value) {
+        return fontDictWith(HandMade::number(247, static_cast<std::size_t>(value)), shrinking, {0});
+    };
+    EXPECT_EQ(shrunk(108 + 93), (Bytes{141, 247, 0, 18}));
+    // The byte that the DICT loses moves what lies behind it once more.
+    EXPECT_EQ(shrunk(107 + 93), (Bytes{141, 139 + 106, 18}));
+}
+
 TEST(CFFSubsetInPlace, OtherFormsOfOffsetsStay) {
     HandMade font{.entries = {{"cs", {}, 29, Bytes{17}}, {"fd", {}, 29, Bytes{12, 36}}},
                   .sections = {{"cs", charStringsOf(4)}, {"fd", Bytes()}}};

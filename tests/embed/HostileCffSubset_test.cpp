@@ -234,6 +234,26 @@ TEST(HostileCffSubset, APrivateOutsideTheTableGivesNothing) {
     }
 }
 
+TEST(HostileCffSubset, APrivateThatCannotMoveGivesNothingInPlace) {
+    const Bytes sound = nameKeyed().build();
+    const std::size_t at =
+        sound.str().find(Bytes().u8(29).u32(sound.offsetOf("private0")).u8(18).str());
+    ASSERT_NE(at, std::string::npos);
+    const auto works = [&](std::size_t place) {
+        Bytes table = sound;
+        table.patchU32At(at + 1, static_cast<std::uint32_t>(place));
+        TableStream stream(table);
+        KWMemStream output;
+        return subsetCFFInPlace(stream.table, {1}, 1, output);
+    };
+    EXPECT_TRUE(works(sound.offsetOf("private0")));
+    EXPECT_FALSE(works(sound.size()));
+    EXPECT_FALSE(works(0x7FFFFFF0));
+    // Amid the charstrings, of which some go.
+    EXPECT_FALSE(works(sound.offsetOf("charStrings")));
+    EXPECT_FALSE(works(sound.offsetOf("private0") - 1));
+}
+
 TEST(HostileCffSubset, APrivateThatIsTooLongForItsSizeGivesNothing) {
     CffSections source = nameKeyed();
     Bytes array;
