@@ -1,6 +1,6 @@
 #include "embed/CFFSubsetRenumbered.h"
 
-#include "CffOutput.h"
+#include "PackedFonts.h"
 #include "embed/CFFDictScanner.h"
 
 #include <gmock/gmock.h>
@@ -11,34 +11,11 @@ namespace {
 
 using namespace KWTest;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr int kFirstCustom = 391;
 constexpr std::uint16_t kSpaceSID = 1;
 constexpr std::uint16_t kASID = 34;
 constexpr std::uint16_t kAcuteSID = 125;
-
-/// An empty glyph that tells itself apart.
-Bytes glyph(int number) {
-    return Bytes{139 + number, 14};
-}
-
-/// Glyphs .notdef, "one", "A", "two", "three" with strings for the font besides.
-CffSections nameKeyed() {
-    CffSections table;
-    table.names = {Bytes::ofText("F")};
-    table.strings = {Bytes::ofText("three"), Bytes::ofText("Version"), Bytes::ofText("one"),
-                     Bytes::ofText("Notice"), Bytes::ofText("two")};
-    table.topDict = joined(cffInteger(392), Bytes{0},   // version
-                           cffInteger(394), Bytes{1},   // Notice
-                           Bytes{247, 0, 4},            // Weight: a standard string
-                           Bytes{28, 0xFF, 0xF6, 12, 2} // ItalicAngle
-    );
-    table.charset = Bytes{0}.u16s({393, kASID, 395, 391});
-    table.charStrings = {glyph(0), glyph(1), glyph(2), glyph(3), glyph(4)};
-    table.privateDict = CffPrivate{.dict = Bytes{140, 20, 141, 21}};
-    return table;
-}
 
 TEST(CFFSubsetRenumbered, OfANameKeyedFontHasTheseBytes) {
     const Bytes written = renumbered(nameKeyed(), {3, 2});
@@ -55,22 +32,6 @@ TEST(CFFSubsetRenumbered, OfANameKeyedFontHasTheseBytes) {
                      cffIndex({glyph(0), glyph(2), glyph(3)}),
                      Bytes{140, 20, 141, 21, 28, 0, 8, 19}, Bytes{0, 0}))
         << written.hex();
-}
-
-/// CIDs 0, 10, 11, 30, 40 in three Font DICTs.
-CffCID cidKeyed() {
-    CffCID font;
-    font.glyphs = {{0, 0, glyph(0)},
-                   {10, 1, glyph(1)},
-                   {11, 1, glyph(2)},
-                   {30, 2, glyph(3)},
-                   {40, 0, glyph(4)}};
-    font.fontDicts = {{.dict = Bytes(), .privateDict = CffPrivate{.dict = Bytes{140, 20}}},
-                      {.dict = joined(cffInteger(392), Bytes{12, 38}, Bytes{139, 139, 139, 12, 7}),
-                       .privateDict = CffPrivate{.dict = Bytes{141, 20}}},
-                      {.dict = joined(cffInteger(391), Bytes{12, 38}),
-                       .privateDict = CffPrivate{.dict = Bytes{142, 20}}}};
-    return font;
 }
 
 TEST(CFFSubsetRenumbered, OfACIDKeyedFontHasTheseBytes) {
@@ -489,117 +450,6 @@ TEST(CFFSubsetRenumbered, ANameKeyedFontWithoutPrivateHasNone) {
     const WrittenCff ofNothing(renumbered(source, {1}));
     EXPECT_EQ(ofNothing.table.size(), ofNothing.charStrings.end);
     EXPECT_EQ(WrittenCff::operand(ofNothing.topDict(), 18, 1), 0u);
-}
-
-// --- subrs --------------------------------------------------------------------------------------
-
-TEST(CFFSubsetRenumbered, SubrsInUseAreePackedWithTheirCalls) {
-    CffSections source = nameKeyed();
-    source.globalSubrs = {Bytes{140, 11}, Bytes{141, 11}, joined(callOf(0, true), Bytes{11})};
-    source.privateDict->subrs = {Bytes{142, 11}, joined(callOf(3), Bytes{11}), Bytes{143, 11},
-                                 joined(callOf(1, true), Bytes{11})};
-    source.charStrings[1] = joined(callOf(1), Bytes{14});
-    source.charStrings[3] = joined(callOf(2, true), Bytes{14});
-    const WrittenCff locals(renumbered(source, {1}));
-    EXPECT_THAT(locals.globals.items, ElementsAre(Bytes{141, 11}));
-    EXPECT_THAT(locals.subrsOf(locals.topDict()).items,
-                ElementsAre(joined(callOf(1), Bytes{11}), joined(callOf(0, true), Bytes{11})));
-    EXPECT_THAT(locals.charStrings.items, ElementsAre(glyph(0), joined(callOf(0), Bytes{14})));
-
-    const WrittenCff globals(renumbered(source, {3}));
-    EXPECT_THAT(globals.globals.items,
-                ElementsAre(Bytes{140, 11}, joined(callOf(0, true), Bytes{11})));
-    EXPECT_THAT(globals.subrsOf(globals.topDict()).items, IsEmpty());
-    EXPECT_THAT(globals.charStrings.items,
-                ElementsAre(glyph(0), joined(callOf(1, true), Bytes{14})));
-}
-
-TEST(CFFSubsetRenumbered, EachFontDictHasItsOwnSubrs) {
-    CffCID font = cidKeyed();
-    font.fontDicts[1].privateDict->subrs = {Bytes{140, 11}, Bytes{141, 11}};
-    font.fontDicts[2].privateDict->subrs = {Bytes{142, 11}, Bytes{143, 11}};
-    font.glyphs[1].charstring = joined(callOf(1), Bytes{14});
-    font.glyphs[3].charstring = joined(callOf(0), Bytes{14});
-    const WrittenCff written(renumbered(font.build(), {1, 3}));
-    const auto fontDicts = written.indexAt(written.offset(cffEscape(36))).items;
-    ASSERT_EQ(fontDicts.size(), 3u);
-    EXPECT_THAT(written.subrsOf(fontDicts[0]).items, IsEmpty());
-    EXPECT_THAT(written.subrsOf(fontDicts[1]).items, ElementsAre(Bytes{141, 11}));
-    EXPECT_THAT(written.subrsOf(fontDicts[2]).items, ElementsAre(Bytes{142, 11}));
-    EXPECT_EQ(written.charStrings.items[1], joined(callOf(0), Bytes{14}));
-    EXPECT_EQ(written.charStrings.items[2], joined(callOf(0), Bytes{14}));
-}
-
-TEST(CFFSubsetRenumbered, AGlobalSubrGoesWithTheFontDictThatLedThereFirst) {
-    CffCID font = cidKeyed();
-    font.globalSubrs = {joined(callOf(1), Bytes{11})};
-    font.fontDicts[1].privateDict->subrs = {Bytes{140, 11}, Bytes{141, 11}};
-    font.fontDicts[2].privateDict->subrs = {Bytes{142, 11}, Bytes{143, 11}};
-    font.glyphs[1].charstring = joined(callOf(0, true), Bytes{14});
-    font.glyphs[3].charstring = joined(callOf(0), callOf(0, true), Bytes{14});
-    const WrittenCff written(renumbered(font.build(), {3, 1}));
-    // Number 1 of Font DICT 1 is its only one now; of Font DICT 2 it stays 1.
-    EXPECT_THAT(written.globals.items, ElementsAre(joined(callOf(0), Bytes{11})));
-}
-
-/// A font whose glyph 1 calls so many of its subrs, glyph 2 the last one alone.
-CffSections subrsByNumber(int count) {
-    CffSections source = nameKeyed();
-    const int bias = subrBias(static_cast<std::size_t>(count));
-    Bytes calls;
-    for (int i = 0; i < count; ++i) {
-        source.globalSubrs.push_back(Bytes{139 + i % 100, 11});
-        calls.bytes(Bytes().u8(28).i16(i - bias).u8(29));
-    }
-    source.charStrings[1] = calls.u8(14);
-    source.charStrings[2] = Bytes().u8(28).i16(count - 1 - bias).u8(29).u8(14);
-    return source;
-}
-
-TEST(CFFSubsetRenumbered, TheBiasIsThatOfTheNewCount) {
-    const auto numbersOf = [](int count) {
-        const WrittenCff written(renumbered(subrsByNumber(count), {1}));
-        EXPECT_EQ(written.globals.items.size(), static_cast<std::size_t>(count));
-        CharStringCounts counts;
-        const Bytes charString = written.charStrings.items.back();
-        CharStringScanner scan(viewOf(charString), counts);
-        scan.next();
-        return scan.number();
-    };
-    EXPECT_EQ(numbersOf(1239), -107);
-    EXPECT_EQ(numbersOf(1240), -1131);
-    const WrittenCff last(renumbered(subrsByNumber(1240), {2}));
-    EXPECT_THAT(last.globals.items, ElementsAre(Bytes{139 + 39, 11}));
-    EXPECT_EQ(last.charStrings.items.back(), joined(callOf(0, true), Bytes{14}));
-}
-
-TEST(CFFSubsetRenumbered, TheLargestBiasIsMet) {
-    const WrittenCff written(renumbered(subrsByNumber(33900), {2, 1}));
-    EXPECT_EQ(written.globals.items.size(), 33900u);
-    EXPECT_EQ(written.globals.offSize, 3u);
-    EXPECT_EQ(written.charStrings.items[1], (Bytes{250, 255, 29, 14})); // 1131
-}
-
-TEST(CFFSubsetRenumbered, StemsOfASubrCountForTheMaskBehindIt) {
-    CffSections source = nameKeyed();
-    Bytes stems;
-    for (int i = 0; i < 9; ++i)
-        stems.bytes(Bytes{140, 141});
-    source.privateDict->subrs = {Bytes{11}, joined(stems, Bytes{18, 11})};
-    // Nine stems take two bytes, which look like the call of a subr here.
-    const Bytes mask{19, 139 + subrNumber(0), 10};
-    source.charStrings[1] = joined(callOf(1), mask, callOf(1), Bytes{14});
-    const WrittenCff written(renumbered(source, {1}));
-    EXPECT_EQ(written.charStrings.items.back(), joined(callOf(0), mask, callOf(0), Bytes{14}));
-    EXPECT_EQ(written.subrsOf(written.topDict()).items.size(), 1u);
-}
-
-TEST(CFFSubsetRenumbered, ACallOfASubrThatIsNotThereStays) {
-    CffSections source = nameKeyed();
-    source.charStrings[1] = joined(callOf(5), callOf(7, true), Bytes{14});
-    const WrittenCff written(renumbered(source, {1}));
-    EXPECT_EQ(written.charStrings.items.back(), source.charStrings[1]);
-    EXPECT_THAT(written.globals.items, IsEmpty());
 }
 
 // --- output -------------------------------------------------------------------------------------
