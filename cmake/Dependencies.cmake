@@ -1,6 +1,10 @@
 find_package(ICU REQUIRED COMPONENTS uc)
 find_package(Freetype REQUIRED)
 find_package(ZLIB REQUIRED)
+if(WIN32)
+  # FreeType is static there, and inflates with the same zlib.
+  set_property(TARGET Freetype::Freetype APPEND PROPERTY INTERFACE_LINK_LIBRARIES ZLIB::ZLIB)
+endif()
 find_package(EXPAT REQUIRED)
 set(THREADS_PREFER_PTHREAD_FLAG ON)
 find_package(Threads REQUIRED)
@@ -13,5 +17,4 @@ set(KW_PLATFORM_DEPENDENCIES Threads::Threads ${CMAKE_DL_LIBS}
   $<$<BOOL:${KW_WITH_FONTCONFIG}>:Fontconfig::Fontconfig>
   $<$<BOOL:${WIN32}>:advapi32> $<$<BOOL:${WIN32}>:shell32>)
 set(KW_COMMON_DEPENDENCIES ZLIB::ZLIB EXPAT::EXPAT Threads::Threads)
-# The Windows build's FreeType is static, and inflates with the same zlib.
-set(KW_FONTSERVICE_DEPENDENCIES Freetype::Freetype $<$<BOOL:${WIN32}>:ZLIB::ZLIB> Threads::Threads)
+set(KW_FONTSERVICE_DEPENDENCIES Freetype::Freetype Threads::Threads)
