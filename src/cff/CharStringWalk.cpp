@@ -96,7 +96,8 @@ SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& count
             const auto called = call(scanner.isGlobalCall(), *operand, counts, depth);
             effect.isKnown = effect.isKnown && called.isKnown;
             effect.clears = effect.clears || called.clears;
-            effect.operands = called.operands + (called.clears ? 0 : effect.operands);
+            effect.operands = std::min(called.operands + (called.clears ? 0 : effect.operands),
+                                       KWCommonNS::kMaxCharStringOperands);
             break;
         }
         case FS_Word::return_:
