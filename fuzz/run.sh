@@ -12,6 +12,16 @@ max_font_bytes=200k
 # The service that targets open need not read the fonts of this machine.
 export FONTCONFIG_FILE=$PWD/tests/support/no-fonts.conf
 
+# show_findings: what a machine that keeps no files found, to be copied out of its log.
+show_findings() {
+  local finding
+  for finding in "$build"/{crash,leak,oom,timeout}-*; do
+    [ -f "$finding" ] || continue
+    echo "FAILED on $finding, gzip and base64: $(gzip -9c "$finding" | base64 -w 0 | head -c 65536)"
+  done
+  exit 1
+}
+
 if [ $# -eq 0 ]; then
   for program in "$build"/fuzzers/*; do
     set -- "$@" "$(basename "$program")"
@@ -34,5 +44,5 @@ for name in "$@"; do
   fi
   echo "== $name, $seconds s"
   "$program" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -max_len=262144 \
-    -artifact_prefix="$build/" -print_final_stats=1 "${corpus[@]}"
+    -artifact_prefix="$build/" -print_final_stats=1 "${corpus[@]}" || show_findings
 done
