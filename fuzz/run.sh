@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # run.sh SECONDS [TARGET...]: runs fuzz targets of the preset `fuzz` for that long each, from their
 # corpus, the seeds of built fonts and the packaged fonts of this machine. New inputs go to
-# build/fuzz/found; findings to build/fuzz.
+# build/fuzz/found; findings to build/fuzz. KW_FUZZ_SEED=N makes a run go the same way again.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -43,6 +43,6 @@ for name in "$@"; do
     corpus+=("$packaged")
   fi
   echo "== $name, $seconds s"
-  "$program" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -max_len=262144 \
-    -artifact_prefix="$build/" -print_final_stats=1 "${corpus[@]}" || show_findings
+  "$program" -max_total_time="$seconds" -seed="${KW_FUZZ_SEED:-0}" -timeout=40 -rss_limit_mb=2048 \
+    -max_len=262144 -artifact_prefix="$build/" -print_final_stats=1 "${corpus[@]}" || show_findings
 done
