@@ -66,6 +66,9 @@ public:
     bool readLocalSubrs(CFFStream& table, KWValue& privateDict, CFFIndex& subrs) const;
     /// The Font DICTs of a CID-keyed font, in the order of their numbers.
     bool readFDArray(CFFStream& table, std::vector<CFFFontDict>& fontDicts) const;
+    /// As `readFDArray` for a CID-keyed font; for a name-keyed one a single entry of the Private
+    /// DICT that the Top DICT names, or of none.
+    bool readFontDicts(CFFStream& table, std::vector<CFFFontDict>& fontDicts) const;
     /// False for format 0 although `ranges` is filled, but for the last glyph.
     bool readFDSelect(CFFStream& table, std::vector<FDRange>& ranges) const;
 

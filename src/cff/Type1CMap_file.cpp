@@ -163,6 +163,22 @@ bool Type1CMap::readFDArray(CFFStream& table, std::vector<CFFFontDict>& fontDict
     return true;
 }
 
+bool Type1CMap::readFontDicts(CFFStream& table, std::vector<CFFFontDict>& fontDicts) const {
+    if (isCID)
+        return readFDArray(table, fontDicts);
+    fontDicts.clear();
+    CFFFontDict& only = fontDicts.emplace_back();
+    CFFIndex locals;
+    const KWValue& place = topDict.getNamedItem(cffKey(FS_Word::Private));
+    if (place.getNamedItem(cffKey(1)).getIntegerValue() != 0) {
+        if (!readLocalSubrs(table, only.privateDict, locals))
+            return false;
+        only.dict.setNamedItem(cffKey(FS_Word::Private), place);
+    }
+    only.localSubrs = std::make_shared<const CFFIndex>(std::move(locals));
+    return true;
+}
+
 bool Type1CMap::readFDSelect(CFFStream& table, std::vector<FDRange>& ranges) const {
     ranges.clear();
     const std::uint32_t offset = topOffset(FS_Word::FDSelect);

@@ -148,19 +148,8 @@ bool RenumberedSubset::readFont() {
     if (!Type1CMap::readIndexAt(table_, charStringsAt, charStrings_) ||
         !Type1CMap::readGlobalSubrs(table_, globals_))
         return false;
-    if (font_.isCID)
-        return font_.readFDSelect(table_, ranges_) && font_.readFDArray(table_, fontDicts_);
-
-    CFFFontDict& only = fontDicts_.emplace_back();
-    CFFIndex locals;
-    const KWValue& place = font_.topDict.getNamedItem(cffKey(FS_Word::Private));
-    if (place.getNamedItem(cffKey(1)).getIntegerValue() != 0) {
-        if (!font_.readLocalSubrs(table_, only.privateDict, locals))
-            return false;
-        only.dict.setNamedItem(cffKey(FS_Word::Private), place);
-    }
-    only.localSubrs = std::make_shared<const CFFIndex>(std::move(locals));
-    return true;
+    return (!font_.isCID || font_.readFDSelect(table_, ranges_)) &&
+           font_.readFontDicts(table_, fontDicts_);
 }
 
 /// Adds glyphs that are not there yet, and what they use.

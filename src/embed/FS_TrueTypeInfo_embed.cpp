@@ -4,6 +4,7 @@
 #include "embed/GlyphClosure.h"
 #include "embed/GlyphSubset.h"
 #include "embed/SfntWriter.h"
+#include "embed/SourceStream.h"
 #include "embed/TableSet.h"
 #include "fonts/FS_TrueTypeInfo.h"
 #include "fonts/FontStream.h"
@@ -16,23 +17,6 @@ using KWCommonNS::ByteView;
 
 namespace {
 
-/// The stream of the caller, or one of the font's own for the length of a call.
-class SourceStream {
-public:
-    SourceStream(std::istream* given, const FS_BaseFont* owner) : stream_(given) {
-        if (given == nullptr && owner != nullptr) {
-            own_ = openFontStream(owner->getUri());
-            stream_ = own_.get();
-        }
-    }
-    explicit operator bool() const { return stream_ != nullptr; }
-    std::istream& operator*() const { return *stream_; }
-
-private:
-    std::unique_ptr<std::istream> own_;
-    std::istream* stream_;
-};
-
 constexpr unsigned kRestricted = 0x0002;
 constexpr unsigned kPreviewAndPrint = 0x0004;
 constexpr unsigned kEditable = 0x0008;
@@ -41,14 +25,6 @@ constexpr unsigned kBitmapOnly = 0x0200;
 /// Null for a face without `CFF ` outlines.
 const TTI_TableRecord* cffOf(const FS_TrueTypeInfo& face) {
     return face.getTableEntry(sfntTag("CFF "));
-}
-
-/// Nothing where a directory claims more than the file has, so that what a writer does is in
-/// proportion to bytes that exist.
-std::optional<CFFStream> cffTable(std::istream& stream, const TTI_TableRecord& record) {
-    if (!EmbedSource(stream).contains(record.offset, record.length))
-        return std::nullopt;
-    return CFFStream(stream, record.offset, record.length);
 }
 
 /// What the glyph writers work on: the tables asked for, and where the glyphs are.

@@ -85,6 +85,10 @@ public:
     /// keeps alive as long; null opens the font's own, which `output` then owns. Of a face with
     /// `CFF ` outlines that table is appended instead.
     bool getEmbedFontStream(KWMemStream& output, std::istream* source);
+    /// The same from `source`; null opens the font's own.
+    bool makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                    UnicodeString& fontName, FS_CIDSystemInfo& info,
+                                    std::istream* source);
     /// False before a load, too.
     bool isCIDFont() const {
         return isLoaded() && isCID;

@@ -4,6 +4,7 @@
 #include "common/KWLimits.h"
 #include "common/StreamBytes.h"
 #include "common/TagText.h"
+#include "fonts/FS_OpenType.h"
 #include "fonts/FontTyping.h"
 #include "fonts/TTI_Directory.h"
 
@@ -100,6 +101,19 @@ FT_FaceRec_* FS_WOFF::getFTFace(int faceIndex) {
     mutex.lock();
     // Not the font inside, whose file is the packed one.
     return FS_BaseFont::getFTFace(faceIndex); // NOLINT(bugprone-parent-virtual-call)
+}
+
+bool FS_WOFF::makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs,
+                                         KWMemStream& output, UnicodeString& fontName,
+                                         FS_CIDSystemInfo& info, int faceIndex) {
+    // The font inside would open its file, which is the packed one.
+    auto* const font = dynamic_cast<FS_OpenType*>(innerFont.get());
+    if (font == nullptr)
+        return false;
+    KWMutex mutex(streamLock_);
+    mutex.lock();
+    return font->face(faceIndex)->makePostScriptCIDFontType0(glyphs, output, fontName, info,
+                                                             sfntStream.get());
 }
 
 bool FS_WOFF::failRead(KWError& error) const {

@@ -28,6 +28,9 @@ public:
     bool loadFont(KWError& error, int faceIndex, std::istream* stream) override;
     FT_FaceRec_* getFTFace(int faceIndex) override;
     KWMemStream* getFontStream() override;
+    bool makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+                                    UnicodeString& fontName, FS_CIDSystemInfo& info,
+                                    int faceIndex) override;
     using FS_ExtraFont::getType1EmbedFont; // one of the two is written anew
 
 #define FS_WRAP_INNER(...)
