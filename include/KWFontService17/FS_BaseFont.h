@@ -321,7 +321,7 @@ public:
     /// The library draws with the same face under a lock of its own: a host that sizes it or loads
     /// glyphs into it must not do so while the library draws.
     virtual FT_FaceRec_* getFTFace(int faceIndex);
-    /// CID-keyed PostScript font of the listed glyphs.
+    /// CID-keyed PostScript font of the listed glyphs; see FS_FontInfo.
     virtual bool makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs,
                                             KWMemStream& output, UnicodeString& fontName,
                                             FS_CIDSystemInfo& info, int faceIndex);

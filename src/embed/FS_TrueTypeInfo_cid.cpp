@@ -1,7 +1,8 @@
-#include "common/FallbackRandom.h"
 #include "embed/CIDFontWriter.h"
 #include "embed/SourceStream.h"
 #include "fonts/FS_TrueTypeInfo.h"
+
+#include <KWCommon15/KWUUID.h>
 
 #include <array>
 #include <cstdio>
@@ -15,7 +16,9 @@ namespace {
 /// "KW", four upper-case hexadecimal digits and "-": what tells subsets of one font apart.
 std::string makeSubsetTag() {
     std::array<char, 8> tag{};
-    std::snprintf(tag.data(), tag.size(), "KW%04X-", KWCommonNS::fallbackRandom() & 0xFFFFU);
+    const KWCommonNS::KWUUID random;
+    std::snprintf(tag.data(), tag.size(), "KW%02X%02X-", unsigned{random.getBytes()[0]},
+                  unsigned{random.getBytes()[1]});
     return tag.data();
 }
 
