@@ -48,12 +48,14 @@ public:
         return innerFont ? innerFont->name(FS_PARAMETERS arguments faceIndex) : missing;           \
     }
 #define FS_WRAP_SOURCE FS_WRAP_INNER
+#define FS_WRAP_FILE FS_WRAP_INNER
 #define FS_WRAP_WOFF(...)
 #define FS_WRAP_OWN(...)
 #define FS_OPERATION(faces, wrapper, facade, ...) FS_WRAP_##wrapper(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_WRAP_INNER
 #undef FS_WRAP_SOURCE
+#undef FS_WRAP_FILE
 #undef FS_WRAP_WOFF
 #undef FS_WRAP_OWN
 

@@ -116,6 +116,18 @@ bool FS_WOFF::makePostScriptCIDFontType0(const std::vector<unsigned short>& glyp
                                                              sfntStream.get());
 }
 
+bool FS_WOFF::getEmbedFontStream(KWMemStream& output, std::istream* stream, int faceIndex) {
+    if (!innerFont)
+        return false;
+    if (stream != nullptr)
+        return innerFont->getEmbedFontStream(output, stream, faceIndex);
+    KWMutex mutex(streamLock_);
+    mutex.lock();
+    // Asking for the bytes makes of a stream over them one that has them.
+    return innerFont->getEmbedFontStream(output, sfntStream.get(), faceIndex) &&
+           output.data() != nullptr;
+}
+
 bool FS_WOFF::failRead(KWError& error) const {
     return fontError(error, FS_ERROR_FONT_READ, UnicodeString());
 }

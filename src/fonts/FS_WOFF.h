@@ -31,6 +31,9 @@ public:
     bool makePostScriptCIDFontType0(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                                     UnicodeString& fontName, FS_CIDSystemInfo& info,
                                     int faceIndex) override;
+    /// Of the unpacked font a copy: nothing that the caller holds of this font would keep it alive,
+    /// and other threads move about in it.
+    bool getEmbedFontStream(KWMemStream& output, std::istream* stream, int faceIndex) override;
     using FS_ExtraFont::getType1EmbedFont; // one of the two is written anew
 
 #define FS_WRAP_INNER(...)
@@ -44,12 +47,14 @@ public:
         return innerFont ? innerFont->name(FS_PARAMETERS arguments faceIndex) : missing;           \
     }
 #define FS_WRAP_WOFF FS_WRAP_SOURCE
+#define FS_WRAP_FILE(...)
 #define FS_WRAP_OWN(...)
 #define FS_OPERATION(faces, wrapper, facade, ...) FS_WRAP_##wrapper(__VA_ARGS__)
 #include "fonts/FS_FaceOperations.inc"
 #undef FS_WRAP_INNER
 #undef FS_WRAP_SOURCE
 #undef FS_WRAP_WOFF
+#undef FS_WRAP_FILE
 #undef FS_WRAP_OWN
 
 private:

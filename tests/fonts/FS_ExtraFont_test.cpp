@@ -96,10 +96,10 @@ TEST_F(ExtraFont, WithoutAFontInsideItIsOfNoKind) {
 /// Operations that the wrapper answers by what the document declared.
 const std::set<std::string_view> kDeclared = {"getWeight", "isItalic", "getLogFont"};
 
-enum class Wrapper { INNER, SOURCE, WOFF, OWN };
+enum class Wrapper { INNER, SOURCE, FILE, WOFF, OWN };
 
 constexpr bool isForwarded(Wrapper wrapper) {
-    return wrapper == Wrapper::INNER || wrapper == Wrapper::SOURCE;
+    return wrapper == Wrapper::INNER || wrapper == Wrapper::SOURCE || wrapper == Wrapper::FILE;
 }
 
 TEST_F(ExtraFont, AnswersEachOperationByTheFontInsideOrNotAtAll) {

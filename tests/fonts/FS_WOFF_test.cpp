@@ -420,11 +420,12 @@ protected:
 };
 
 TEST_F(WoffFileAndSource, WritersReadTheUnpackedFont) {
-    enum class Wrapper { INNER, SOURCE, WOFF, OWN };
+    enum class Wrapper { INNER, SOURCE, FILE, WOFF, OWN };
     int heard = 0;
 #define FS_OPERATION(faces, wrapper, facade, result, name, parameters, arguments, qualifier,       \
                      missing)                                                                      \
-    if constexpr (Wrapper::wrapper == Wrapper::SOURCE || Wrapper::wrapper == Wrapper::WOFF) {      \
+    if constexpr (Wrapper::wrapper == Wrapper::SOURCE || Wrapper::wrapper == Wrapper::FILE ||      \
+                  Wrapper::wrapper == Wrapper::WOFF) {                                             \
         using Operation = result (FS_BaseFont::*)(FS_PARAMETERS parameters int) qualifier;         \
         const Comparison comparison = compare(*woff, 0, *source, Operation(&FS_BaseFont::name),    \
                                               []() -> result { return missing; });                 \
@@ -439,6 +440,23 @@ TEST_F(WoffFileAndSource, AGivenStreamIsTheOneThatIsRead) {
     std::istringstream nothing;
     KWMemStream output;
     EXPECT_FALSE(woff->getEmbedFont({1}, output, &nothing, 0));
+    EXPECT_FALSE(woff->getEmbedFontStream(output, &nothing, 0));
+    std::istringstream given("given");
+    EXPECT_TRUE(woff->getEmbedFontStream(output, &given, 0));
+    EXPECT_EQ(output.length(), 5);
+}
+
+TEST_F(WoffFileAndSource, TheWholeFileOutlivesTheFontThatGaveIt) {
+    const Bytes sfnt = TestFont::latin().build();
+    KWMemStream whole;
+    whole.append("before", 6);
+    ASSERT_TRUE(woff->getEmbedFontStream(whole, nullptr, 0));
+    EXPECT_FALSE(whole.rdbuf()->hasSource());
+    woff = KWPtr<FS_BaseFont>();
+    std::string read(sfnt.size() + 1, '\0');
+    whole.read(read.data(), static_cast<std::streamsize>(read.size()));
+    EXPECT_EQ(static_cast<std::size_t>(whole.gcount()), sfnt.size());
+    EXPECT_EQ(read.substr(0, sfnt.size()), sfnt.str());
 }
 
 TEST_F(WoffFileAndSource, FreeTypeOpensTheUnpackedFont) {
