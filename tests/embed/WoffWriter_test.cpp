@@ -1,6 +1,7 @@
 #include "embed/WoffWriter.h"
 
 #include "embed/EmbedFixture.h"
+#include "fonts/FS_DFont.h"
 #include "fonts/FS_TrueTypeCollection.h"
 #include "fonts/FS_WOFF.h"
 #include "support/TempDir.h"
@@ -199,6 +200,30 @@ TEST(MakeWebFont, OfAFaceOfACollectionIsOfThatFace) {
     EXPECT_FALSE(font->makeWebFont({TestFont::kC}, web, &stream, 2));
 }
 
+TEST(MakeWebFont, OfCffOutlinesIsTheSubsetInPlace) {
+    EmbeddableFont font(TestFont::openType().build());
+    KWMemStream subset;
+    KWMemStream web;
+    ASSERT_TRUE(font.font().makeSubsetFont({2}, subset, &font.stream(), 0));
+    ASSERT_TRUE(font.font().makeWebFont({2}, web, &font.stream(), 0));
+    EXPECT_EQ(bytesOf(web).u32At(4), kOttoVersion);
+    EXPECT_EQ(unpacked(bytesOf(web)), padded(bytesOf(subset)));
+    EXPECT_FALSE(font.font().makeWebFont({}, web, nullptr, 0)) << "there is no file to open";
+}
+
+TEST(MakeWebFont, ADFontHasNone) {
+    ResourceFile resources;
+    resources.fonts = {TestFont::latin().sfnt()};
+    const KWPtr<FS_DFont> font(new FS_DFont(KWUri()));
+    std::istringstream stream(resources.build().str());
+    KWError error;
+    ASSERT_TRUE(font->scanFont(error, stream) && font->loadFont(error, 0, &stream));
+    KWMemStream output;
+    EXPECT_FALSE(font->makeWebFont({TestFont::kA}, output, &stream, 0));
+    EXPECT_FALSE(font->makeSubsetFont({TestFont::kA}, output, &stream, 0));
+    EXPECT_EQ(output.size(), 0U);
+}
+
 TEST(MakeWebFont, OfAWoffFileIsCutFromTheUnpackedFont) {
     const TempDir files;
     const Bytes sfnt = TestFont::latin().build();
@@ -209,6 +234,8 @@ TEST(MakeWebFont, OfAWoffFileIsCutFromTheUnpackedFont) {
     ASSERT_TRUE(font->scanFont(error, stream) && font->loadFont(error, 0, nullptr));
     KWMemStream web;
     ASSERT_TRUE(font->makeWebFont({TestFont::kA}, web, nullptr, 0));
+    // FreeType, which does not open our unpadded file, gets the unpacked one, too.
+    EXPECT_NE(font->getFTFace(0), nullptr);
     EmbeddableFont source(sfnt);
     EXPECT_EQ(unpacked(bytesOf(web)), padded(source.subset({TestFont::kA})));
 }

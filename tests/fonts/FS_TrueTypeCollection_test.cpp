@@ -115,6 +115,12 @@ TEST(CollectionScan, AShortOffsetTableIsAReadError) {
         EXPECT_EQ(refused(Bytes(twoFaces()).truncate(size)), readError("Offset table read error"));
 }
 
+TEST(CollectionScan, AFileMayEndWithItsOffsetTable) {
+    // The header itself reads as a face of one table.
+    EXPECT_EQ(refused(Bytes().tag("ttcf").u32(0x00010000).u32(1).u32(0)),
+              readError("Table directory read error"));
+}
+
 TEST(CollectionScan, ANumberOfFacesPastTheFileIsAShortOffsetTable) {
     for (const std::uint32_t count : {0x10000U, 0x40000000U, 0x80000000U, 0xFFFFFFFFU})
         EXPECT_EQ(refused(Bytes(twoFaces()).patchU32At(8, count)),
@@ -203,6 +209,12 @@ TEST(CollectionScan, AnErrorNamesTheFile) {
     EXPECT_TRUE(error.getMessage().endsWith(UnicodeString(u"\n").append(dir.text("x.ttc"))));
 }
 
+TEST(CollectionScan, AStreamThatCameToItsEndIsReadAgain) {
+    CollectionInMemory font(twoFaces());
+    font.stream().setstate(std::ios::eofbit | std::ios::failbit);
+    EXPECT_TRUE(font.scan()) << font.complaint();
+}
+
 TEST(CollectionScan, ASecondScanStartsAnew) {
     CollectionInMemory font(twoFaces());
     ASSERT_TRUE(font.scan());
@@ -211,6 +223,9 @@ TEST(CollectionScan, ASecondScanStartsAnew) {
     EXPECT_EQ(font->getFontCount(), 1);
     EXPECT_EQ(font->getFamilyName(0, 0), UnicodeString("KWTest Vertical"));
     EXPECT_EQ(font->face(1), nullptr);
+    std::istringstream none("none");
+    EXPECT_FALSE(font->scanFont(font.error, none));
+    EXPECT_EQ(font->getFontCount(), 0);
 }
 
 // --- the load -----------------------------------------------------------------------------------
@@ -239,6 +254,13 @@ TEST(CollectionLoad, OneBadFaceLeavesTheOthersUsable) {
     EXPECT_FALSE(font.load(0));
     EXPECT_EQ(font.complaint(), fileError("'hmtx' table not found"));
     EXPECT_TRUE(font.load(1));
+}
+
+TEST(CollectionLoad, AFaceWithoutACharacterMapDoesNotLoad) {
+    CollectionInMemory font(collectionOf({firstFace().without("cmap")}).build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_FALSE(font.load(0));
+    EXPECT_EQ(font.complaint(), fileError("'cmap' table not found"));
 }
 
 TEST(CollectionLoad, AFaceOpensTheFileByItself) {

@@ -16,6 +16,7 @@ namespace KWFontService_NS {
 namespace {
 
 using namespace KWTest;
+using namespace std::string_literals;
 using KWCommonNS::KWPtr;
 
 const Complaint kShort{1921, "Font read error."};
@@ -151,6 +152,76 @@ TEST(Woff, TablesStandInTheOrderOfTheDirectory) {
     EXPECT_EQ(sfnt.size(), next);
 }
 
+TEST(Woff, TheOrderOfTheDirectoryCountsAndNotThatOfTheData) {
+    const Bytes inOrder = WoffFile::of(latin()).build();
+    Bytes swapped = inOrder;
+    for (std::size_t i = 0; i < 20; ++i) {
+        swapped.patchU8At(44 + i, inOrder.u8At(64 + i));
+        swapped.patchU8At(64 + i, inOrder.u8At(44 + i));
+    }
+    WoffInMemory font(swapped);
+    ASSERT_TRUE(font.scan() && font.load()) << font.complaint();
+    const Bytes sfnt = font.sfnt();
+    EXPECT_EQ(sfnt.u32At(12), inOrder.u32At(64));
+    EXPECT_EQ(sfnt.u32At(12 + 8), 12 + 16 * std::uint32_t{sfnt.u16At(4)});
+    EXPECT_EQ(sfnt.u32At(28), inOrder.u32At(44));
+    EXPECT_GT(sfnt.u32At(28 + 8), sfnt.u32At(12 + 8));
+}
+
+TEST(Woff, ATableThatIsLongerPackedIsInflatedAllTheSame) {
+    TestFont source = TestFont::latin();
+    source.with("aaaa", letters(3));
+    WoffFile file = WoffFile::of(source.build());
+    file.table("aaaa") = WoffTable::packed("aaaa", letters(3));
+    ASSERT_GT(file.table("aaaa").stored.size(), 3U);
+    WoffInMemory font(file.build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_EQ(font.sfnt(), source.build());
+}
+
+TEST(Woff, TablesMayShareTheirBytes) {
+    TestFont source = TestFont::latin();
+    source.with("aaaa", letters(8)).with("bbbb", letters(8));
+    WoffFile file = WoffFile::of(source.build());
+    const std::size_t first = 44 + 20 * file.tables.size();
+    file.table("bbbb").stored = Bytes();
+    file.table("bbbb").compLength = 8;
+    file.table("bbbb").offset = static_cast<std::uint32_t>(first);
+    std::swap(file.table("aaaa"), file.tables.front());
+    ASSERT_EQ(file.tables.front().tag, "aaaa");
+    WoffInMemory font(file.build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    const std::string sfnt = font.sfnt().str();
+    const std::size_t at = sfnt.find(letters(8).str());
+    EXPECT_NE(sfnt.find(letters(8).str(), at + 1), std::string::npos);
+}
+
+TEST(Woff, TheLastTableIsPaddedToo) {
+    TestFont source = TestFont::latin();
+    WoffFile file = WoffFile::of(source.build());
+    file.tables.push_back(WoffTable::plain("zzzz", letters(5)));
+    WoffInMemory font(file.build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_EQ(font.sfnt().size() % 4, 0U);
+    EXPECT_EQ(font.sfnt().str().substr(font.sfnt().size() - 8), letters(5).str() + "\0\0\0"s);
+}
+
+TEST(Woff, ALoadReadsTheUnpackedFontWhateverStreamItIsGiven) {
+    const Bytes file = WoffFile::of(latin()).build();
+    WoffInMemory font(file);
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    std::istringstream other("another");
+    EXPECT_TRUE(font->loadFont(font.error, 0, &other)) << font.complaint();
+    EXPECT_EQ(font->getGlyphID('A', false, 0), TestFont::kA);
+}
+
+TEST(Woff, ALoadThatFailsTellsWhatTheFontInsideSays) {
+    WoffInMemory font(WoffFile::of(TestFont::latin().without("hmtx").build()).build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_FALSE(font.load());
+    EXPECT_EQ(font.complaint(), fileError("'hmtx' table not found"));
+}
+
 TEST(Woff, ChecksumsAreCopiedAndNotVerified) {
     WoffFile file = WoffFile::of(latin());
     file.table("head").origChecksum = 0xDEADBEEF;
@@ -165,10 +236,11 @@ TEST(Woff, SearchFieldsFollowFromTheNumberOfTables) {
         std::uint16_t range, selector, shift;
     };
     for (const Row& row : {Row{1, 16, 0, 0}, Row{2, 32, 1, 0}, Row{3, 32, 1, 16},
-                           Row{10, 128, 3, 32}, Row{16, 256, 4, 0}}) {
+                           Row{10, 128, 3, 32}, Row{16, 256, 4, 0}, Row{4095, 32768, 11, 32752}}) {
         WoffFile file;
         for (int i = 0; i < row.tables; ++i)
-            file.tables.push_back(WoffTable::plain("t" + std::to_string(100 + i), letters(4)));
+            file.tables.push_back(
+                WoffTable::plain("t" + std::to_string(100 + i % 900), letters(4)));
         WoffInMemory font(file.build());
         EXPECT_FALSE(font.scan()) << "no font";
         const Bytes sfnt = font.sfnt();
@@ -283,6 +355,12 @@ TEST(WoffScan, DamagedDataDoNotUncompress) {
     EXPECT_EQ(refused(raw.build()), fileError("Uncompress error."));
 }
 
+TEST(WoffScan, NoBytesDoNotUncompress) {
+    WoffFile file = WoffFile::of(latin());
+    file.table("glyf").compLength = 0;
+    EXPECT_EQ(refused(file.build()), fileError("Uncompress error."));
+}
+
 TEST(WoffScan, ATableThatUnpacksToMoreThanPromisedDoesNotUncompress) {
     WoffFile file = WoffFile::of(latin());
     file.tables.push_back(WoffTable::packed("zzzz", letters(1000)));
@@ -391,6 +469,41 @@ TEST(WoffBounds, SixtyFiveThousandTablesAreADirectoryLikeAnyOther) {
     EXPECT_FALSE(font.scan());
     EXPECT_EQ(font.complaint(), fileError("'glyf' or 'CFF' table not found"));
     EXPECT_EQ(font.sfnt().u16At(4), 0xFFFF);
+    EXPECT_EQ(font.sfnt().u16At(6), 0) << "what is left of 16 * 32768 in 16 bits";
+    EXPECT_EQ(font.sfnt().u16At(8), 15);
+    EXPECT_EQ(font.sfnt().u16At(10), 0xFFF0);
+}
+
+TEST(WoffBounds, ThePromiseMayGoToTheLimitAndNotBeyond) {
+    WoffFile file = WoffFile::of(latin());
+    file.tables.push_back(WoffTable::packed("zzzz", letters(1000)));
+    const std::size_t size = file.build().size();
+    std::uint32_t before = static_cast<std::uint32_t>(12 + 16 * file.tables.size());
+    for (std::size_t i = 0; i + 1 < file.tables.size(); ++i)
+        before += (file.tables[i].origLength + 3) / 4 * 4;
+    const auto room = static_cast<std::uint32_t>(KWCommonNS::kWoffFreeBytes +
+                                                 KWCommonNS::kWoffInflateFactor * size - before);
+    file.tables.back().origLength = room;
+    WoffInMemory most(file.build());
+    EXPECT_TRUE(most.scan()) << most.complaint();
+    file.tables.back().origLength = room + 1;
+    EXPECT_EQ(refused(file.build()), fileError("Uncompress error."));
+}
+
+TEST(WoffBounds, OneFileMayBeReadOnceOverToTheLastByte) {
+    WoffFile file = WoffFile::of(latin());
+    std::size_t left = file.build().size() + 20;
+    for (const WoffTable& table : file.tables)
+        left -= table.stored.size();
+    WoffTable all = WoffTable::plain("zzzz", Bytes());
+    all.offset = 0;
+    all.compLength = all.origLength = static_cast<std::uint32_t>(left);
+    file.tables.push_back(all);
+    WoffInMemory most(file.build());
+    EXPECT_TRUE(most.scan()) << most.complaint();
+    file.tables.back().compLength = file.tables.back().origLength =
+        static_cast<std::uint32_t>(left + 1);
+    EXPECT_EQ(refused(file.build()), kShort);
 }
 
 // --- the rebuilt stream -------------------------------------------------------------------------

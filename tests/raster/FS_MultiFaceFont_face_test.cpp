@@ -69,6 +69,37 @@ TEST(MultiFaceFTFace, ThereIsNoneBeforeTheScan) {
     EXPECT_EQ(font->getFTFace(0), nullptr);
 }
 
+TEST(MultiFaceFTFace, ASecondScanForgetsThem) {
+    const TempDir folder;
+    folder.write("two.ttc", twoFaces());
+    const KWPtr<FS_TrueTypeCollection> font =
+        scanned<FS_TrueTypeCollection>(folder.uri("two.ttc"), twoFaces());
+    ASSERT_NE(font->getFTFace(0), nullptr);
+    EXPECT_EQ(font->getFTFace(0)->num_glyphs, TestFont::kLatinGlyphs);
+    const Bytes other = SfntCollection{.fonts = {TestFont::vertical().sfnt()}}.build();
+    font->getFTFace(1);
+    std::istringstream stream(other.str());
+    KWError error;
+    ASSERT_TRUE(font->scanFont(error, stream));
+    EXPECT_EQ(font->getFTFace(1), nullptr);
+    folder.write("two.ttc", other);
+    ASSERT_NE(font->getFTFace(0), nullptr);
+    EXPECT_EQ(font->getFTFace(0)->num_glyphs, TestFont::kVerticalGlyphs);
+}
+
+TEST(MultiFaceFTFace, FacesOfACollectionHavePlacesAlsoAfterAScanThatFailed) {
+    const TempDir folder;
+    const Bytes file = SfntCollection{.fonts = {TestFont::latin().sfnt(),
+                                                TestFont::latin().without("head").sfnt()}}
+                           .build();
+    folder.write("two.ttc", file);
+    const KWPtr<FS_TrueTypeCollection> font(new FS_TrueTypeCollection(folder.uri("two.ttc")));
+    std::istringstream stream(file.str());
+    KWError error;
+    ASSERT_FALSE(font->scanFont(error, stream));
+    EXPECT_NE(font->getFTFace(0), nullptr);
+}
+
 TEST(MultiFaceFTFace, AFaceThatDidNotOpenIsNotTriedAgain) {
     const TempDir folder;
     const KWPtr<FS_TrueTypeCollection> font =
