@@ -311,8 +311,8 @@ public:
                       const unsigned int* tables) const;
     /// Subset that keeps the font's `cmap`. False for `CFF ` outlines.
     bool getEmbedFontWithCmap(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
-    /// The font file itself; a collection member as a file of its own; of a font with `CFF `
-    /// outlines that table.
+    /// The font file itself; a collection member as a file of its own; of a WOFF file the font
+    /// unpacked; of a font with `CFF ` outlines that table.
     bool getEmbedFontStream(KWMemStream& output) const;
     /// Subset for a PostScript Type 42 font whose glyphs are kept apart. False for `CFF ` outlines.
     bool getPSEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
