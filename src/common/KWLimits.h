@@ -60,6 +60,12 @@ inline constexpr std::size_t kMaxFacesScanBytes = std::size_t{8} << 20;
 /// What one read counts for at least, since a name of one letter takes memory, too.
 inline constexpr std::size_t kFacesScanReadCost = 64;
 
+/// Bytes of tables that loading the faces of one file may take: a multiple of the file, and some
+/// megabytes besides. A host may load all of them at once, and thousands may share one table. What
+/// real faces share is `glyf` or charstrings, of which a load reads nothing or little.
+inline constexpr std::uint64_t kFacesLoadFactor = 64;
+inline constexpr std::uint64_t kFacesLoadFreeBytes = std::uint64_t{64} << 20;
+
 /// How large an sfnt may come out of a WOFF file: a multiple of the file, and some megabytes
 /// besides. Fonts deflate to a half or a quarter; what zlib makes of a `loca` or `hmtx` of equal
 /// entries, some hundredths, is small in either form. zlib itself goes to a thousandth.

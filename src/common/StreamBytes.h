@@ -47,4 +47,12 @@ inline std::size_t readStreamAt(std::istream& stream, std::uint64_t offset, std:
     return out.size();
 }
 
+/// How long a stream is, whatever state it is in; 0 where it cannot tell.
+inline std::uint64_t streamSize(std::istream& stream) {
+    stream.clear();
+    stream.seekg(0, std::ios::end);
+    const std::streamoff end = stream.tellg();
+    return end > 0 ? static_cast<std::uint64_t>(end) : 0;
+}
+
 } // namespace KWCommonNS

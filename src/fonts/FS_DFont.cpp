@@ -77,7 +77,7 @@ bool FS_DFont::failScan(KWError& error, FS_ERROR code) const {
 }
 
 bool FS_DFont::scanFont(KWError& error, std::istream& stream) {
-    startScan();
+    startScan(stream);
     std::array<std::uint8_t, kHeaderSize> header;
     if (readStreamAt(stream, 0, header) != header.size())
         return failScan(error, FS_ERROR_FONT_READ);

@@ -1,5 +1,8 @@
 #include "fonts/FS_MultiFaceFont.h"
 
+#include "common/KWLimits.h"
+#include "common/StreamBytes.h"
+
 namespace KWFontService_NS {
 
 FS_MultiFaceFont::~FS_MultiFaceFont() = default;
@@ -26,7 +29,9 @@ const FS_TrueTypeInfo* FS_MultiFaceFont::face(int faceIndex) const {
     return faceIndex >= 0 && place < faces.size() ? &faces[place] : nullptr;
 }
 
-void FS_MultiFaceFont::startScan() {
+void FS_MultiFaceFont::startScan(std::istream& stream) {
+    fileSize_ = KWCommonNS::streamSize(stream);
+    loadBytesLeft_ = KWCommonNS::kFacesLoadFreeBytes + KWCommonNS::kFacesLoadFactor * fileSize_;
     faceCount = 0;
     faces.clear();
     ftFaces.clear();
@@ -43,7 +48,21 @@ void FS_MultiFaceFont::finishScan() {
 
 bool FS_MultiFaceFont::loadFont(KWError& error, int faceIndex, std::istream* stream) {
     FS_TrueTypeInfo* const info = face(faceIndex);
-    return info != nullptr && info->loadTables(error, stream, false);
+    if (info == nullptr)
+        return false;
+    if (!info->isLoaded() && !chargeLoad(*info))
+        return fontError(error, FS_ERROR_FONT_READ, UnicodeString());
+    return info->loadTables(error, stream, false);
+}
+
+bool FS_MultiFaceFont::chargeLoad(const FS_TrueTypeInfo& info) {
+    const std::uint64_t cost = info.loadSize(fileSize_);
+    KWCommonNS::KWMutex mutex(loadBytesLock_);
+    mutex.lock();
+    if (cost > loadBytesLeft_)
+        return false;
+    loadBytesLeft_ -= cost;
+    return true;
 }
 
 float FS_MultiFaceFont::getTypoDescender(int faceIndex) const {

@@ -4,6 +4,8 @@
 
 #include <KWFontService17/FS_BaseFont.h>
 
+#include <KWCommon15/KWLock.h>
+
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -20,6 +22,7 @@ public:
     bool isType1Font(int faceIndex) const override;
     bool isTrueTypeFont(int faceIndex) const override;
     int getFontCount() const override;
+    /// Fails once the faces loaded so far have had more than the file can justify.
     bool loadFont(KWError& error, int faceIndex, std::istream* stream) override;
 
     void registerFileName(FS_FontPool& pool, const KWUri& fileUri) override;
@@ -38,7 +41,7 @@ protected:
     using FS_BaseFont::FS_BaseFont;
 
     /// Forgets the faces of an earlier scan.
-    void startScan();
+    void startScan(std::istream& stream);
     /// Adds a face and scans it from `offset` of the file on.
     bool scanFace(KWError& error, std::istream& stream, std::uint64_t offset, ScanBudget& budget);
     /// Gives every face its place for a FreeType face.
@@ -47,6 +50,13 @@ protected:
     int faceCount = 0;
     std::deque<FS_TrueTypeInfo> faces;                ///< holders do not move, and come one by one
     std::vector<std::optional<FS_FTFacePtr>> ftFaces; ///< without a value: not asked for yet
+
+private:
+    bool chargeLoad(const FS_TrueTypeInfo& info);
+
+    std::uint64_t fileSize_ = 0;
+    std::uint64_t loadBytesLeft_ = 0;
+    KWCommonNS::KWLock loadBytesLock_; ///< each face may be loaded in a thread of its own
 };
 
 } // namespace KWFontService_NS

@@ -66,7 +66,7 @@ bool FS_TrueTypeCollection::isFontCollection() const {
 }
 
 bool FS_TrueTypeCollection::scanFont(KWError& error, std::istream& stream) {
-    startScan();
+    startScan(stream);
     std::array<std::uint8_t, kHeaderSize> header;
     if (readStreamAt(stream, 0, header) != header.size())
         return fontError(error, FS_ERROR_FONT_READ, "TTC header read error");

@@ -54,6 +54,9 @@ public:
     /// `loadLock`.
     bool loadTables(KWError& error, std::istream* stream, bool embedded);
 
+    /// What the tables that a load reads claim, each no more than the file has.
+    std::uint64_t loadSize(std::uint64_t fileSize) const;
+
     bool isLoaded() const { return loaded.load(std::memory_order_acquire); }
 
     /// Null when the font lacks the table.

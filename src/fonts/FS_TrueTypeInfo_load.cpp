@@ -6,6 +6,7 @@
 
 #include <KWCommon15/KWLock.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace KWFontService_NS {
@@ -77,6 +78,18 @@ bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool 
     step(loadMath(reader));
     step(loadVerticalAdvances(reader));
     return allOk;
+}
+
+std::uint64_t FS_TrueTypeInfo::loadSize(std::uint64_t fileSize) const {
+    std::uint64_t size = 0;
+    for (const std::uint32_t tag :
+         {sfntTag("CFF "), sfntTag("GDEF"), sfntTag("GPOS"), sfntTag("GSUB"), sfntTag("cmap"),
+          sfntTag("kern"), sfntTag("maxp"), sfntTag("hmtx"), sfntTag("mort"), sfntTag("VORG"),
+          sfntTag("MATH"), sfntTag("vmtx")}) {
+        if (const TTI_TableRecord* const record = tableDirectory.find(tag))
+            size += std::min<std::uint64_t>(record->length, fileSize);
+    }
+    return size;
 }
 
 bool FS_TrueTypeInfo::loadCff(SfntReader& reader, std::istream& stream) {

@@ -21,6 +21,7 @@ using KWCommonNS::ByteView;
 using KWCommonNS::KWMutex;
 using KWCommonNS::KWUtil;
 using KWCommonNS::readStreamAt;
+using KWCommonNS::streamSize;
 
 namespace {
 
@@ -33,13 +34,6 @@ std::uint64_t sfntLimit(std::uint64_t fileSize) {
     constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
     const std::uint64_t bounded = std::min(fileSize, kMost);
     return std::min(KWCommonNS::kWoffFreeBytes + KWCommonNS::kWoffInflateFactor * bounded, kMost);
-}
-
-std::uint64_t sizeOf(std::istream& stream) {
-    stream.clear();
-    stream.seekg(0, std::ios::end);
-    const std::streamoff end = stream.tellg();
-    return end > 0 ? static_cast<std::uint64_t>(end) : 0;
 }
 
 /// The offset table: version, count, and the search fields that follow from it.
@@ -158,7 +152,7 @@ bool FS_WOFF::unpack(KWError& error, std::istream& stream) {
         return failFile(error, "Invalid WOFF header.");
     const std::uint16_t numTables = ByteView::loadU16(&header[12]);
 
-    const std::uint64_t fileSize = sizeOf(stream);
+    const std::uint64_t fileSize = streamSize(stream);
     const std::size_t tablesAt =
         TTI_Directory::kHeaderSize + TTI_Directory::kRecordSize * numTables;
     Unpacking state{stream, sfntLimit(fileSize), fileSize, tablesAt, {}, {}};

@@ -181,6 +181,45 @@ TEST(HostileFaces, ASharedDirectoryIsNotKeptWithoutEnd) {
     EXPECT_LE(outcome.bytesRead, KWCommonNS::kMaxFacesScanBytes + kOffsetTables);
 }
 
+/// How many faces of a collection load, one after the other.
+int facesThatLoad(const Bytes& file, Complaint& complaint) {
+    CollectionInMemory font(file);
+    EXPECT_TRUE(font.scan()) << font.complaint();
+    int loaded = 0;
+    while (loaded < font->getFontCount() && font.load(loaded))
+        ++loaded;
+    EXPECT_TRUE(loaded == 0 || font.load(0)) << "a face that is loaded stays so";
+    complaint = font.complaint();
+    return loaded;
+}
+
+TEST(HostileFaces, ASharedTableIsNotLoadedWithoutEnd) {
+    TestFont font = firstFace();
+    font.name = {.records = {windowsName(1, u"N")}};
+    font.with("GSUB", Bytes().u32(0x00010000).zero(std::size_t{1} << 20));
+    const Bytes file = sameFaceManyTimes(font, 400);
+    Complaint complaint;
+    const int loaded = facesThatLoad(file, complaint);
+    EXPECT_GE(loaded, 128);
+    EXPECT_LE(loaded, 130);
+    EXPECT_EQ(complaint, (Complaint{1921, "Font read error."}));
+}
+
+TEST(HostileFaces, OutlinesThatFacesShareCostTheirLoadsNothing) {
+    TestFont font = firstFace();
+    font.with("zzzz", Bytes().zero(std::size_t{1} << 20));
+    Complaint complaint;
+    EXPECT_EQ(facesThatLoad(sameFaceManyTimes(font, 400), complaint), 400) << complaint;
+}
+
+TEST(HostileFaces, ATableThatClaimsMoreThanTheFileCostsNoMoreThanTheFile) {
+    SfntBuilder sfnt = firstFace().sfnt();
+    sfnt.lie("hmtx", {.length = 0xFFFFFFFFU});
+    CollectionInMemory font(SfntCollection{.fonts = {sfnt}}.build());
+    ASSERT_TRUE(font.scan()) << font.complaint();
+    EXPECT_TRUE(font.load(0)) << "of `hmtx` a load reads what it needs: " << font.complaint();
+}
+
 TEST(HostileFaces, SmallFacesWithoutNumberCostAtLeastTheirReads) {
     TestFont font = firstFace();
     font.name = {.records = {windowsName(1, u"N")}};
