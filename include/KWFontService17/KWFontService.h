@@ -6,6 +6,7 @@
 #include <KWFontService17/FS_BaseFont.h>
 #include <KWFontService17/FS_Error.h>
 #include <KWFontService17/FS_Export.h>
+#include <KWFontService17/FS_ExtraFontManager.h>
 #include <KWFontService17/FS_FontFeatureSettings.h>
 #include <KWFontService17/FS_FontInfo.h>
 #include <KWFontService17/FS_Functions.h>

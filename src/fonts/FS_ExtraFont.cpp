@@ -74,6 +74,14 @@ bool FS_ExtraFont::loadFont(KWError& error, int faceIndex, std::istream* stream)
     return innerFont && innerFont->loadFont(error, faceIndex, stream);
 }
 
+bool FS_ExtraFont::restyle(int weight, int italic) {
+    if (weight == weightDescriptor && italic == italicDescriptor)
+        return false;
+    weightDescriptor = weight;
+    italicDescriptor = italic;
+    return true;
+}
+
 int FS_ExtraFont::getWeight(int faceIndex) const {
     if (weightDescriptor != 0)
         return weightDescriptor;

@@ -38,6 +38,10 @@ public:
     /// Under the family names that were given to the font alone.
     void registerFontNames(FS_FontPool& pool) override;
 
+    /// Declares another style.
+    /// @return  false when it is the one that was declared before
+    bool restyle(int weight, int italic);
+
     int getWeight(int faceIndex) const override;
     bool isItalic(int faceIndex) const override;
     bool getLogFont(FS_EnumLogFontEx& font, int faceIndex) const override;

@@ -8,9 +8,10 @@ namespace {
 constexpr std::size_t kWindowSize = 8192;
 }
 
-std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri) {
+std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri,
+                                             KWCommonNS::KWUri::ContentInfo* info) {
     try {
-        std::unique_ptr<std::istream> stream(uri.getIStream(nullptr, nullptr));
+        std::unique_ptr<std::istream> stream(uri.getIStream(info, nullptr));
         if (!stream)
             return nullptr;
         stream->exceptions(std::ios::goodbit);

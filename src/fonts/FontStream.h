@@ -10,6 +10,8 @@ namespace KWFontService_NS {
 /// Opens a font file for reading by absolute offsets: a local file as it is, anything else through
 /// a window, since the stream of a host may not seek. Null when it does not open; a fetcher of the
 /// host that throws does not open. Reading it throws nothing.
-std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri);
+/// @param info  receives what is known about the file; may be null
+std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri,
+                                             KWCommonNS::KWUri::ContentInfo* info = nullptr);
 
 } // namespace KWFontService_NS

@@ -93,11 +93,4 @@ void FS_FontPool::addExtraFamilies(const std::set<UnicodeString>& names, const F
         addName(byName, normaliseFontName(name), ref, key);
 }
 
-void FS_ExtraFontPool::registerFont(KWPtr<FS_BaseFont> font) {
-    font->registerFileName(*this, font->getUri());
-    font->registerFontNames(*this);
-}
-
-void FS_ExtraFontPool::registerNamedFont(FS_BaseFont&, const UnicodeString&) {}
-
 } // namespace KWFontService_NS

@@ -79,12 +79,4 @@ public:
     FS_TextMap<std::int32_t> byUri;          ///< URI text to an index into `fonts`
 };
 
-/// The pool of the fonts that a document brings along: without file names that lack their
-/// extension, and without fresh names.
-class FS_ExtraFontPool final : public FS_FontPool {
-public:
-    void registerFont(KWPtr<FS_BaseFont> font) override;
-    void registerNamedFont(FS_BaseFont& font, const UnicodeString& prefix) override;
-};
-
 } // namespace KWFontService_NS

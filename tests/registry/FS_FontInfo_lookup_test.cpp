@@ -1,4 +1,5 @@
 #include "fonts/FS_ServiceContext.h"
+#include "registry/FS_ExtraFontPool.h"
 #include "registry/FakeFont.h"
 #include "registry/RegistryFixture.h"
 

@@ -253,23 +253,4 @@ TEST(RegisterNamedFont, KeepsNoReference) {
     EXPECT_TRUE(pool.fonts.empty());
 }
 
-// --- the fonts of a document ------------------------------------------------------------------
-
-TEST(ExtraFontPool, EntersNoFileNameWithoutItsExtension) {
-    FS_ExtraFontPool pool;
-    const auto font = fakeFont(u"/a/doc.ttf", u"Own");
-    pool.registerFont(font);
-    EXPECT_EQ(fontOf(pool, u"DOC.TTF"), font.get());
-    EXPECT_EQ(fontOf(pool, u"doc"), nullptr);
-    EXPECT_EQ(fontOf(pool, u"own"), font.get());
-}
-
-TEST(ExtraFontPool, RegisterNamedFontDoesNothing) {
-    FS_ExtraFontPool pool;
-    const KWPtr<FakeFont> font(new FakeFont);
-    pool.registerNamedFont(*font, u"X");
-    EXPECT_EQ(font->postScript, UnicodeString(u"Fake-PS"));
-    EXPECT_TRUE(pool.byName.empty());
-}
-
 } // namespace
