@@ -1,6 +1,6 @@
 #include "cff/Type1CMap.h"
 
-#include "cff/StandardStrings.h"
+#include "type1/StandardStrings.h"
 
 #include <algorithm>
 #include <utility>

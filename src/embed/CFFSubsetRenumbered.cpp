@@ -1,13 +1,13 @@
 #include "embed/CFFSubsetRenumbered.h"
 
 #include "cff/CFFNumbers.h"
-#include "cff/StandardStrings.h"
 #include "common/KWLimits.h"
 #include "embed/CFFIndexWriter.h"
 #include "embed/CFFSubrUse.h"
 #include "embed/CFFTopDict.h"
 #include "embed/CharStringStore.h"
 #include "embed/SeacFinder.h"
+#include "type1/StandardStrings.h"
 
 #include <KWCommon15/KWNamedValue.h>
 

@@ -1,8 +1,8 @@
 #include "embed/CFFTopDict.h"
 
 #include "cff/CFFNumbers.h"
-#include "cff/StandardStrings.h"
 #include "embed/CFFDictScanner.h"
+#include "type1/StandardStrings.h"
 
 namespace KWFontService_NS {
 

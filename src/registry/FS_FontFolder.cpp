@@ -1,7 +1,7 @@
 #include "registry/FS_FontFolder.h"
 
 #include "common/TextView.h"
-#include "registry/NameKeys.h"
+#include "type1/NameKeys.h"
 
 #include <tuple>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "registry/FS_TextHash.h"
-#include "registry/NameKeys.h"
+#include "type1/NameKeys.h"
 
 #include <KWFontService17/FS_BaseFont.h>
 

@@ -1,11 +1,11 @@
 // The CFF tables of packaged fonts, as we and fontTools read them.
 
 #include "cff/CFFDict.h"
-#include "cff/StandardStrings.h"
 #include "cff/Type1CMap.h"
 #include "support/FontPackages.h"
 #include "support/FontTables.h"
 #include "support/ProcessRunner.h"
+#include "type1/StandardStrings.h"
 
 #include <KWCommon15/KWNamedValue.h>
 

@@ -1,4 +1,4 @@
-#include "cff/StandardStrings.h"
+#include "type1/StandardStrings.h"
 
 #include <iterator>
 

@@ -1,4 +1,4 @@
-#include "registry/NameKeys.h"
+#include "type1/NameKeys.h"
 
 #include "common/AsciiChars.h"
 #include "common/TextView.h"

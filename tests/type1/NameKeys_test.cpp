@@ -1,4 +1,4 @@
-#include "registry/NameKeys.h"
+#include "type1/NameKeys.h"
 
 #include "support/DefaultLocale.h"
 
