@@ -31,6 +31,8 @@ inline constexpr unsigned short FS_NO_GLYPH = 0xFFFF;
 /// The format of a font file, or how a caller asks for a font to be read.
 enum FS_FontFileType : std::int32_t {
     FS_FILETYPE_UNKNOWN = 0,
+    FS_FILETYPE_PFA = 1, ///< Type 1 font program in hexadecimal text
+    FS_FILETYPE_PFB = 2, ///< Type 1 font program in segments
     FS_FILETYPE_AFM = 3,
     FS_FILETYPE_PFM = 4,
     FS_FILETYPE_TRUETYPE = 5,

@@ -4,6 +4,7 @@
 #include "cff/CFFDict.h"
 #include "cff/CFFFontDicts.h"
 #include "cff/CFFIndex.h"
+#include "type1/Type1CodeMap.h"
 
 #include <KWFontService17/FS_Types.h>
 
@@ -19,13 +20,12 @@ namespace KWFontService_NS {
 /// strings, the codes and names or CIDs of its glyphs, the Top DICT. Outlines, subrs, Private and
 /// Font DICTs stay in the file; the `read...` operations get them from there at each call.
 ///
-/// The load fills it once; after that it does not change, and any thread may ask.
-class Type1CMap {
+/// The load fills it once; after that it does not change, and any thread may ask. What changes are
+/// the codes that it hands out.
+class Type1CMap : public Type1CodeMap {
 public:
     Type1CMap() = default;
     virtual ~Type1CMap();
-    Type1CMap(const Type1CMap&) = delete;
-    Type1CMap& operator=(const Type1CMap&) = delete;
 
     /// The load. False on a short read and for contents that cannot be read, which leaves
     /// everything as it was. The header's size byte is not looked at, and offsets 1 and 2 to

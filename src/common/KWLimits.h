@@ -116,6 +116,17 @@ inline constexpr std::size_t kKnownSubrCost = 64;
 /// Places where a charstring may end, in subrs that it calls. An honest one ends once.
 inline constexpr std::size_t kMaxCharStringEnds = 4;
 
+/// Bytes of a line at the head of a Type 1 font program that count. Real ones have less than 1 KiB;
+/// a file without line ends is one line.
+inline constexpr std::size_t kMaxPrinterFontLine = std::size_t{64} << 10;
+
+/// Bytes of a glyph name in a list of glyph names. PostScript allows 127.
+inline constexpr std::size_t kMaxGlyphNameLength = 1024;
+
+/// The zeros that close the eexec section of a font program are 512; fewer than these, half a line,
+/// may be part of it.
+inline constexpr std::size_t kFewestClosingZeros = 32;
+
 // What a writer of fonts may make us do.
 
 /// Rounds of a glyph closure that read small gaps between glyphs, which saves reads. Each round may

@@ -55,4 +55,24 @@ inline std::uint64_t streamSize(std::istream& stream) {
     return end > 0 ? static_cast<std::uint64_t>(end) : 0;
 }
 
+/// Appends the next `length` bytes of a stream to `out`, or as many as there are; answers how many.
+/// Memory grows with the bytes that really arrive.
+inline std::size_t appendFromStream(std::istream& stream, std::size_t length,
+                                    std::vector<std::uint8_t>& out) {
+    std::size_t total = 0;
+    while (total < length) {
+        const std::size_t have = out.size();
+        const std::size_t step = std::min(length - total, std::max(total, kTrustedBytes));
+        out.resize(have + step);
+        stream.read(reinterpret_cast<char*>(out.data() + have), static_cast<std::streamsize>(step));
+        const auto got = static_cast<std::size_t>(stream.gcount());
+        total += got;
+        if (got < step) {
+            out.resize(have + got);
+            break;
+        }
+    }
+    return total;
+}
+
 } // namespace KWCommonNS

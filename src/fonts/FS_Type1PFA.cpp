@@ -1,0 +1,24 @@
+#include "fonts/FS_Type1PFA.h"
+
+namespace KWFontService_NS {
+
+FS_Type1PFA::FS_Type1PFA(const KWUri& fontUri) : FS_Type1Printer(fontUri) {}
+
+unsigned int FS_Type1PFA::getClassId() const {
+    return FS_CLASSID_TYPE1_PFA;
+}
+
+bool FS_Type1PFA::isKindOf(unsigned int id) const {
+    return id == FS_CLASSID_TYPE1_PFA || FS_Type1Printer::isKindOf(id);
+}
+
+FS_FontFileType FS_Type1PFA::getFontFileType(int) const {
+    return FS_FILETYPE_PFA;
+}
+
+std::optional<PrinterFontError> FS_Type1PFA::scanHead(std::istream& stream,
+                                                      PrinterFontHead& head) const {
+    return scanPFAHead(stream, head);
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "fonts/FS_Type1Printer.h"
+
+namespace KWFontService_NS {
+
+/// A font program as hexadecimal text (.pfa).
+class FS_Type1PFA final : public FS_Type1Printer {
+public:
+    explicit FS_Type1PFA(const KWUri& uri);
+
+    unsigned int getClassId() const override;
+    bool isKindOf(unsigned int id) const override;
+    FS_FontFileType getFontFileType(int faceIndex) const override;
+
+protected:
+    std::optional<PrinterFontError> scanHead(std::istream& stream,
+                                             PrinterFontHead& head) const override;
+};
+
+} // namespace KWFontService_NS

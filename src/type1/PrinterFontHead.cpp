@@ -1,0 +1,291 @@
+#include "type1/PrinterFontHead.h"
+
+#include "common/AsciiChars.h"
+#include "common/KWLimits.h"
+#include "common/StreamBytes.h"
+#include "type1/Type1Lines.h"
+#include "type1/WeightText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <istream>
+#include <string>
+#include <vector>
+
+namespace KWFontService_NS {
+
+namespace {
+
+using KWCommonNS::kMaxPrinterFontLine;
+
+/// The rest of a line behind its key, cut to the value.
+struct Value {
+    std::string_view text;
+    std::string_view following; ///< the word behind it
+    bool isBracketed = false;   ///< stood in parentheses, brackets or braces, without them here
+};
+
+using Handler = bool (*)(PrinterFontHead& head, const Value& value);
+
+struct KeyRow {
+    std::string_view key;
+    Handler handler;
+};
+
+// --- handlers that both forms share -------------------------------------------------------------
+
+bool setPostScriptName(PrinterFontHead& head, const Value& value) {
+    std::string_view name = value.text;
+    if (name.starts_with('/'))
+        name.remove_prefix(1);
+    head.postScriptName = textOfBytes(name);
+    return true;
+}
+
+template <UnicodeString PrinterFontHead::*Field>
+bool setText(PrinterFontHead& head, const Value& value) {
+    head.*Field = textOfBytes(value.text);
+    return true;
+}
+
+bool setWeight(PrinterFontHead& head, const Value& value) {
+    head.weightName = textOfBytes(value.text);
+    head.weight = weightFromText(head.weightName);
+    return true;
+}
+
+template <float PrinterFontHead::*Field>
+bool setNumber(PrinterFontHead& head, const Value& value) {
+    head.*Field = static_cast<float>(leadingNumber(value.text));
+    return true;
+}
+
+bool setFixedPitch(PrinterFontHead& head, const Value& value) {
+    std::string lower(value.text);
+    std::ranges::transform(lower, lower.begin(),
+                           [](char ch) { return static_cast<char>(KWCommonNS::toAsciiLower(ch)); });
+    head.isFixedPitch = lower.find("true") != std::string::npos;
+    return true;
+}
+
+bool setFontBBox(PrinterFontHead& head, const Value& value) {
+    const auto box = readType1Box(value.text);
+    if (box)
+        head.fontBBox = *box;
+    return box.has_value();
+}
+
+void setStandardEncoding(PrinterFontHead& head) {
+    head.isStandardEncoding =
+        head.encodingName.isEmpty() || head.encodingName == u"StandardEncoding";
+}
+
+// --- the two forms ------------------------------------------------------------------------------
+
+bool setPFAEncoding(PrinterFontHead& head, const Value& value) {
+    setText<&PrinterFontHead::encodingName>(head, value);
+    setStandardEncoding(head);
+    head.isSymbolic = !head.isStandardEncoding;
+    return true;
+}
+
+bool setPFBEncoding(PrinterFontHead& head, const Value& value) {
+    setText<&PrinterFontHead::encodingName>(head, value);
+    if (value.following != "def")
+        head.encodingName = UnicodeString("FontSpecific");
+    return true;
+}
+
+bool setPFBFontBBox(PrinterFontHead& head, const Value& value) {
+    return !value.isBracketed || setFontBBox(head, value);
+}
+
+// Real fonts write `isFixedPitch`, which is another key: whether their pitch is fixed is taken from
+// their metrics files.
+constexpr auto makeKeys(Handler encoding, Handler fontBBox) {
+    return std::to_array<KeyRow>({
+        {"FontName", setPostScriptName},
+        {"FullName", setText<&PrinterFontHead::fullName>},
+        {"FamilyName", setText<&PrinterFontHead::familyName>},
+        {"Weight", setWeight},
+        {"ItalicAngle", setNumber<&PrinterFontHead::italicAngle>},
+        {"IsFixedPitch", setFixedPitch},
+        {"UnderlinePosition", setNumber<&PrinterFontHead::underlinePosition>},
+        {"UnderlineThickness", setNumber<&PrinterFontHead::underlineThickness>},
+        {"Encoding", encoding},
+        {"FontBBox", fontBBox},
+    });
+}
+constexpr auto kPFAKeys = makeKeys(setPFAEncoding, setFontBBox);
+constexpr auto kPFBKeys = makeKeys(setPFBEncoding, setPFBFontBBox);
+
+template <class Keys>
+Handler findHandler(const Keys& keys, std::string_view key) {
+    const auto found = std::ranges::find(keys, key, &KeyRow::key);
+    return found != keys.end() ? found->handler : nullptr;
+}
+
+/// The bracket that closes one of the three kinds; 0 for another character.
+constexpr char closingBracket(char ch) {
+    switch (ch) {
+    case '(':
+        return ')';
+    case '[':
+        return ']';
+    case '{':
+        return '}';
+    default:
+        return 0;
+    }
+}
+
+/// What lies between the bracket that a text begins with and the last one that closes it, or the
+/// end of the text.
+std::string_view insideBrackets(std::string_view text) {
+    const std::size_t close = text.rfind(closingBracket(text.front()));
+    return close != std::string_view::npos ? text.substr(1, close - 1) : text.substr(1);
+}
+
+bool isBracketed(std::string_view text) {
+    return !text.empty() && closingBracket(text.front()) != 0;
+}
+
+// --- hexadecimal text ---------------------------------------------------------------------------
+
+/// Cuts a word off the end of a text, if it ends in that word.
+bool dropLastWord(std::string_view& text, std::string_view word) {
+    if (!text.ends_with(word))
+        return false;
+    const std::string_view rest = text.substr(0, text.size() - word.size());
+    if (!rest.empty() && !isType1Separator(rest.back()) &&
+        std::string_view(")]}").find(rest.back()) == std::string_view::npos)
+        return false;
+    text = trimSeparators(rest);
+    return true;
+}
+
+/// The value as it is assigned, without what assigns it.
+std::string_view withoutDefinition(std::string_view text) {
+    text = trimSeparators(text);
+    if (dropLastWord(text, "def"))
+        dropLastWord(text, "readonly");
+    else if (!dropLastWord(text, "ND"))
+        dropLastWord(text, "|-");
+    return text;
+}
+
+/// The first word, which a delimiter of PostScript ends like a separator: `/FontBBox{0 0 9 9}`.
+std::string_view cutKey(std::string_view& line) {
+    std::string_view word = cutWord(line);
+    const std::size_t delimiter = word.find_first_of("([{/", 1);
+    if (delimiter != std::string_view::npos) {
+        line = {word.data() + delimiter, line.size() + word.size() - delimiter};
+        word = word.substr(0, delimiter);
+    }
+    return word;
+}
+
+// --- segments -----------------------------------------------------------------------------------
+
+constexpr std::uint8_t kSegmentMark = 0x80;
+constexpr std::uint8_t kTextSegment = 1;
+
+PrinterFontError badHeader(const char* what, std::uint8_t byte) {
+    char hex[3] = {};
+    std::snprintf(hex, sizeof hex, "%02X", unsigned{byte});
+    return {FS_ERROR_FONT_FILE, UnicodeString(what).append(UnicodeString(hex))};
+}
+
+Value segmentValue(std::string_view rest) {
+    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+    Value value;
+    if (isBracketed(rest)) {
+        value.text = insideBrackets(rest);
+        value.isBracketed = true;
+    } else {
+        value.text = cutWord(rest);
+        value.following = cutWord(rest);
+    }
+    return value;
+}
+
+/// The key of a line that begins with a slash, cut off with it.
+std::string_view cutSegmentKey(std::string_view& line) {
+    line.remove_prefix(1);
+    const auto end =
+        std::ranges::find_if_not(line, [](char ch) { return KWCommonNS::isAlpha(ch); });
+    const std::string_view key = line.substr(0, static_cast<std::size_t>(end - line.begin()));
+    line.remove_prefix(key.size());
+    return key;
+}
+
+/// Cuts a line off the text, and the line ends behind it.
+std::string_view cutLine(std::string_view& text) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    text.remove_prefix(line.size());
+    text.remove_prefix(std::min(text.find_first_not_of("\r\n"), text.size()));
+    return line.substr(0, kMaxPrinterFontLine);
+}
+
+std::optional<PrinterFontError> readSegment(std::string_view text, PrinterFontHead& head) {
+    while (!text.empty()) {
+        std::string_view line = cutLine(text);
+        if (line.starts_with('/')) {
+            const std::string_view key = cutSegmentKey(line);
+            const Handler handler = findHandler(kPFBKeys, key);
+            if (handler != nullptr && !handler(head, segmentValue(line)))
+                return PrinterFontError{FS_ERROR_FONT_FILE, textOfBytes(key)};
+        } else if (line.starts_with("dup")) {
+            head.isSymbolic = true; // an entry of an Encoding of the font's own
+        }
+    }
+    setStandardEncoding(head);
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<PrinterFontError> scanPFAHead(std::istream& stream, PrinterFontHead& head) {
+    Type1Lines lines(stream, kMaxPrinterFontLine, Type1LineEnd::LF);
+    for (std::string_view line; lines.next(line);) {
+        std::string_view rest = line;
+        const std::string_view word = cutKey(rest);
+        if (word.empty())
+            continue;
+        const Handler handler =
+            word.starts_with('/') ? findHandler(kPFAKeys, word.substr(1)) : nullptr;
+        if (handler == nullptr) {
+            if (line.find("currentfile") != std::string_view::npos)
+                break;
+            continue;
+        }
+        Value value;
+        value.text = withoutDefinition(rest);
+        if (handler == setFontBBox && isBracketed(value.text))
+            value.text = insideBrackets(value.text);
+        if (!handler(head, value))
+            return PrinterFontError{FS_ERROR_FONT_FILE, UnicodeString()};
+    }
+    return std::nullopt;
+}
+
+std::optional<PrinterFontError> scanPFBHead(std::istream& stream, PrinterFontHead& head) {
+    std::vector<std::uint8_t> bytes;
+    constexpr std::size_t kHeaderSize = 6;
+    if (KWCommonNS::appendFromStream(stream, kHeaderSize, bytes) < kHeaderSize)
+        return PrinterFontError{FS_ERROR_FONT_READ, UnicodeString()};
+    if (bytes[0] != kSegmentMark)
+        return badHeader("Header bad signature: ", bytes[0]);
+    if (bytes[1] != kTextSegment)
+        return badHeader("Header bad segmentType: ", bytes[1]);
+    const std::uint32_t length = std::uint32_t{bytes[2]} | std::uint32_t{bytes[3]} << 8 |
+                                 std::uint32_t{bytes[4]} << 16 | std::uint32_t{bytes[5]} << 24;
+    bytes.clear();
+    if (KWCommonNS::appendFromStream(stream, length, bytes) < length)
+        return PrinterFontError{FS_ERROR_FONT_FILE, UnicodeString("SegmentData read error")};
+    return readSegment({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, head);
+}
+
+} // namespace KWFontService_NS

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <KWFontService17/FS_BaseFont.h>
+
+#include <KWCommon15/KWLock.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace KWFontService_NS {
+
+/// The one-byte codes that a font hands out to the characters of a document, on first use.
+///
+/// A document may use more glyphs than a font program has codes for. So a code has two bytes: the
+/// number of a font program, and a code in that. Low byte 0 is never handed out, and so 0 means
+/// that there is no code.
+///
+/// Every operation takes the lock; a caller that needs several in one holds `codeLock`.
+class Type1CodeMap {
+public:
+    /// How many counter values go to one font program, the multiples, which are stepped over,
+    /// included.
+    static constexpr int kCodesOfAFont = 254;
+    /// The counter value that all font programs are full at.
+    static constexpr int kAllCodes = 256 * kCodesOfAFont;
+
+    Type1CodeMap();
+    ~Type1CodeMap();
+    Type1CodeMap(const Type1CodeMap&) = delete;
+    Type1CodeMap& operator=(const Type1CodeMap&) = delete;
+
+    /// The code of a character, 0 when it has none yet.
+    unsigned short unicodeCode(int ch) const;
+    /// Gives a character a code unless it has one. Answers `code` in either case.
+    unsigned short assignCode(int ch, unsigned short code);
+    /// Names the glyph of a code of a font program, unless that code has a name.
+    void addCMapEntry(unsigned char fontNumber, unsigned char code, std::string_view name);
+    /// Raises `nextCode` above itself and above `least`, up to where all font programs are full.
+    void raiseNextCode(int least = 0);
+    /// Gives the code of `nextCode` to a character and a glyph name, past what the font program has
+    /// named already; 0 when all font programs are full.
+    unsigned short allocateCode(int ch, std::string_view name);
+
+    /// The codes and glyph names of a font program, in the order in which they were added; null
+    /// when it has none. Alive as long as this object; another code may add to it.
+    const FS_BaseFont::Type1CMapArray* getType1CMapArray(unsigned char fontNumber) const;
+    /// An entry of that array; false when there is none.
+    bool getType1CMapPair(unsigned char fontNumber, int index, unsigned char& code,
+                          std::string& name) const;
+    /// False when the font program has no such code.
+    bool getType1GlyphName(unsigned char fontNumber, unsigned char code, std::string& name) const;
+
+    KWCommonNS::KWLock& codeLock() const { return lock_; }
+
+    /// The last counter value that was used. A lookup raises it first, then tests it, then uses it.
+    int nextCode = 0;
+
+private:
+    struct FontCMap {
+        FS_BaseFont::Type1CMapArray array;
+        std::map<unsigned char, std::string> names;
+    };
+    /// Most fonts never hand out a code.
+    struct Maps {
+        std::map<int, unsigned short> unicodeToCode;
+        std::map<unsigned char, FontCMap> fontCMaps;
+    };
+
+    Maps& maps();
+    const FontCMap* findCMap(unsigned char fontNumber) const;
+
+    mutable KWCommonNS::KWLock lock_;
+    std::unique_ptr<Maps> maps_;
+};
+
+} // namespace KWFontService_NS

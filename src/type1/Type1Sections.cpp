@@ -1,0 +1,132 @@
+#include "type1/Type1Sections.h"
+
+#include "common/AsciiChars.h"
+#include "common/KWLimits.h"
+#include "common/StreamBytes.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <istream>
+#include <iterator>
+#include <limits>
+#include <string_view>
+
+namespace KWFontService_NS {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// --- hexadecimal text ---------------------------------------------------------------------------
+
+constexpr std::string_view kEexecLine = "currentfile eexec";
+constexpr std::size_t kClosingZeros = 512;
+
+/// Where the line after the one that begins with "currentfile eexec" starts; npos without one.
+std::size_t findHexadecimal(std::string_view text) {
+    for (std::size_t line = 0; line < text.size();) {
+        const bool isEexec = text.substr(line).starts_with(kEexecLine);
+        std::size_t next = std::min(text.find_first_of("\r\n", line), text.size());
+        if (text.substr(next).starts_with("\r\n"))
+            ++next;
+        line = std::min(next + 1, text.size());
+        if (isEexec)
+            return line;
+    }
+    return std::string_view::npos;
+}
+
+constexpr bool isBlank(char ch) {
+    return ch == '\r' || ch == '\n' || ch == ' ' || ch == '\t';
+}
+
+/// Where the closing zeros begin, or what is no digit.
+std::size_t findHexadecimalEnd(std::string_view text) {
+    std::size_t end = 0;
+    while (end < text.size() && (isBlank(text[end]) || KWCommonNS::hexValue(text[end]) >= 0))
+        ++end;
+    // The word begins with a digit.
+    if (end > 0 && text.substr(end - 1).starts_with("cleartomark"))
+        --end;
+    std::size_t firstZero = end;
+    std::size_t zeros = 0;
+    for (std::size_t at = end; at > 0 && zeros < kClosingZeros; --at) {
+        if (text[at - 1] == '0') {
+            firstZero = at - 1;
+            ++zeros;
+        } else if (!isBlank(text[at - 1])) {
+            break;
+        }
+    }
+    return zeros >= KWCommonNS::kFewestClosingZeros ? firstZero : end;
+}
+
+void decodeHexadecimal(std::string_view text, Bytes& out) {
+    out.reserve(out.size() + text.size() / 2);
+    for (std::size_t at = 0; at + 1 < text.size();) {
+        const int high = KWCommonNS::hexValue(text[at]);
+        const int low = KWCommonNS::hexValue(text[at + 1]);
+        if (high >= 0 && low >= 0) {
+            out.push_back(static_cast<std::uint8_t>(high << 4 | low));
+            at += 2;
+        } else {
+            ++at; // a line end, or a digit that one follows
+        }
+    }
+}
+
+// --- segments -----------------------------------------------------------------------------------
+
+constexpr std::uint8_t kSegmentMark = 0x80;
+enum SegmentType : std::uint8_t { Text = 1, Binary = 2, End = 3 };
+
+} // namespace
+
+bool readPFASections(std::istream& stream, Type1Sections& sections) {
+    Bytes file;
+    KWCommonNS::appendFromStream(stream, std::numeric_limits<std::size_t>::max(), file);
+    const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    const std::size_t start = findHexadecimal(text);
+    if (start == std::string_view::npos)
+        return false;
+    const std::size_t length = findHexadecimalEnd(text.substr(start));
+    const auto place = [&file](std::size_t offset) {
+        return file.begin() + static_cast<std::ptrdiff_t>(offset);
+    };
+    sections.clearText.assign(file.begin(), place(start));
+    sections.eexec.clear();
+    decodeHexadecimal(text.substr(start, length), sections.eexec);
+    sections.trailer.assign(place(start + length), file.end());
+    return true;
+}
+
+bool readPFBSections(std::istream& stream, Type1Sections& sections) {
+    sections = {};
+    Bytes* const parts[] = {&sections.clearText, &sections.eexec, &sections.trailer};
+    constexpr std::uint8_t kTypes[] = {Text, Binary, Text};
+    std::size_t part = 0;
+    Bytes header;
+    const auto readHeader = [&](std::size_t count) {
+        header.clear();
+        return KWCommonNS::appendFromStream(stream, count, header) == count;
+    };
+    while (readHeader(2)) {
+        if (header[0] != kSegmentMark)
+            return false;
+        const std::uint8_t type = header[1];
+        if (type == End)
+            break;
+        if (type != kTypes[part] && (++part == std::size(kTypes) || type != kTypes[part]))
+            return false;
+        if (!readHeader(4))
+            return false;
+        const std::uint32_t length = std::uint32_t{header[0]} | std::uint32_t{header[1]} << 8 |
+                                     std::uint32_t{header[2]} << 16 |
+                                     std::uint32_t{header[3]} << 24;
+        if (KWCommonNS::appendFromStream(stream, length, *parts[part]) < length)
+            return false;
+    }
+    return part > 0;
+}
+
+} // namespace KWFontService_NS
