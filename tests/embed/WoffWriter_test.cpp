@@ -82,6 +82,14 @@ TEST(WoffWriter, ATableIsDeflatedWhereThatMakesItShorter) {
     EXPECT_EQ(part(woff, small.offset, small.compLength), letters(6));
 }
 
+TEST(WoffWriter, EachTableIsDeflatedByItself) {
+    const Bytes zeros = Bytes().zero(5000);
+    const Bytes woff =
+        written(SfntBuilder().table("aaaa", letters(5000)).table("bbbb", zeros).build());
+    const Entry second = entryOf(woff, 1);
+    EXPECT_EQ(part(woff, second.offset, second.compLength), deflated(zeros));
+}
+
 TEST(WoffWriter, ATableThatDeflatesToItsOwnLengthIsStored) {
     // Looks for some letters whose stream is exactly as long.
     Bytes table;
