@@ -76,6 +76,10 @@ public:
     ///              nothing
     /// @return      the bytes copied; fewer than `count` when `from` ended or memory ran out
     std::streamsize copyStream(std::istream& from, std::streamsize count);
+    /// Sets memory aside for contents of `size` bytes altogether, so that they need not move as
+    /// they grow. Nothing happens with a source, when there is room, and when memory does not
+    /// suffice.
+    void reserve(std::size_t size);
     /// Throws away the contents and lets go of the source; the memory is kept for new contents.
     void remove();
     /// Gives the memory away. The stream is empty afterwards.
@@ -122,7 +126,7 @@ private:
     bool pull(std::size_t upTo);
     bool toMemory();
     bool fillWindow();
-    bool reserve(std::size_t capacity);
+    bool setCapacity(std::size_t capacity);
     bool makeRoom(std::size_t count);
     void setPutPositionPastEnd(std::size_t gap);
     void syncEnd();

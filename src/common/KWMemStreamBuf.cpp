@@ -123,7 +123,7 @@ bool KWMemStreamBuf::pull(std::size_t upTo) {
         const std::size_t block =
             std::min(upTo - end_, std::max({end_, pieceSize(), capacity_ - end_}));
         if (block > capacity_ - end_ &&
-            !reserve(std::max(end_ + block, std::min(capacity_ * 2, kMaxCapacity))))
+            !setCapacity(std::max(end_ + block, std::min(capacity_ * 2, kMaxCapacity))))
             return false;
         const std::streamsize got = readSource(static_cast<off_type>(end_), buffer_ + end_,
                                                static_cast<std::streamsize>(block));
@@ -146,7 +146,7 @@ bool KWMemStreamBuf::toMemory() {
 
 bool KWMemStreamBuf::fillWindow() {
     const off_type position = getPosition();
-    if (capacity_ < pieceSize() && !reserve(pieceSize()))
+    if (capacity_ < pieceSize() && !setCapacity(pieceSize()))
         throw std::bad_alloc(); // the stream sets badbit
     windowStart_ = position;
     setg(buffer_, buffer_, buffer_);
@@ -162,7 +162,12 @@ std::size_t KWMemStreamBuf::pieceSize() const {
     return wantedSize_ != 0 ? wantedSize_ : kDefaultPiece;
 }
 
-bool KWMemStreamBuf::reserve(std::size_t capacity) {
+void KWMemStreamBuf::reserve(std::size_t size) {
+    if (source_ == nullptr && size > capacity_)
+        static_cast<void>(setCapacity(size));
+}
+
+bool KWMemStreamBuf::setCapacity(std::size_t capacity) {
     if (capacity > kMaxCapacity)
         return false;
     const std::size_t get = isWindow() ? 0 : static_cast<std::size_t>(getPosition());
@@ -188,7 +193,7 @@ bool KWMemStreamBuf::makeRoom(std::size_t count) {
     if (put + count > capacity_) {
         const std::size_t grown = capacity_ == 0 ? std::max(wantedSize_, kMinCapacity)
                                                  : std::min(capacity_ * 2, kMaxCapacity);
-        if (!reserve(std::max(put + count, grown)))
+        if (!setCapacity(std::max(put + count, grown)))
             return false;
     }
     if (gap != 0) {

@@ -229,6 +229,37 @@ TEST(MemStreamBuf, AbandonBufferOfAnEmptyStreamIsNull) {
     EXPECT_EQ(stream.rdbuf()->abandonBuffer(), nullptr);
 }
 
+TEST(MemStreamBuf, WhatIsReservedForDoesNotMoveWhileItIsWritten) {
+    KWMemStream stream;
+    stream << "abc";
+    stream.rdbuf()->reserve(100000);
+    EXPECT_EQ(contents(stream), "abc");
+    const char* const bytes = stream.data();
+    for (int i = 0; i < 99997; ++i)
+        stream += 'x';
+    EXPECT_EQ(stream.data(), bytes);
+    stream.rdbuf()->reserve(10);
+    EXPECT_EQ(stream.length(), 100000);
+    EXPECT_EQ(stream.data(), bytes);
+}
+
+TEST(MemStreamBuf, AReserveThatMemoryDoesNotSufficeForChangesNothing) {
+    KWMemStream stream;
+    stream << "abc";
+    stream.rdbuf()->reserve(std::numeric_limits<std::size_t>::max());
+    EXPECT_TRUE(stream.good());
+    stream << "def";
+    EXPECT_EQ(contents(stream), "abcdef");
+}
+
+TEST(MemStreamBuf, AReserveLeavesASourceAttached) {
+    std::istringstream source("abc");
+    KWMemStream stream(&source);
+    stream.rdbuf()->reserve(100);
+    EXPECT_TRUE(stream.rdbuf()->hasSource());
+    EXPECT_EQ(contents(stream), "abc");
+}
+
 TEST(MemStreamBuf, AbandonBufferPullsInTheSource) {
     std::istringstream source("from a source");
     KWMemStream stream(&source, 4);
