@@ -18,14 +18,21 @@ void FileStreamBuf::emptyAt(off_type position) {
     setg(buffer_.data(), buffer_.data(), buffer_.data());
 }
 
-FileStreamBuf::int_type FileStreamBuf::underflow() {
-    if (gptr() < egptr())
-        return traits_type::to_int_type(*gptr());
+// Reads a piece with `wanted` bytes at least, unless the file ends; false where it has none.
+bool FileStreamBuf::fill(std::size_t wanted) {
     emptyAt(position());
+    seeks_ = std::exchange(hasSought_, false) ? std::min(seeks_ + 1, kManySeeks) : 0;
+    const std::size_t size = seeks_ == kManySeeks ? std::max(wanted, kLeastPiece) : buffer_.size();
     const std::size_t got =
-        file_->readAt(static_cast<std::uint64_t>(pieceStart_), buffer_.data(), buffer_.size());
+        file_->readAt(static_cast<std::uint64_t>(pieceStart_), buffer_.data(), size);
     setg(buffer_.data(), buffer_.data(), buffer_.data() + got);
-    return got == 0 ? traits_type::eof() : traits_type::to_int_type(*gptr());
+    return got != 0;
+}
+
+FileStreamBuf::int_type FileStreamBuf::underflow() {
+    if (gptr() == egptr() && !fill(1))
+        return traits_type::eof();
+    return traits_type::to_int_type(*gptr());
 }
 
 std::streamsize FileStreamBuf::xsgetn(char* to, std::streamsize count) {
@@ -40,7 +47,7 @@ std::streamsize FileStreamBuf::xsgetn(char* to, std::streamsize count) {
                 emptyAt(from + static_cast<off_type>(got));
                 return done + static_cast<std::streamsize>(got);
             }
-            if (traits_type::eq_int_type(underflow(), traits_type::eof()))
+            if (!fill(static_cast<std::size_t>(left)))
                 break;
         }
         const std::streamsize part = std::min<std::streamsize>(count - done, egptr() - gptr());
@@ -75,10 +82,12 @@ FileStreamBuf::pos_type FileStreamBuf::seekTo(off_type position) {
     if (position < 0)
         return pos_type(off_type(-1));
     const off_type inPiece = position - pieceStart_;
-    if (inPiece >= 0 && inPiece <= egptr() - eback())
+    if (inPiece >= 0 && inPiece <= egptr() - eback()) {
         setg(eback(), eback() + inPiece, egptr());
-    else
+    } else {
         emptyAt(position);
+        hasSought_ = true;
+    }
     return pos_type(position);
 }
 

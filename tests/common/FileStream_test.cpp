@@ -68,6 +68,24 @@ TEST_F(FileStreamTest, SeeksWithinThePieceDoNotRefillIt) {
     EXPECT_EQ(calls.size(), 2U);
 }
 
+TEST_F(FileStreamTest, AfterManySeeksElsewhereLittleMoreIsReadThanWhatIsWanted) {
+    for (std::size_t i = 0; i < 16; ++i) { // the first seek leads nowhere
+        const std::size_t at = i % 2 * 10000;
+        EXPECT_EQ(readAt(stream, static_cast<std::streamoff>(at), 100), bytes.substr(at, 100));
+        EXPECT_EQ(calls.back(), (Call{at, 4096}));
+    }
+    EXPECT_EQ(readAt(stream, 0, 100), bytes.substr(0, 100));
+    EXPECT_EQ(calls.back(), (Call{0, 512}));
+    EXPECT_EQ(readAt(stream, 10000, 600), bytes.substr(10000, 600));
+    EXPECT_EQ(calls.back(), (Call{10000, 600}));
+    EXPECT_EQ(readAt(stream, 12000, 512), bytes.substr(12000, 512));
+    // On from there: pieces are large again.
+    EXPECT_EQ(readBytes(stream, 1), bytes.substr(12512, 1));
+    EXPECT_EQ(calls.back(), (Call{12512, 4096}));
+    EXPECT_EQ(readAt(stream, 0, 1), bytes.substr(0, 1));
+    EXPECT_EQ(calls.back(), (Call{0, 4096}));
+}
+
 TEST_F(FileStreamTest, AReadThatIsLargerThanTheBufferGoesStraightToTheCaller) {
     EXPECT_EQ(readBytes(stream, 10), bytes.substr(0, 10));
     EXPECT_EQ(readBytes(stream, 12000), bytes.substr(10, 12000));
