@@ -9,6 +9,9 @@ namespace KWFontService_NS {
 
 using KWCommonNS::ByteView;
 
+/// Where the Name INDEX begins: behind a header of four bytes, whatever size that header states.
+inline constexpr std::uint64_t kNameIndexAt = 4;
+
 /// Count and offsets of an INDEX (Adobe Technical Note 5176), without its data: where items lie.
 class CFFIndexHead {
 public:

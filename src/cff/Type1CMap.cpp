@@ -9,7 +9,6 @@ namespace KWFontService_NS {
 
 namespace {
 
-constexpr std::uint64_t kNameIndexAt = 4;
 constexpr CFFOperator kCharset = 15;
 constexpr CFFOperator kEncoding = 16;
 constexpr CFFOperator kCharStrings = 17;

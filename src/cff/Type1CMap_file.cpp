@@ -11,8 +11,6 @@ namespace KWFontService_NS {
 
 namespace {
 
-constexpr std::uint64_t kNameIndexAt = 4;
-
 std::uint32_t offsetIn(const KWValue& dict, KWName key) {
     return static_cast<std::uint32_t>(dict.getNamedItem(key).getIntegerValue());
 }

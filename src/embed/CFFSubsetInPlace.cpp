@@ -14,7 +14,6 @@ namespace KWFontService_NS {
 
 namespace {
 
-constexpr std::uint64_t kNameIndexAt = 4;
 constexpr std::array<std::uint8_t, kNameIndexAt> kHeader{1, 0, 4, 3};
 constexpr std::uint8_t kShortInteger = 28;
 constexpr std::uint8_t kLongInteger = 29;

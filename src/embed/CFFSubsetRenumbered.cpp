@@ -18,7 +18,6 @@ namespace KWFontService_NS {
 
 namespace {
 
-constexpr std::uint64_t kNameIndexAt = 4;
 constexpr std::uint8_t kNoFontDict = 255;
 
 /// A glyph of the subset.
