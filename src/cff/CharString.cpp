@@ -11,36 +11,6 @@ namespace {
 
 using Word = FS_Word;
 
-constexpr std::size_t kOneByteOperators = 32;
-constexpr std::array<Word, kOneByteOperators> kOperators = [] {
-    std::array<Word, kOneByteOperators> words{};
-    words[1] = Word::hstem;
-    words[3] = Word::vstem;
-    words[4] = Word::vmoveto;
-    words[5] = Word::rlineto;
-    words[6] = Word::hlineto;
-    words[7] = Word::vlineto;
-    words[8] = Word::rrcurveto;
-    words[10] = Word::callsubr;
-    words[11] = Word::return_;
-    words[14] = Word::endchar;
-    words[16] = Word::blend;
-    words[18] = Word::hstemhm;
-    words[19] = Word::hintmask;
-    words[20] = Word::cntrmask;
-    words[21] = Word::rmoveto;
-    words[22] = Word::hmoveto;
-    words[23] = Word::vstemhm;
-    words[24] = Word::rcurveline;
-    words[25] = Word::rlinecurve;
-    words[26] = Word::vvcurveto;
-    words[27] = Word::hhcurveto;
-    words[29] = Word::callgsubr;
-    words[30] = Word::vhcurveto;
-    words[31] = Word::hvcurveto;
-    return words;
-}();
-
 constexpr std::size_t kEscapedOperators = 38;
 constexpr std::array<Word, kEscapedOperators> kEscapes = [] {
     std::array<Word, kEscapedOperators> words{};
@@ -80,8 +50,37 @@ constexpr std::uint8_t kFixed = 255;
 
 } // namespace
 
+constexpr std::array<Word, 32> kCharStringOperators = [] {
+    std::array<Word, 32> words{};
+    words[1] = Word::hstem;
+    words[3] = Word::vstem;
+    words[4] = Word::vmoveto;
+    words[5] = Word::rlineto;
+    words[6] = Word::hlineto;
+    words[7] = Word::vlineto;
+    words[8] = Word::rrcurveto;
+    words[10] = Word::callsubr;
+    words[11] = Word::return_;
+    words[14] = Word::endchar;
+    words[16] = Word::blend;
+    words[18] = Word::hstemhm;
+    words[19] = Word::hintmask;
+    words[20] = Word::cntrmask;
+    words[21] = Word::rmoveto;
+    words[22] = Word::hmoveto;
+    words[23] = Word::vstemhm;
+    words[24] = Word::rcurveline;
+    words[25] = Word::rlinecurve;
+    words[26] = Word::vvcurveto;
+    words[27] = Word::hhcurveto;
+    words[29] = Word::callgsubr;
+    words[30] = Word::vhcurveto;
+    words[31] = Word::hvcurveto;
+    return words;
+}();
+
 FS_Word charStringOperator(std::uint8_t byte) {
-    return byte < kOperators.size() ? kOperators[byte] : Word::none;
+    return byte < kCharStringOperators.size() ? kCharStringOperators[byte] : Word::none;
 }
 
 FS_Word charStringEscape(std::uint8_t second) {

@@ -7,6 +7,7 @@
 #include <KWCommon15/KWValue.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -20,8 +21,9 @@ using KWCommonNS::KWValue;
 /// its word. An operator that the format does not have is the empty word.
 using CharStringTokens = std::vector<KWValue>;
 
-/// The word of an operator of one byte below 32, and of the second byte behind the escape
-/// (Adobe Technical Note 5177, appendix A).
+/// The words of the operators of one byte (Adobe Technical Note 5177, appendix A).
+extern const std::array<FS_Word, 32> kCharStringOperators;
+/// The word of an operator of one byte below 32, and of the second byte behind the escape.
 FS_Word charStringOperator(std::uint8_t byte);
 FS_Word charStringEscape(std::uint8_t second);
 
@@ -84,7 +86,13 @@ public:
         followsNumber_ = isNumber_;
         op_ = FS_Word::none;
         const std::uint8_t first = bytes_.data()[at_++];
-        // Most of what charstrings hold are numbers of one byte and two.
+        // Most of what charstrings hold are numbers of one byte and two, and drawing operators.
+        if (first < 32 && (kOthers >> first & 1) == 0) {
+            op_ = kCharStringOperators[first];
+            isNumber_ = false;
+            counts_.operands = 0;
+            return true;
+        }
         if (first < 32 || first == 255 || (first > 246 && at_ == bytes_.size()))
             return readOther(first);
         if (first <= 246)
@@ -94,6 +102,20 @@ public:
         else
             number_ = -(first - 251) * 256 - bytes_.data()[at_++] - 108;
         takeNumber(false);
+        return true;
+    }
+
+    /// To the next operator, and `each(number)` for the numbers before it; false at the end. What
+    /// `next` does, at a greater pace.
+    template <class Each>
+    bool nextOperator(Each&& each) {
+        do {
+            readShortNumbers(each);
+            if (!next())
+                return false;
+            if (isNumber_)
+                each(number_);
+        } while (isNumber_);
         return true;
     }
 
@@ -124,6 +146,48 @@ public:
     std::size_t numberStart() const { return numberStart_; }
 
 private:
+    /// The bytes below 32 that are more than an operator which takes all operands: `callsubr`,
+    /// `callgsubr`, `return`, the escape, stems, masks and the short integer.
+    static constexpr std::uint32_t kOthers = 1U << 10 | 1U << 29 | 1U << 11 | 1U << 12 | 1U << 1 |
+                                             1U << 3 | 1U << 18 | 1U << 23 | 1U << 19 | 1U << 20 |
+                                             1U << 28;
+
+    /// Goes past numbers of one byte and two. Nothing is stored on the way: the bytes, which may be
+    /// anything for the compiler, would keep it waiting for each store.
+    template <class Each>
+    void readShortNumbers(Each&& each) {
+        const std::uint8_t* const bytes = bytes_.data();
+        const std::size_t size = bytes_.size();
+        std::size_t at = at_;
+        std::size_t begin = numberStart_;
+        int number = number_;
+        int count = 0;
+        for (; at < size; ++count) {
+            const std::uint8_t first = bytes[at];
+            if (first >= 32 && first <= 246) {
+                number = first - 139;
+                begin = at++;
+            } else if (first >= 247 && first != 255 && size - at > 1) {
+                const int second = bytes[at + 1];
+                number = first <= 250 ? (first - 247) * 256 + second + 108
+                                      : -(first - 251) * 256 - second - 108;
+                begin = at;
+                at += 2;
+            } else {
+                break;
+            }
+            each(number);
+        }
+        if (count == 0)
+            return;
+        at_ = at;
+        numberStart_ = begin;
+        number_ = number;
+        isNumber_ = true;
+        isFixed_ = false;
+        counts_.operands = std::min(counts_.operands + count, KWCommonNS::kMaxCharStringOperands);
+    }
+
     bool readOther(std::uint8_t first);
     bool readNumber(std::uint8_t first);
     bool readOperator(std::uint8_t first);

@@ -2,6 +2,7 @@
 
 #include "cff/CharStringFixture.h"
 #include "common/KWLimits.h"
+#include "support/Rng.h"
 
 #include <map>
 
@@ -169,6 +170,51 @@ TEST(CharStringScanner, CountsThatLieStayWithinTheirLimits) {
     for (int i = 0; i < 30000; ++i)
         stems.u8(139).u8(139).u8(1);
     EXPECT_EQ(countsOf(stems).stems, KWCommonNS::kMaxCharStringStems);
+}
+
+TEST(CharStringScanner, ToTheNextOperatorIsTheSameAsStepByStep) {
+    Rng random(11);
+    for (int round = 0; round < 3000; ++round) {
+        // Bytes of all kinds, short numbers among them as often as in fonts.
+        Bytes charString;
+        for (std::uint32_t i = random.below(40); i > 0; --i)
+            charString.u8(random.below(4) == 0 ? random.below(256) : 32 + random.below(224));
+        CharStringCounts counts{3, 5};
+        CharStringCounts sameCounts = counts;
+        CharStringScanner steps(viewOf(charString), counts);
+        CharStringScanner leaps(viewOf(charString), sameCounts);
+        for (bool goesOn = true; goesOn;) {
+            std::vector<int> numbers;
+            std::vector<int> sameNumbers;
+            while ((goesOn = steps.next()) && steps.isNumber())
+                numbers.push_back(steps.number());
+            ASSERT_EQ(leaps.nextOperator([&](int number) { sameNumbers.push_back(number); }),
+                      goesOn);
+            ASSERT_EQ(sameNumbers, numbers);
+            ASSERT_EQ(sameCounts, counts);
+            if (!goesOn)
+                break;
+            ASSERT_EQ(leaps.op(), steps.op());
+            ASSERT_FALSE(leaps.isNumber());
+            ASSERT_EQ(leaps.start(), steps.start());
+            ASSERT_EQ(leaps.callOperand(), steps.callOperand());
+            ASSERT_EQ(leaps.mask().size(), steps.mask().size());
+            if (leaps.callOperand()) {
+                ASSERT_EQ(leaps.numberStart(), steps.numberStart());
+            }
+        }
+    }
+}
+
+TEST(CharStringScanner, ManyNumbersBeforeAnOperatorAreAtTheLimitAsOneByOne) {
+    const Bytes charString = Bytes().fill(KWCommonNS::kMaxCharStringOperands + 100, 140).u8(1);
+    CharStringCounts counts;
+    CharStringScanner scanner(viewOf(charString), counts);
+    int numbers = 0;
+    EXPECT_TRUE(scanner.nextOperator([&numbers](int) { ++numbers; }));
+    EXPECT_EQ(numbers, KWCommonNS::kMaxCharStringOperands + 100);
+    EXPECT_EQ(counts.stems, KWCommonNS::kMaxCharStringOperands / 2);
+    EXPECT_FALSE(scanner.nextOperator([&numbers](int) { ++numbers; }));
 }
 
 TEST(CharStringBudget, WhatIsLeftIsNotExceeded) {
