@@ -20,6 +20,8 @@ class EmbedSource {
 public:
     explicit EmbedSource(std::istream& stream);
 
+    /// The length of the file.
+    std::uint64_t size() const { return size_; }
     /// True when all these bytes exist.
     bool contains(std::uint64_t offset, std::uint64_t count) const {
         return offset <= size_ && count <= size_ - offset;

@@ -27,8 +27,9 @@ struct OutputTable {
     bool recordOnly = false; ///< all zero but for its tag
 };
 
-/// Lays tables out behind the directory, each from a multiple of four on. False past 4 GiB.
-bool layOut(std::vector<OutputTable>& tables) {
+/// Lays tables out behind the directory, each from a multiple of four on, and answers where they
+/// end. Nothing past 4 GiB.
+std::optional<std::uint64_t> layOut(std::vector<OutputTable>& tables) {
     std::uint64_t running = TTI_Directory::kHeaderSize + TTI_Directory::kRecordSize * tables.size();
     for (OutputTable& table : tables) {
         if (table.recordOnly)
@@ -36,10 +37,10 @@ bool layOut(std::vector<OutputTable>& tables) {
         const std::uint64_t offset = alignUp(running);
         running = offset + table.record.length;
         if (running > 0xFFFFFFFF)
-            return false;
+            return std::nullopt;
         table.record.offset = static_cast<std::uint32_t>(offset);
     }
-    return true;
+    return running;
 }
 
 void writeDirectory(KWMemStream& output, const TableSet& fields, std::uint16_t numTables,
@@ -134,9 +135,15 @@ bool writeSfnt(EmbedSource& source, KWMemStream& output, const ReplacedTables& r
             table.record.length = table.contents->length;
         written.push_back(table);
     }
-    if (!layOut(written))
+    const auto size = layOut(written);
+    if (!size)
         return false;
     const std::size_t start = output.size();
+    // No more than the new tables and the file justify: a directory may claim anything.
+    std::uint64_t most = source.size();
+    for (const OutputTable& table : written)
+        most += table.contents != nullptr ? table.record.length : 0;
+    output.rdbuf()->reserve(start + static_cast<std::size_t>(std::min(*size, most)));
     writeDirectory(output, tables, tables.numTables, written);
     return writeTables(source, output, written) && storeCheckSums(output, start, written);
 }
