@@ -22,15 +22,15 @@ void copyCharString(std::vector<std::uint8_t>& output, ByteView charString, Subr
     };
     std::size_t copied = 0;
     CharStringScanner scanner(charString, counts);
-    while (scanner.next()) {
+    while (scanner.nextOperator([](int) {})) {
         const auto operand = scanner.callOperand();
         if (!operand)
             continue;
         const SubrNumbers& numbers = scanner.isGlobalCall() ? globalNumbers : localNumbers;
-        if (const auto number = numbers.find(*operand); number != numbers.end()) {
+        if (const int* const number = numbers.find(*operand)) {
             append(charString.data() + copied, scanner.numberStart() - copied);
             std::array<std::uint8_t, 5> bytes;
-            append(bytes.data(), encodeCFFInteger(number->second, bytes));
+            append(bytes.data(), encodeCFFInteger(*number, bytes));
             copied = scanner.start();
         }
         walker.call(scanner.isGlobalCall(), *operand, counts);

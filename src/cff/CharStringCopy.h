@@ -5,13 +5,12 @@
 #include <KWCommon15/KWMemStream.h>
 
 #include <cstdint>
-#include <map>
 #include <vector>
 
 namespace KWFontService_NS {
 
 /// From the operand of a call to the one that takes its place.
-using SubrNumbers = std::map<int, int>;
+using SubrNumbers = SubrTable<int>;
 
 /// Appends a charstring byte for byte, but for the operands of calls that the maps have. An operand
 /// counts only right before its call.

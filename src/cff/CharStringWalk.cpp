@@ -4,6 +4,7 @@
 #include "common/KWLimits.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace KWFontService_NS {
 
@@ -39,7 +40,7 @@ struct TokenWalk {
         if (!subr)
             return;
         if (SubrEntries* const entries = isGlobal ? globalEntries : localEntries)
-            entries->try_emplace(operand, SubrEntryState{counts, 0});
+            entries->insert(operand, SubrEntryState{counts, 0});
         if (depth < KWCommonNS::kMaxSubrDepth)
             walk(*subr, depth + 1);
     }
@@ -63,89 +64,97 @@ void walkCharString(ByteView charString, CharStringTokens& tokens, const CharStr
 
 SubrWalker::SubrWalker(const CharStringSubrs& subrs, CharStringBudget& budget,
                        SubrEntries* globalEntries, SubrEntries* localEntries, std::uint8_t fontDict)
-    : subrs_(subrs), budget_(budget), globalEntries_(globalEntries), localEntries_(localEntries),
-      fontDict_(fontDict), plainGlobals_(subrs.global.size()), plainLocals_(subrs.local.size()) {}
+    : subrs_(subrs), budget_(&budget), globalEntries_(globalEntries), localEntries_(localEntries),
+      fontDict_(fontDict) {}
 
-const SubrWalker::Effect* SubrWalker::plainEffect(bool isGlobal, int operand) const {
-    const auto& effects = isGlobal ? plainGlobals_ : plainLocals_;
-    const auto index = std::int64_t{operand} + subrBias(effects.size());
-    if (index < 0 || index >= static_cast<std::int64_t>(effects.size()))
-        return nullptr;
-    return &effects[static_cast<std::size_t>(index)];
+void SubrWalker::Effect::addOperands(int more) {
+    // Below 0 it takes what others left, if there is any; with many, the limit may strike.
+    const int sum = operands + more;
+    isKnown = isKnown && sum >= 0 && sum <= kMostOperands;
+    operands = static_cast<std::int16_t>(isKnown ? sum : 0);
+}
+
+void SubrWalker::Effect::clear(bool intoStems) {
+    if (intoStems && clears) {
+        stems = static_cast<std::int16_t>(
+            std::min(stems + operands / 2, KWCommonNS::kMaxCharStringStems));
+    } else if (intoStems) {
+        makesStems = true;
+        stemOperands = operands;
+    }
+    clears = true;
+    operands = 0;
+}
+
+void SubrWalker::Effect::add(const Effect& more) {
+    isKnown = isKnown && more.isKnown;
+    if (more.clears) {
+        addOperands(more.stemOperands);
+        clear(more.makesStems);
+    }
+    addOperands(more.operands);
+    stems =
+        static_cast<std::int16_t>(std::min(stems + more.stems, KWCommonNS::kMaxCharStringStems));
 }
 
 SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& counts, int depth) {
     Effect effect{.isKnown = true};
-    if (!budget_.charge(charString.size()))
+    if (!budget_->charge(charString.size()))
         return {};
     CharStringScanner scanner(charString, counts);
-    while (scanner.next()) {
-        if (scanner.isNumber()) {
-            ++effect.operands;
-            continue;
-        }
+    int numbers = 0;
+    while (scanner.nextOperator([&numbers](int) { ++numbers; })) {
+        effect.addOperands(std::exchange(numbers, 0));
         switch (scanner.op()) {
         case FS_Word::callsubr:
-        case FS_Word::callgsubr: {
-            --effect.operands;
-            if (effect.operands < 0)
-                effect.isKnown = false; // takes what others left, if there is any
-            const auto operand = scanner.callOperand();
-            if (!operand)
-                break;
-            const auto called = call(scanner.isGlobalCall(), *operand, counts, depth);
-            effect.isKnown = effect.isKnown && called.isKnown;
-            effect.clears = effect.clears || called.clears;
-            effect.operands = std::min(called.operands + (called.clears ? 0 : effect.operands),
-                                       KWCommonNS::kMaxCharStringOperands);
+        case FS_Word::callgsubr:
+            effect.addOperands(-1);
+            if (const auto operand = scanner.callOperand())
+                effect.add(call(scanner.isGlobalCall(), *operand, counts, depth));
             break;
-        }
         case FS_Word::return_:
             break;
         case FS_Word::hstem:
         case FS_Word::vstem:
         case FS_Word::hstemhm:
         case FS_Word::vstemhm:
+            effect.clear(true);
+            break;
         case FS_Word::hintmask:
         case FS_Word::cntrmask:
-            effect.isKnown = false;
+            effect.isKnown = false; // how long it is depends on the stems
             break;
         default:
-            effect.clears = true;
-            effect.operands = 0;
+            effect.clear(false);
         }
         if (scanner.op() == FS_Word::endchar)
             break;
     }
+    effect.addOperands(numbers);
     return effect;
 }
 
 SubrWalker::Effect SubrWalker::call(bool isGlobal, int operand, CharStringCounts& counts,
                                     int depth) {
-    const Effect* const plain = plainEffect(isGlobal, operand);
-    if (plain == nullptr)
-        return {.isKnown = true}; // there is no such subr
-    if (plain->isKnown) {
-        counts.operands = std::min(plain->operands + (plain->clears ? 0 : counts.operands),
-                                   KWCommonNS::kMaxCharStringOperands);
+    if (const Effect* const plain = plainEffect(isGlobal, operand, counts)) {
+        plain->apply(counts);
         return *plain;
     }
+    const auto subr = subrs_.find(isGlobal, operand);
+    if (!subr)
+        return {.isKnown = true};
     const std::uint64_t key = subrCallKey(isGlobal, operand, counts);
     if (const auto known = known_.find(key); known != known_.end()) {
         counts = known->second;
         return {};
     }
     if (SubrEntries* const entries = isGlobal ? globalEntries_ : localEntries_)
-        entries->try_emplace(operand, SubrEntryState{counts, fontDict_});
-    if (depth == KWCommonNS::kMaxSubrDepth || !budget_.charge(KWCommonNS::kKnownSubrCost))
+        entries->insert(operand, SubrEntryState{counts, fontDict_});
+    if (depth == KWCommonNS::kMaxSubrDepth || !budget_->charge(KWCommonNS::kKnownSubrCost))
         return {};
-    const Effect effect = walk(*subrs_.find(isGlobal, operand), counts, depth + 1);
-    if (effect.isKnown) {
-        auto& effects = isGlobal ? plainGlobals_ : plainLocals_;
-        effects[static_cast<std::size_t>(plain - effects.data())] = effect;
-    } else {
+    const Effect effect = walk(*subr, counts, depth + 1);
+    if (!effect.isKnown || !(isGlobal ? plainGlobals_ : plainLocals_).insert(operand, effect))
         known_.insert_or_assign(key, counts);
-    }
     return effect;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "cff/CharString.h"
+#include "cff/SubrTable.h"
 
-#include <map>
+#include <algorithm>
+#include <cstdint>
 #include <unordered_map>
 
 namespace KWFontService_NS {
@@ -15,8 +17,8 @@ struct SubrEntryState {
     friend bool operator==(const SubrEntryState&, const SubrEntryState&) = default;
 };
 
-/// The subrs that are called, by the operand of the call.
-using SubrEntries = std::map<int, SubrEntryState>;
+/// The subrs that are called.
+using SubrEntries = SubrTable<SubrEntryState>;
 
 /// A call and the counts that its subr is entered with, as one number.
 std::uint64_t subrCallKey(bool isGlobal, int operand, const CharStringCounts& counts);
@@ -33,8 +35,8 @@ void walkCharString(ByteView charString, CharStringTokens& tokens, const CharStr
                     CharStringBudget& budget);
 
 /// Follows the charstrings of one Font DICT into their subrs, without tokens, and remembers what a
-/// subr does to the counts: what is called a thousand times is looked at once. A subr with stems or
-/// masks in it is looked at for each of the counts that it is entered with.
+/// subr does to the counts: what is called a thousand times is looked at once. A subr with masks in
+/// it is looked at for each of the counts that it is entered with.
 class SubrWalker {
 public:
     /// @param subrs          alive as long as this object, as are the entries and the budget
@@ -46,39 +48,67 @@ public:
                std::uint8_t fontDict = 0);
 
     const CharStringSubrs& subrs() const { return subrs_; }
-    CharStringBudget& budget() { return budget_; }
+    CharStringBudget& budget() { return *budget_; }
+
+    /// From here on nothing goes into the entries, and another budget pays. What is known stays.
+    void stopNoting(CharStringBudget& budget) {
+        globalEntries_ = localEntries_ = nullptr;
+        budget_ = &budget;
+    }
 
     /// As `walkCharString`.
     void walk(ByteView charString, CharStringCounts& counts) { walk(charString, counts, 0); }
     /// What the subr of a call does to the counts.
     void call(bool isGlobal, int operand, CharStringCounts& counts) {
-        call(isGlobal, operand, counts, 0);
+        if (const Effect* const plain = plainEffect(isGlobal, operand, counts))
+            plain->apply(counts);
+        else
+            call(isGlobal, operand, counts, 0);
     }
-    /// True for a subr that was called and does the same whatever the counts are.
+    /// True for a subr that was called and goes through the same bytes whatever the counts are.
     bool isPlain(bool isGlobal, int operand) const {
-        const Effect* const known = plainEffect(isGlobal, operand);
-        return known != nullptr && known->isKnown;
+        return (isGlobal ? plainGlobals_ : plainLocals_).find(operand) != nullptr;
     }
 
 private:
-    /// What a charstring without stems and masks does: to the operands alone.
+    /// What a charstring without masks does to any counts that leave room for its operands.
     struct Effect {
+        static constexpr int kMostOperands = KWCommonNS::kMaxCharStringOperands / 2;
+
         bool isKnown = false;
-        bool clears = false; ///< what lay there before goes
-        int operands = 0;    ///< that it leaves, or adds
+        bool clears = false;       ///< what lay there before goes
+        bool makesStems = false;   ///< and becomes stems, with `stemOperands` on top of it
+        std::int16_t operands = 0; ///< that it leaves, or adds
+        std::int16_t stemOperands = 0;
+        std::int16_t stems = 0; ///< of its own operands alone
+
+        void apply(CharStringCounts& counts) const {
+            const int made = stems + (makesStems ? (counts.operands + stemOperands) / 2 : 0);
+            counts.stems = std::min(counts.stems + made, KWCommonNS::kMaxCharStringStems);
+            counts.operands = operands + (clears ? 0 : counts.operands);
+        }
+        /// As if another charstring stood behind.
+        void add(const Effect& more);
+        void addOperands(int more);
+        void clear(bool intoStems);
     };
 
     Effect walk(ByteView charString, CharStringCounts& counts, int depth);
     Effect call(bool isGlobal, int operand, CharStringCounts& counts, int depth);
-    const Effect* plainEffect(bool isGlobal, int operand) const;
+    /// Null for what is not known, and where the counts are too high for it.
+    const Effect* plainEffect(bool isGlobal, int operand, const CharStringCounts& counts) const {
+        return counts.operands <= Effect::kMostOperands
+                   ? (isGlobal ? plainGlobals_ : plainLocals_).find(operand)
+                   : nullptr;
+    }
 
     CharStringSubrs subrs_;
-    CharStringBudget& budget_;
+    CharStringBudget* budget_;
     SubrEntries* globalEntries_;
     SubrEntries* localEntries_;
     std::uint8_t fontDict_;
-    std::vector<Effect> plainGlobals_;
-    std::vector<Effect> plainLocals_;
+    SubrTable<Effect> plainGlobals_;
+    SubrTable<Effect> plainLocals_;
     /// What each other subr makes of the counts that it was entered with.
     std::unordered_map<std::uint64_t, CharStringCounts> known_;
 };

@@ -3,8 +3,11 @@
 #include "cff/CFFNumbers.h"
 #include "embed/CFFIndexWriter.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
+#include <numeric>
 
 namespace KWFontService_NS {
 
@@ -16,25 +19,36 @@ constexpr std::uint64_t kMostData = std::numeric_limits<std::uint32_t>::max() - 
 SubrNumbers numbersFor(const SubrEntries& entries) {
     SubrNumbers numbers;
     int next = -subrBias(entries.size());
-    for (const auto& entry : entries)
-        numbers.emplace_hint(numbers.end(), entry.first, next++);
+    entries.visit(
+        [&](int operand, const SubrEntryState&) { return numbers.insert(operand, next++); });
     return numbers;
 }
 
-void appendBytes(std::vector<std::uint8_t>& to, ByteView bytes) {
-    to.insert(to.end(), bytes.data(), bytes.data() + bytes.size());
+ByteView subrOf(const CFFIndex& subrs, int operand) {
+    return subrs[static_cast<std::size_t>(std::int64_t{operand} + subrBias(subrs.size()))];
+}
+
+std::uint8_t* append(std::uint8_t* to, const std::uint8_t* bytes, std::size_t count) {
+    if (count > 0)
+        std::memcpy(to, bytes, count);
+    return to + count;
 }
 
 } // namespace
 
 CFFSubrUse::User& CFFSubrUse::userOf(std::uint8_t fontDict) {
     User& user = users_[fontDict];
-    if (!user.counter) {
+    if (!user.walker)
         user.walker = std::make_unique<SubrWalker>(subrsOf(fontDict), findBudget_, &globalEntries_,
                                                    &user.entries, fontDict);
-        user.counter = std::make_unique<SubrWalker>(subrsOf(fontDict), copyBudget_);
-    }
     return user;
+}
+
+SubrWalker& CFFSubrUse::counterOf(std::uint8_t fontDict) {
+    auto& counter = users_[fontDict].counter;
+    if (!counter)
+        counter = std::make_unique<SubrWalker>(subrsOf(fontDict), copyBudget_);
+    return *counter;
 }
 
 void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* accents) {
@@ -42,14 +56,18 @@ void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* acc
     if (accents != nullptr)
         accents->begin(*user.walker);
     bool hasEnded = !findBudget_.charge(charString.size());
+    std::size_t noted = 0;
     CharStringCounts counts;
     CharStringScanner scan(charString, counts);
-    while (scan.next()) {
-        if (scan.isNumber()) {
-            if (accents != nullptr && !hasEnded)
-                accents->number(scan.number());
-            continue;
-        }
+    const auto toNextOperator = [&] {
+        if (accents == nullptr || hasEnded)
+            return scan.nextOperator([](int) {});
+        SeacStack::Run run;
+        const bool isOperator = scan.nextOperator([&run](int number) { run.add(number); });
+        accents->numbers(run);
+        return isOperator;
+    };
+    while (toNextOperator()) {
         if (!hasEnded && scan.op() == FS_Word::endchar) {
             if (accents != nullptr)
                 accents->endchar();
@@ -63,91 +81,154 @@ void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* acc
             accents->call(scan.isGlobalCall(), operand, counts);
         if (!operand)
             continue;
-        calls_.push_back({static_cast<std::uint32_t>(scan.numberStart()),
-                          static_cast<std::uint32_t>(scan.start()), *operand, scan.isGlobalCall(),
-                          false});
-        (hasEnded ? user.counter : user.walker)->call(scan.isGlobalCall(), *operand, counts);
+        if (*operand == static_cast<std::int16_t>(*operand)) { // no other subr exists
+            note(scan.numberStart() - noted, scan.start() - scan.numberStart(), scan.isGlobalCall(),
+                 *operand);
+            noted = scan.start();
+        }
+        (hasEnded ? counterOf(fontDict) : *user.walker).call(scan.isGlobalCall(), *operand, counts);
     }
-    glyphs_.push_back({calls_.size(), fontDict});
+    callEnds_.push_back(static_cast<std::uint32_t>(calls_.size()));
+}
+
+void CFFSubrUse::note(std::size_t gap, std::size_t numberSize, bool isGlobal, int number) {
+    for (; gap > Call::kMostGap; gap -= Call::kMostGap)
+        calls_.push_back({0, Call::kMostGap << 4});
+    calls_.push_back(
+        {static_cast<std::int16_t>(number),
+         static_cast<std::uint16_t>(gap << 4 | numberSize << 1 | (isGlobal ? 1U : 0U))});
 }
 
 void CFFSubrUse::renumber() {
     globalNumbers_ = numbersFor(globalEntries_);
     for (User& user : users_) {
-        user.walker.reset();
         user.numbers = numbersFor(user.entries);
-    }
-    std::size_t next = 0;
-    for (const Glyph& glyph : glyphs_) {
-        for (; next < glyph.callsEnd; ++next) {
-            Call& call = calls_[next];
-            const SubrNumbers& numbers =
-                call.isGlobal ? globalNumbers_ : users_[glyph.fontDict].numbers;
-            const auto found = numbers.find(call.number);
-            call.isRenumbered = found != numbers.end();
-            if (call.isRenumbered)
-                call.number = found->second;
-        }
+        if (!user.walker)
+            continue;
+        user.walker->stopNoting(copyBudget_);
+        user.counter = std::move(user.walker);
     }
 }
 
-bool CFFSubrUse::writeCharStrings(KWCommonNS::KWMemStream& output,
-                                  const CharStringStore& charStrings,
-                                  std::span<const std::size_t> places) {
-    std::array<std::uint8_t, 5> number;
-    // Sizes first: there are too many bytes to make them twice.
-    std::vector<std::uint32_t> offsets{0};
-    offsets.reserve(places.size() + 1);
-    std::uint64_t end = 0;
-    for (const std::size_t place : places) {
-        end += charStrings[place].size();
-        for (const Call& call : callsOf(place))
-            if (call.isRenumbered)
-                end += encodeCFFInteger(call.number, number) - (call.numberEnd - call.numberBegin);
-        if (end >= kMostData)
+/// How many more bytes a charstring has with the new numbers.
+std::int64_t CFFSubrUse::growthOf(std::span<const Call> calls, const User& user) const {
+    std::array<std::uint8_t, 5> bytes;
+    std::int64_t growth = 0;
+    for (const Call& call : calls)
+        if (const int* const number = newNumber(call, user))
+            growth += static_cast<std::int64_t>(encodeCFFInteger(*number, bytes)) -
+                      static_cast<std::int64_t>(call.numberSize());
+    return growth;
+}
+
+/// Writes a charstring with the new numbers; answers where it ends.
+std::uint8_t* CFFSubrUse::copy(ByteView charString, std::span<const Call> calls, const User& user,
+                               std::uint8_t* to) const {
+    std::array<std::uint8_t, 5> bytes;
+    std::size_t at = 0;
+    std::size_t copied = 0;
+    for (const Call& call : calls) {
+        at += call.gap();
+        if (const int* const number = newNumber(call, user)) {
+            to = append(to, charString.data() + copied, at - copied);
+            to = append(to, bytes.data(), encodeCFFInteger(*number, bytes));
+            copied = at + call.numberSize();
+        }
+        at += call.numberSize();
+    }
+    return append(to, charString.data() + copied, charString.size() - copied);
+}
+
+bool CFFSubrUse::writeCharStrings(KWCommonNS::KWMemStream& output, CharStringReader& charStrings,
+                                  std::span<const SubsetGlyph> glyphs, std::size_t behind) {
+    // Sizes first, so that the charstrings go straight to their place.
+    std::vector<std::uint32_t> offsets;
+    offsets.reserve(glyphs.size() + 1);
+    offsets.push_back(0);
+    std::int64_t end = 0;
+    for (const SubsetGlyph& glyph : glyphs) {
+        end += charStrings.lengthOf(glyph.gid) +
+               growthOf(callsOf(glyph.place), users_[glyph.fontDict]);
+        if (end >= static_cast<std::int64_t>(kMostData))
             return false;
         offsets.push_back(static_cast<std::uint32_t>(end));
     }
+    output.rdbuf()->reserve(output.size() +
+                            indexHeadSize(glyphs.size(), indexOffSize(offsets.back())) +
+                            offsets.back() + behind);
     writeIndexHead(output, offsets);
 
-    constexpr std::size_t kPieceSize = std::size_t{64} << 10;
-    std::vector<std::uint8_t> piece;
-    for (const std::size_t place : places) {
-        const ByteView charString = charStrings[place];
-        std::size_t copied = 0;
-        for (const Call& call : callsOf(place)) {
-            if (!call.isRenumbered)
-                continue;
-            appendBytes(piece, charString.sub(copied, call.numberBegin - copied));
-            appendBytes(piece, ByteView(number.data(), encodeCFFInteger(call.number, number)));
-            copied = call.numberEnd;
-        }
-        appendBytes(piece, charString.from(copied));
-        if (piece.size() >= kPieceSize) {
-            output.append(piece.data(), piece.size());
-            piece.clear();
-        }
+    constexpr std::uint32_t kPieceSize = std::uint32_t{16} << 10;
+    for (std::size_t begin = 0; begin < glyphs.size();) {
+        std::size_t next = begin + 1;
+        while (next < glyphs.size() && offsets[next + 1] - offsets[begin] <= kPieceSize)
+            ++next;
+        if (!writePiece(output, charStrings, glyphs.subspan(begin, next - begin),
+                        std::span(offsets).subspan(begin, next - begin + 1)))
+            return false;
+        begin = next;
     }
-    output.append(piece.data(), piece.size());
     return true;
+}
+
+/// Writes some glyphs that are read in the order that the source has them in.
+bool CFFSubrUse::writePiece(KWCommonNS::KWMemStream& output, CharStringReader& charStrings,
+                            std::span<const SubsetGlyph> glyphs,
+                            std::span<const std::uint32_t> offsets) {
+    std::vector<std::size_t> order(glyphs.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto gidOf = [glyphs](std::size_t i) { return glyphs[i].gid; };
+    if (!std::ranges::is_sorted(order, {}, gidOf))
+        std::ranges::sort(order, {}, gidOf);
+    std::vector<std::uint16_t> gids;
+    gids.reserve(glyphs.size());
+    for (const std::size_t i : order)
+        gids.push_back(glyphs[i].gid);
+
+    piece_.resize(offsets.back() - offsets.front());
+    auto place = order.begin();
+    const bool ok = charStrings.visit(gids, [&](ByteView charString) {
+        const std::size_t i = *place++;
+        copy(charString, callsOf(glyphs[i].place), users_[glyphs[i].fontDict],
+             piece_.data() + (offsets[i] - offsets.front()));
+    });
+    output.append(piece_.data(), piece_.size());
+    return ok;
+}
+
+std::size_t CFFSubrUse::localSubrsSize(std::uint8_t fontDict) const {
+    const CFFIndex& subrs = *fontDicts_[fontDict].localSubrs;
+    std::size_t size = indexHeadSize(users_[fontDict].entries.size(), subrs.offSize());
+    users_[fontDict].entries.visit([&](int operand, const SubrEntryState&) {
+        size += subrOf(subrs, operand).size();
+        return true;
+    });
+    return std::min(size, subrs.byteSize()); // subrs may lie over each other
 }
 
 bool CFFSubrUse::writeSubrs(KWCommonNS::KWMemStream& output, const CFFIndex& subrs,
                             const SubrEntries& entries, std::optional<std::uint8_t> fontDict) {
+    std::size_t size = 0;
+    const bool isWithin = entries.visit([&](int operand, const SubrEntryState&) {
+        const std::size_t one = subrOf(subrs, operand).size();
+        size += one;
+        return copyBudget_.charge(one);
+    });
+    if (!isWithin)
+        return false;
     std::vector<std::uint32_t> offsets{0};
     offsets.reserve(entries.size() + 1);
     std::vector<std::uint8_t> data;
-    const int bias = subrBias(subrs.size());
-    for (const auto& [operand, entry] : entries) {
-        const ByteView subr = subrs[static_cast<std::size_t>(std::int64_t{operand} + bias)];
-        if (!copyBudget_.charge(subr.size()))
-            return false;
-        User& user = userOf(fontDict.value_or(entry.fontDict));
-        copyCharString(data, subr, *user.counter, globalNumbers_, user.numbers, entry.counts);
-        if (data.size() >= kMostData)
-            return false;
+    data.reserve(size);
+    const bool fits = entries.visit([&](int operand, const SubrEntryState& entry) {
+        const std::uint8_t owner = fontDict.value_or(entry.fontDict);
+        copyCharString(data, subrOf(subrs, operand), counterOf(owner), globalNumbers_,
+                       users_[owner].numbers, entry.counts);
         offsets.push_back(static_cast<std::uint32_t>(data.size()));
-    }
+        return data.size() < kMostData;
+    });
+    if (!fits)
+        return false;
     writeIndexHead(output, offsets);
     output.append(data.data(), data.size());
     return true;

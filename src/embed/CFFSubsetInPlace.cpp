@@ -4,7 +4,7 @@
 #include "embed/CFFDictScanner.h"
 #include "embed/CFFIndexWriter.h"
 #include "embed/CFFTopDict.h"
-#include "embed/CharStringStore.h"
+#include "embed/CharStringReader.h"
 
 #include <algorithm>
 #include <array>
@@ -334,7 +334,7 @@ bool CFFInPlaceSubset::writeFontDicts(KWMemStream& output) {
 
 bool CFFInPlaceSubset::writeCharStrings(KWMemStream& output) {
     writeIndexHead(output, newOffsets_);
-    constexpr std::size_t kPieceSize = std::size_t{64} << 10;
+    constexpr std::size_t kPieceSize = std::size_t{16} << 10;
     std::vector<std::uint8_t> piece;
     const auto append = [&](ByteView bytes) {
         piece.insert(piece.end(), bytes.data(), bytes.data() + bytes.size());

@@ -5,7 +5,7 @@
 #include "embed/CFFIndexWriter.h"
 #include "embed/CFFSubrUse.h"
 #include "embed/CFFTopDict.h"
-#include "embed/CharStringStore.h"
+#include "embed/CharStringReader.h"
 #include "embed/SeacFinder.h"
 #include "type1/StandardStrings.h"
 
@@ -13,6 +13,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <utility>
 
 namespace KWFontService_NS {
 
@@ -20,18 +22,18 @@ namespace {
 
 constexpr std::uint8_t kNoFontDict = 255;
 
-/// A glyph of the subset.
-struct SubsetGlyph {
-    std::uint16_t gid = 0; ///< in the source
-    std::uint16_t key = 0; ///< string id or CID, which orders the glyphs
-    std::uint8_t fontDict = 0;
-    std::size_t place = 0; ///< of its charstring in the store
-};
-
 void appendU16(KWMemStream& output, std::size_t value) {
     std::array<std::uint8_t, 2> bytes;
     ByteView::storeU16(bytes.data(), static_cast<std::uint16_t>(value));
     output.append(bytes.data(), bytes.size());
+}
+
+/// Makes a list ascend, without repeats. Callers mostly have them in order.
+template <class T>
+void sortOut(std::vector<T>& values) {
+    if (!std::ranges::is_sorted(values))
+        std::ranges::sort(values);
+    values.erase(std::unique(values.begin(), values.end()), values.end());
 }
 
 /// An INDEX of one item.
@@ -120,12 +122,13 @@ private:
     std::vector<std::uint8_t> topDict_;
     std::uint64_t stringsAt_ = 0;
     CFFIndexHead charStrings_;
+    CharStringReader reader_{table_, charStrings_};
+    std::size_t charStringsSize_ = 0; ///< of the glyphs so far
     CFFIndex globals_;
     std::vector<CFFFontDict> fontDicts_; ///< of a name-keyed font one
     std::vector<FDRange> ranges_;
 
     std::vector<SubsetGlyph> glyphs_; ///< by glyph id, then by key
-    CharStringStore store_;
     std::optional<CFFSubrUse> subrs_;
     std::vector<std::uint16_t> usedSIDs_; ///< custom ones, ascending
     std::vector<std::uint8_t> usedFDs_;   ///< ascending
@@ -154,26 +157,40 @@ bool RenumberedSubset::readFont() {
 /// Adds glyphs that are not there yet, and what they use.
 /// @param accents  null, or told of their charstrings
 bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids, AccentParts* accents) {
-    std::ranges::sort(gids);
-    gids.erase(std::unique(gids.begin(), gids.end()), gids.end());
+    sortOut(gids);
     std::erase_if(gids, [this](std::uint16_t gid) {
         return std::ranges::binary_search(glyphs_, gid, {}, &SubsetGlyph::gid);
     });
-    CharStringReader reader(table_, charStrings_);
-    if (!store_.add(reader, gids))
+    const auto size = reader_.sizeOf(gids);
+    if (!size)
         return false;
+    // Few glyphs lie far apart, and to read them twice would take longer than all else. Many are
+    // read together, and are too much to keep beside the output.
+    constexpr std::size_t kMostKept = 4;
+    charStringsSize_ += *size;
+    if (charStringsSize_ <= table_.size() / kMostKept)
+        reader_.keep(*size);
+    glyphs_.reserve(glyphs_.size() + gids.size());
     for (const std::uint16_t gid : gids) {
-        const std::size_t place = glyphs_.size();
         const std::uint8_t fontDict =
             font_.isCID ? getFDOfGlyph(ranges_, gid, kNoFontDict) : std::uint8_t{0};
         if (fontDict >= fontDicts_.size())
             return false;
-        subrs_->add(store_[place], fontDict, accents != nullptr ? &accents->finder : nullptr);
+        glyphs_.push_back({.gid = gid,
+                           .place = static_cast<std::uint16_t>(glyphs_.size()),
+                           .fontDict = fontDict});
+    }
+    auto glyph = glyphs_.end() - static_cast<std::ptrdiff_t>(gids.size());
+    const bool ok = reader_.visit(gids, [&](ByteView charString) {
+        subrs_->add(charString, (glyph++)->fontDict,
+                    accents != nullptr ? &accents->finder : nullptr);
         if (accents != nullptr)
             accents->finder.parts([accents](std::uint8_t code) { accents->isPart[code] = true; });
-        glyphs_.push_back({.gid = gid, .fontDict = fontDict, .place = place});
-    }
-    std::ranges::sort(glyphs_, {}, &SubsetGlyph::gid);
+    });
+    if (!ok)
+        return false;
+    const auto added = glyphs_.end() - static_cast<std::ptrdiff_t>(gids.size());
+    std::ranges::inplace_merge(glyphs_, added, {}, &SubsetGlyph::gid);
     return !subrs_->isSpent();
 }
 
@@ -209,12 +226,6 @@ std::uint16_t RenumberedSubset::newSID(std::uint16_t sid) const {
 /// Gives glyphs their string ids, renumbered, or CIDs, and brings them into that order. Of glyphs
 /// with one string id the first stays.
 bool RenumberedSubset::orderGlyphs() {
-    const auto makeUnique = [](auto& values) {
-        std::ranges::sort(values);
-        values.erase(std::unique(values.begin(), values.end()), values.end());
-    };
-    if (!font_.isCID)
-        usedSIDs_ = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
     for (SubsetGlyph& glyph : glyphs_) {
         glyph.key = font_.isCID ? glyph.gid : font_.getSIDOfGlyph(glyph.gid);
         if (!font_.isCID && isCustomSID(glyph.key))
@@ -222,12 +233,20 @@ bool RenumberedSubset::orderGlyphs() {
         if (usedFDs_.empty() || usedFDs_.back() != glyph.fontDict)
             usedFDs_.push_back(glyph.fontDict);
     }
-    makeUnique(usedFDs_);
-    makeUnique(usedSIDs_);
+    sortOut(usedFDs_);
+    sortOut(usedSIDs_);
+    if (!font_.isCID) {
+        auto strings = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
+        sortOut(strings);
+        std::vector<std::uint16_t> all;
+        std::ranges::set_union(usedSIDs_, strings, std::back_inserter(all));
+        usedSIDs_ = std::move(all);
+    }
     for (SubsetGlyph& glyph : glyphs_)
         if (!font_.isCID && isCustomSID(glyph.key))
             glyph.key = newSID(glyph.key);
-    std::ranges::stable_sort(glyphs_, {}, &SubsetGlyph::key);
+    if (!std::ranges::is_sorted(glyphs_, {}, &SubsetGlyph::key))
+        std::ranges::stable_sort(glyphs_, {}, &SubsetGlyph::key);
     const auto sameKey = [](const SubsetGlyph& a, const SubsetGlyph& b) { return a.key == b.key; };
     glyphs_.erase(std::unique(glyphs_.begin(), glyphs_.end(), sameKey), glyphs_.end());
     subrs_->renumber();
@@ -330,11 +349,12 @@ bool RenumberedSubset::writeFDSelect() {
 }
 
 bool RenumberedSubset::writeCharStrings() {
-    std::vector<std::size_t> places;
-    places.reserve(glyphs_.size());
-    for (const SubsetGlyph& glyph : glyphs_)
-        places.push_back(glyph.place);
-    return fillHere(blanks_.charStrings) && subrs_->writeCharStrings(output_, store_, places);
+    constexpr std::size_t kDictsSize = 256; // about what a Font DICT and its Private have
+    std::size_t behind = 0;
+    for (const std::uint8_t fontDict : usedFDs_)
+        behind += kDictsSize + subrs_->localSubrsSize(fontDict);
+    return fillHere(blanks_.charStrings) &&
+           subrs_->writeCharStrings(output_, reader_, glyphs_, behind);
 }
 
 bool RenumberedSubset::writeFDArray() {

@@ -2,40 +2,42 @@
 
 #include "common/KWLimits.h"
 
-namespace KWFontService_NS {
+#include <utility>
 
-/// Keeps the numbers nearest to the top.
-void SeacStack::forget() {
-    std::copy(values_.end() - kKept, values_.end(), values_.begin());
-    std::fill(values_.begin() + kKept, values_.end(), 0);
-    kept_ = kKept;
-}
+namespace KWFontService_NS {
 
 void SeacStack::drop(unsigned number) {
     const unsigned own = std::min(number, count_);
     count_ -= own;
     below_ = std::min(below_ + (number - own), kMost);
-    for (unsigned i = 0; i < own && kept_ > 0; ++i)
-        values_[--kept_] = 0;
+    top_ = static_cast<std::uint8_t>(top_ - own);
+    kept_ = static_cast<std::uint8_t>(kept_ - std::min(own, unsigned{kept_}));
 }
 
 void SeacStack::add(const SeacStack& more) {
     drop(more.below_);
-    const auto known = static_cast<unsigned>(more.kept_);
-    if (more.count_ > known) {
+    if (more.count_ > more.kept_) {
         // What lies between hides our own.
-        count_ = std::min(count_ + more.count_ - known, kMost);
+        count_ = std::min(count_ + more.count_ - more.kept_, kMost);
         kept_ = 0;
-        values_.fill(0);
     }
-    for (unsigned i = 0; i < known; ++i)
-        push(more.values_[i]);
+    for (unsigned depth = more.kept_; depth > 0; --depth)
+        push(more.at(depth - 1));
+}
+
+bool operator==(const SeacStack& a, const SeacStack& b) {
+    if (a.below_ != b.below_ || a.count_ != b.count_ || a.kept_ != b.kept_)
+        return false;
+    for (unsigned depth = 0; depth < a.kept_; ++depth)
+        if (a.at(depth) != b.at(depth))
+            return false;
+    return true;
 }
 
 std::optional<SeacStack::Parts> SeacStack::parts() const {
     if (count_ <= 3)
         return std::nullopt;
-    return Parts{kept_ > 0 ? values_[kept_ - 1] : 0, kept_ > 1 ? values_[kept_ - 2] : 0};
+    return Parts{at(0), at(1)};
 }
 
 SeacFinder::Effect SeacFinder::walk(ByteView charString, CharStringCounts counts, int depth) {
@@ -43,19 +45,22 @@ SeacFinder::Effect SeacFinder::walk(ByteView charString, CharStringCounts counts
     if (!budget_.charge(charString.size()))
         return effect;
     CharStringScanner scanner(charString, counts);
-    while (scanner.next()) {
-        if (scanner.isNumber()) {
-            effect.stack.push(scanner.number());
-        } else if (scanner.op() == FS_Word::endchar) {
+    for (;;) {
+        SeacStack::Run run;
+        const bool isOperator = scanner.nextOperator([&run](int number) { run.add(number); });
+        effect.stack.push(run);
+        if (!isOperator)
+            return effect;
+        if (scanner.op() == FS_Word::endchar) {
             addEnd(effect, effect.stack);
             return effect;
-        } else if (scanner.isCall()) {
+        }
+        if (scanner.isCall()) {
             effect.stack.drop(1);
             if (const auto operand = scanner.callOperand())
                 call(scanner.isGlobalCall(), *operand, counts, effect, depth);
         }
     }
-    return effect;
 }
 
 void SeacFinder::call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect,
@@ -65,22 +70,48 @@ void SeacFinder::call(bool isGlobal, int operand, CharStringCounts& counts, Effe
         return;
     const CharStringCounts before = counts;
     walker_->call(isGlobal, operand, counts);
-    // Counts only matter where masks are.
-    const bool isPlain = walker_->isPlain(isGlobal, operand);
-    const std::uint64_t key = subrCallKey(isGlobal, operand, isPlain ? CharStringCounts{} : before);
-    auto known = known_.find(key);
-    if (known == known_.end()) {
+    const Effect* more = known(isGlobal, operand, before);
+    if (more == nullptr) {
         if (!budget_.charge(sizeof(Effect) + KWCommonNS::kKnownSubrCost))
             return;
-        known = known_.insert_or_assign(key, walk(*subr, before, depth + 1)).first;
+        more = &remember(isGlobal, operand, before, walk(*subr, before, depth + 1));
     }
-    const Effect& more = known->second;
-    for (const SeacStack& end : more.ends) {
+    for (const SeacStack& end : more->ends) {
         SeacStack whole = effect.stack;
         whole.add(end);
         addEnd(effect, whole);
     }
-    effect.stack.add(more.stack);
+    effect.stack.add(more->stack);
+}
+
+/// Null for what is not known. Counts only matter where masks are.
+const SeacFinder::Effect* SeacFinder::known(bool isGlobal, int operand,
+                                            const CharStringCounts& before) const {
+    if (walker_->isPlain(isGlobal, operand)) {
+        const std::uint32_t* const place = (isGlobal ? plainGlobals_ : plainLocals_).find(operand);
+        return place != nullptr ? &effects_[*place] : nullptr;
+    }
+    const auto found = known_.find(subrCallKey(isGlobal, operand, before));
+    return found != known_.end() ? &effects_[found->second] : nullptr;
+}
+
+const SeacFinder::Effect& SeacFinder::remember(bool isGlobal, int operand,
+                                               const CharStringCounts& before, Effect effect) {
+    const bool isPlain = walker_->isPlain(isGlobal, operand);
+    auto& plain = isGlobal ? plainGlobals_ : plainLocals_;
+    const std::uint64_t key = subrCallKey(isGlobal, operand, before);
+    // A subr that calls itself is known already, as far as it went at the greatest depth.
+    if (known(isGlobal, operand, before) != nullptr) {
+        Effect& same = effects_[isPlain ? *plain.find(operand) : known_.at(key)];
+        same = std::move(effect);
+        return same;
+    }
+    const auto place = static_cast<std::uint32_t>(effects_.size());
+    if (isPlain)
+        plain.insert(operand, place);
+    else
+        known_.emplace(key, place);
+    return effects_.emplace_back(std::move(effect));
 }
 
 void SeacFinder::addEnd(Effect& effect, const SeacStack& end) {

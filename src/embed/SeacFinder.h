@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -14,42 +15,66 @@ namespace KWFontService_NS {
 /// The numbers that a charstring has stacked up, as far as accents are looked for: operators other
 /// than calls take none away.
 class SeacStack {
+    // Calls take the number right before them away, so the top is hardly ever dug up.
+    static constexpr unsigned kKept = 8;
+    static constexpr unsigned kMost = 1U << 30;
+
 public:
-    void push(int value) {
-        if (kept_ == values_.size())
-            forget();
-        values_[kept_++] = value;
-        count_ = std::min(count_ + 1, kMost);
+    /// Numbers that come one after the other, of which the last ones are at hand.
+    class Run {
+    public:
+        void add(int value) {
+            const bool isCode = value >= 0 && value <= 0xFF;
+            last_[count_++ % kKept] = isCode ? static_cast<std::uint8_t>(value) : std::uint8_t{0};
+        }
+
+    private:
+        friend SeacStack;
+        std::array<std::uint8_t, kKept> last_{};
+        unsigned count_ = 0;
+    };
+
+    void push(const Run& run) {
+        const unsigned known = std::min(run.count_, kKept);
+        count_ = std::min(count_ + (run.count_ - known), kMost);
+        for (unsigned i = run.count_ - known; i < run.count_; ++i)
+            push(run.last_[i % kKept]);
     }
     void drop(unsigned number);
     /// As if the numbers of another stack were dropped and pushed here.
     void add(const SeacStack& more);
 
     /// What `endchar` finds on top where more than three numbers lie (Adobe Technical Note 5177,
-    /// appendix C): the accent, then the base. 0 for a number that is not known any more.
+    /// appendix C): the accent, then the base. 0 for a number that is no code, or not known any
+    /// more.
     struct Parts {
-        int achar;
-        int bchar;
+        std::uint8_t achar;
+        std::uint8_t bchar;
     };
     std::optional<Parts> parts() const;
 
-    friend bool operator==(const SeacStack&, const SeacStack&) = default;
+    friend bool operator==(const SeacStack& a, const SeacStack& b);
 
 private:
-    void forget();
-
-    // Calls take the number right before them away, so the top is hardly ever dug up.
-    static constexpr std::size_t kKept = 4;
-    static constexpr unsigned kMost = 1U << 30;
+    void push(std::uint8_t code) {
+        codes_[top_++ % kKept] = code;
+        kept_ = static_cast<std::uint8_t>(std::min(kept_ + 1U, kKept));
+        count_ = std::min(count_ + 1, kMost);
+    }
+    /// The code at a depth, 0 at the top.
+    std::uint8_t at(unsigned depth) const {
+        return depth < kept_ ? codes_[(top_ - 1U - depth) % kKept] : std::uint8_t{0};
+    }
 
     unsigned below_ = 0; ///< dropped of what lay there before
     unsigned count_ = 0;
-    std::size_t kept_ = 0; ///< of the numbers at the top, `kKept` at least where there are as many
-    std::array<int, 2 * kKept> values_{};
+    std::uint8_t kept_ = 0; ///< of the numbers at the top
+    std::uint8_t top_ = 0;  ///< where the next number goes, in turns
+    std::array<std::uint8_t, kKept> codes_{};
 };
 
 /// Finds the glyphs of which others are put together: `endchar` with four operands. It is told what
-/// a charstring holds, number by number and call by call, and follows the calls into subrs.
+/// a charstring holds, numbers and calls in their turn, and follows the calls into subrs.
 class SeacFinder {
 public:
     SeacFinder(const CharStringSubrs& subrs, CharStringBudget& budget)
@@ -61,7 +86,7 @@ public:
         walker_ = &walker;
         top_ = Effect();
     }
-    void number(int value) { top_.stack.push(value); }
+    void numbers(const SeacStack::Run& run) { top_.stack.push(run); }
     /// @param operand  that stands right before the call, if any
     /// @param counts   what the charstring has before the call
     void call(bool isGlobal, std::optional<int> operand, CharStringCounts counts) {
@@ -79,10 +104,9 @@ public:
             const auto parts = end.parts();
             if (!parts)
                 continue;
-            for (const int code : {parts->achar, parts->bchar}) {
-                if (code >= 1 && code <= 255)
-                    each(static_cast<std::uint8_t>(code));
-            }
+            for (const std::uint8_t code : {parts->achar, parts->bchar})
+                if (code != 0)
+                    each(code);
         }
     }
 
@@ -93,6 +117,9 @@ private:
         std::vector<SeacStack> ends{};
     };
 
+    const Effect* known(bool isGlobal, int operand, const CharStringCounts& before) const;
+    const Effect& remember(bool isGlobal, int operand, const CharStringCounts& before,
+                           Effect effect);
     Effect walk(ByteView charString, CharStringCounts counts, int depth);
     void call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect, int depth);
     static void addEnd(Effect& effect, const SeacStack& end);
@@ -101,7 +128,11 @@ private:
     CharStringBudget& budget_;
     SubrWalker* walker_ = nullptr;
     Effect top_;
-    std::unordered_map<std::uint64_t, Effect> known_;
+    std::deque<Effect> effects_; // a font has ten thousand: no room to double
+    // Places in `effects_`: of subrs without masks, and of others by what they are entered with.
+    SubrTable<std::uint32_t> plainGlobals_;
+    SubrTable<std::uint32_t> plainLocals_;
+    std::unordered_map<std::uint64_t, std::uint32_t> known_;
 };
 
 } // namespace KWFontService_NS

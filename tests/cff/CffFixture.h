@@ -17,6 +17,9 @@ public:
         : stream_("before" + bytes.str() + "behind"),
           table(stream_, 6, static_cast<std::uint32_t>(bytes.size())) {}
 
+    /// As if the file were gone.
+    void lose() { stream_.str({}); }
+
 private:
     std::istringstream stream_;
 

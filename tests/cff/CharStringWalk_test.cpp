@@ -3,6 +3,8 @@
 #include "cff/CharStringFixture.h"
 #include "common/KWLimits.h"
 
+#include <gmock/gmock.h>
+
 namespace KWFontService_NS {
 namespace {
 
@@ -80,8 +82,8 @@ TEST(WalkCharString, TheFirstEntryOfASubrStands) {
 TEST(WalkCharString, ASubrThatDoesNotExistLeavesItsCall) {
     const Walked walked({140, 141, 10, 142, 29, 14}, Subrs({}, {{11}}));
     EXPECT_EQ(walked.text(), "1 2 callsubr 3 callgsubr endchar");
-    EXPECT_TRUE(walked.globals.empty());
-    EXPECT_TRUE(walked.locals.empty());
+    EXPECT_EQ(walked.globals.size(), 0U);
+    EXPECT_EQ(walked.locals.size(), 0U);
 }
 
 TEST(WalkCharString, ACallWithoutANumberBeforeItLeadsNowhere) {
@@ -141,9 +143,9 @@ TEST(WalkCharString, TheBudgetEndsSubrsThatCallEachOther) {
 }
 
 TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
-    const Subrs subrs({}, {{140, 140, 18, 11}});
+    const Subrs subrs({}, {{140, 140, 19, 0, 11}});
     const Bytes charString{k0, 10, k0, 10, k0, 10, 14};
-    constexpr std::size_t kEntry = 4 + KWCommonNS::kKnownSubrCost;
+    constexpr std::size_t kEntry = 5 + KWCommonNS::kKnownSubrCost;
     CharStringBudget budget(7 + 3 * kEntry + 5);
     SubrWalker walker(subrs, budget);
     CharStringCounts counts;
@@ -154,9 +156,93 @@ TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
         walker.call(false, subrNumber(0), counts);
         EXPECT_EQ(counts, (CharStringCounts{0, 1}));
     }
-    // The charstring, and three entries of four bytes.
+    // The charstring, and three entries of five bytes.
     EXPECT_TRUE(budget.charge(5));
     EXPECT_FALSE(budget.charge(1));
+}
+
+/// Counts after calls of the first local subr, each with the counts before it, from a walker that
+/// knows the subr by then; a walk for tokens, which looks each time, says the same.
+std::vector<CharStringCounts> afterCalls(const std::vector<Bytes>& locals,
+                                         const std::vector<CharStringCounts>& befores) {
+    const Subrs subrs({}, locals);
+    CharStringBudget budget(kPlenty);
+    SubrWalker walker(subrs, budget);
+    std::vector<CharStringCounts> afters;
+    for (const CharStringCounts& before : befores) {
+        CharStringTokens tokens;
+        const Bytes charString{k0, 10};
+        CharStringCounts counts = before;
+        walker.walk(viewOf(charString), counts);
+        CharStringCounts expected = before;
+        walkCharString(viewOf(charString), tokens, subrs, expected, nullptr, nullptr, budget);
+        EXPECT_EQ(counts, expected) << before.operands << ' ' << before.stems;
+        afters.push_back(counts);
+    }
+    return afters;
+}
+
+TEST(SubrWalker, ASubrWithoutMasksIsKnownForAllCounts) {
+    using testing::ElementsAre;
+    const std::vector<CharStringCounts> befores{{0, 0}, {0, 0}, {1, 0}, {3, 4}, {6, 1}};
+    // A stem of what was there and one number more, and two of its own.
+    EXPECT_THAT(afterCalls({{140, 1, 140, 140, 140, 140, 23, 140, 11}}, befores),
+                ElementsAre(CharStringCounts{1, 2}, CharStringCounts{1, 2}, CharStringCounts{1, 3},
+                            CharStringCounts{1, 8}, CharStringCounts{1, 6}));
+    // Stems behind an operator that takes all.
+    EXPECT_THAT(afterCalls({{140, 21, 140, 140, 18, 11}}, befores),
+                ElementsAre(CharStringCounts{0, 1}, CharStringCounts{0, 1}, CharStringCounts{0, 1},
+                            CharStringCounts{0, 5}, CharStringCounts{0, 2}));
+    // Numbers alone, also from a subr inside.
+    EXPECT_THAT(afterCalls({{140, k1, 10, 140, 11}, {141, 11}}, befores),
+                ElementsAre(CharStringCounts{3, 0}, CharStringCounts{3, 0}, CharStringCounts{4, 0},
+                            CharStringCounts{6, 4}, CharStringCounts{9, 1}));
+    // A subr inside makes stems of the numbers before it.
+    EXPECT_THAT(afterCalls({{140, 140, k1, 10, 11}, {140, 3, 140, 140, 1, 140, 11}}, befores),
+                ElementsAre(CharStringCounts{1, 2}, CharStringCounts{1, 2}, CharStringCounts{1, 3},
+                            CharStringCounts{1, 8}, CharStringCounts{1, 6}));
+    EXPECT_THAT(afterCalls({{21, 140, 140, k1, 10, 11}, {140, 140, 3, 11}}, befores),
+                ElementsAre(CharStringCounts{0, 2}, CharStringCounts{0, 2}, CharStringCounts{0, 2},
+                            CharStringCounts{0, 6}, CharStringCounts{0, 3}));
+}
+
+TEST(SubrWalker, WhatIsKnownHoldsAtTheLimitsOfTheCounts) {
+    constexpr int kMost = KWCommonNS::kMaxCharStringOperands;
+    constexpr int kMostStems = KWCommonNS::kMaxCharStringStems;
+    const std::vector<CharStringCounts> befores{{0, 0},
+                                                {256, 0},
+                                                {257, 0},
+                                                {kMost - 1, 0},
+                                                {kMost, 0},
+                                                {kMost, kMostStems},
+                                                {9, kMostStems - 1}};
+    const Bytes many = Bytes().fill(260, 140);
+    for (const Bytes& subr :
+         {Bytes{140, 140, 1, 11}, Bytes{140, 140, 12, 12, 1, 11},
+          Bytes(many).bytes(Bytes{1, 140, 11}), Bytes(many).bytes(Bytes{k1, 10, 1, 11}),
+          Bytes{140, k1, 10, 18, 11}, Bytes{k1, 10, 140, 140, 10, 3, 11}})
+        EXPECT_EQ(afterCalls({subr, {140, 140, 11}}, befores).size(), befores.size());
+}
+
+TEST(SubrWalker, WhatItKnowsStaysWhenNothingIsNotedAnyMore) {
+    const Subrs subrs({{11}}, {{140, 11}, {141, 11}});
+    CharStringBudget budget(kPlenty);
+    SubrEntries globals;
+    SubrEntries locals;
+    SubrWalker walker(subrs, budget, &globals, &locals);
+    CharStringCounts counts;
+    walker.call(false, subrNumber(0), counts);
+    CharStringBudget other(2 + KWCommonNS::kKnownSubrCost);
+    walker.stopNoting(other);
+    walker.call(false, subrNumber(0), counts);
+    EXPECT_TRUE(walker.isPlain(false, subrNumber(0)));
+    walker.call(false, subrNumber(1), counts);
+    EXPECT_FALSE(other.isSpent());
+    EXPECT_EQ(counts.operands, 3);
+    walker.call(true, subrNumber(0), counts);
+    EXPECT_TRUE(other.isSpent());
+    EXPECT_EQ(locals.size(), 1U);
+    EXPECT_EQ(globals.size(), 0U);
 }
 
 TEST(SubrWalker, WhatASubrIsEnteredWithTellsItFromItself) {
@@ -186,9 +272,9 @@ TEST(SubrWalker, EntriesSayWhoFoundThem) {
         CharStringCounts counts;
         walker.walk(viewOf(charString), counts);
     }
-    EXPECT_EQ(globals.at(-107).fontDict, 3);
-    EXPECT_EQ(first.at(-107).fontDict, 3);
-    EXPECT_EQ(second.at(-107).fontDict, 5);
+    EXPECT_EQ(globals.find(-107)->fontDict, 3);
+    EXPECT_EQ(first.find(-107)->fontDict, 3);
+    EXPECT_EQ(second.find(-107)->fontDict, 5);
 }
 
 TEST(WalkCharString, DeepSubrsOfAnHonestFontAreReached) {

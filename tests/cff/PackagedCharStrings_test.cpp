@@ -125,10 +125,11 @@ CFFIndex reversed(const CFFIndex& subrs, SubrWalker& walker, const SubrNumbers& 
                   const SubrNumbers& localNumbers, const SubrEntries& entries) {
     std::vector<Bytes> copies;
     for (std::size_t i = subrs.size(); i-- > 0;) {
-        const auto entry = entries.find(static_cast<int>(i) - subrBias(subrs.size()));
+        const SubrEntryState* const entry =
+            entries.find(static_cast<int>(i) - subrBias(subrs.size()));
         KWCommonNS::KWMemStream copy;
         copyCharString(copy, subrs[i], walker, globalNumbers, localNumbers,
-                       entry != entries.end() ? entry->second.counts : CharStringCounts());
+                       entry != nullptr ? entry->counts : CharStringCounts());
         copies.push_back(Bytes::ofText({copy.data(), copy.size()}));
     }
     return indexOf(copies);
@@ -139,7 +140,7 @@ SubrNumbers reversal(std::size_t count) {
     const int bias = subrBias(count);
     const int last = static_cast<int>(count) - 1;
     for (int i = 0; i <= last; ++i)
-        numbers[i - bias] = last - i - bias;
+        numbers.insert(i - bias, last - i - bias);
     return numbers;
 }
 

@@ -22,10 +22,13 @@ std::vector<int> codesOf(const Bytes& charString, const Subrs& subrs, SeacFinder
     CharStringCounts counts;
     CharStringScanner scan(viewOf(charString), counts);
     finder.begin(walker);
-    while (scan.next()) {
-        if (scan.isNumber()) {
-            finder.number(scan.number());
-        } else if (scan.op() == FS_Word::endchar) {
+    for (;;) {
+        SeacStack::Run run;
+        const bool isOperator = scan.nextOperator([&run](int number) { run.add(number); });
+        finder.numbers(run);
+        if (!isOperator)
+            break;
+        if (scan.op() == FS_Word::endchar) {
             finder.endchar();
             break;
         } else if (scan.isCall()) {

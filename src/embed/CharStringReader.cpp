@@ -1,4 +1,4 @@
-#include "embed/CharStringStore.h"
+#include "embed/CharStringReader.h"
 
 namespace KWFontService_NS {
 
@@ -16,9 +16,9 @@ std::optional<std::size_t> CharStringReader::sizeOf(std::span<const std::uint16_
 }
 
 std::size_t CharStringReader::readPiece(std::span<const std::uint16_t> glyphs) {
-    // Small enough to stay in the processor's cache between reading and use; reading over a gap of
-    // this size costs less than another read.
-    constexpr std::uint64_t kPieceSize = std::uint64_t{64} << 10;
+    // Small beside any font, and stays in the processor's cache between reading and use; reading
+    // over a gap of this size costs less than another read.
+    constexpr std::uint64_t kPieceSize = std::uint64_t{16} << 10;
     constexpr std::uint64_t kWorthwhileGap = 2048;
     start_ = head_.item(glyphs.front())->offset;
     std::uint64_t end = start_;
@@ -37,16 +37,9 @@ std::size_t CharStringReader::readPiece(std::span<const std::uint16_t> glyphs) {
     return count;
 }
 
-bool CharStringStore::add(CharStringReader& reader, std::span<const std::uint16_t> glyphs) {
-    const auto size = reader.sizeOf(glyphs);
-    if (!size)
-        return false;
-    bytes_.reserve(bytes_.size() + *size);
-    begins_.reserve(begins_.size() + glyphs.size());
-    return reader.visit(glyphs, [this](ByteView charString) {
-        bytes_.insert(bytes_.end(), charString.data(), charString.data() + charString.size());
-        begins_.push_back(bytes_.size());
-    });
+void CharStringReader::add(std::uint16_t gid, ByteView charString) {
+    keptPlaces_[gid] = static_cast<std::uint32_t>(kept_.size()) + 1;
+    kept_.insert(kept_.end(), charString.data(), charString.data() + charString.size());
 }
 
 } // namespace KWFontService_NS

@@ -17,18 +17,40 @@ public:
     /// have more than the table, which only lying offsets lead to.
     std::optional<std::size_t> sizeOf(std::span<const std::uint16_t> glyphs) const;
 
+    /// The bytes of a glyph; 0 for one that does not exist.
+    std::uint32_t lengthOf(std::uint16_t gid) const {
+        const auto item = head_.item(gid);
+        return item ? item->length : 0;
+    }
+
+    /// What is visited from here on stays in memory, for the visits that follow.
+    /// @param size  about how many bytes that will be
+    void keep(std::size_t size) {
+        kept_.reserve(kept_.size() + size);
+        keptPlaces_.resize(head_.count());
+    }
+
     /// Calls `each(bytes)` for every glyph in its turn; the bytes are gone when it returns. The
     /// glyphs ascend, and `sizeOf` has an answer for them.
     template <class Each>
     bool visit(std::span<const std::uint16_t> glyphs, const Each& each) {
         while (!glyphs.empty()) {
+            if (const auto charString = kept(glyphs.front())) {
+                each(*charString);
+                glyphs = glyphs.subspan(1);
+                continue;
+            }
             const std::size_t count = readPiece(glyphs);
             if (count == 0)
                 return false;
             for (const std::uint16_t gid : glyphs.first(count)) {
                 const auto item = head_.item(gid);
-                each(ByteView(buffer_.data(), buffer_.size())
-                         .sub(static_cast<std::size_t>(item->offset - start_), item->length));
+                const ByteView charString =
+                    ByteView(buffer_.data(), buffer_.size())
+                        .sub(static_cast<std::size_t>(item->offset - start_), item->length);
+                each(charString);
+                if (gid < keptPlaces_.size())
+                    add(gid, charString);
             }
             glyphs = glyphs.subspan(count);
         }
@@ -39,27 +61,19 @@ private:
     /// Reads the first of these glyphs with one call; answers how many, 0 on a short read.
     std::size_t readPiece(std::span<const std::uint16_t> glyphs);
 
+    std::optional<ByteView> kept(std::uint16_t gid) const {
+        if (gid >= keptPlaces_.size() || keptPlaces_[gid] == 0)
+            return std::nullopt;
+        return ByteView(kept_.data(), kept_.size()).sub(keptPlaces_[gid] - 1, lengthOf(gid));
+    }
+    void add(std::uint16_t gid, ByteView charString);
+
     CFFStream& table_;
     const CFFIndexHead& head_;
     std::uint64_t start_ = 0; ///< where the bytes of the buffer come from
     std::vector<std::uint8_t> buffer_;
-};
-
-/// The charstrings of some glyphs, in memory one after the other.
-class CharStringStore {
-public:
-    /// Reads more glyphs, which ascend. False when one does not exist and on a short read.
-    bool add(CharStringReader& reader, std::span<const std::uint16_t> glyphs);
-
-    /// The charstring of a glyph by its place among those added.
-    ByteView operator[](std::size_t place) const {
-        return ByteView(bytes_.data(), bytes_.size())
-            .sub(begins_[place], begins_[place + 1] - begins_[place]);
-    }
-
-private:
-    std::vector<std::size_t> begins_{0};
-    std::vector<std::uint8_t> bytes_;
+    std::vector<std::uint8_t> kept_;
+    std::vector<std::uint32_t> keptPlaces_; ///< by glyph, from 1 on; 0 where it is not kept
 };
 
 } // namespace KWFontService_NS
