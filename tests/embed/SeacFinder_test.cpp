@@ -139,6 +139,31 @@ TEST(SeacFinder, WhatLiesTooDeepIsNotKnown) {
     EXPECT_THAT(codesOf(joined(many, Bytes().fill(18, 10), kEndchar)), IsEmpty());
 }
 
+TEST(SeacFinder, WhatASubrHidesIsNotKnownEither) {
+    // Ten numbers of which calls without operands take three: five of seven are known, and hide
+    // what lay there before.
+    const Subrs subrs({},
+                      {joined(numbers({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), Bytes{10, 10, 10})});
+    const Bytes before = joined(numbers({65, 66, 67, 68}), callOf(0));
+    EXPECT_THAT(codesOf(joined(before, kEndchar), subrs), ElementsAre(8, 7));
+    EXPECT_THAT(codesOf(joined(before, Bytes().fill(7, 10), kEndchar), subrs), IsEmpty());
+}
+
+TEST(SeacFinder, ASubrThatCallsItselfIsKnownByItsOutermostCall) {
+    const Subrs subrs({}, {joined(numbers({70}), Bytes{21}, callOf(0))});
+    CharStringBudget budget(kPlenty);
+    SeacFinder finder(subrs, budget);
+    codesOf(callOf(0), subrs, finder);
+    EXPECT_THAT(codesOf(joined(callOf(0), kEndchar), subrs, finder), ElementsAre(70, 70));
+}
+
+TEST(SeacFinder, ASubrIsGoneThroughWithTheStemsBeforeIt) {
+    // Its mask is the eighth stem's; behind a ninth it would have two bytes.
+    const Subrs subrs({}, {joined(Bytes{140, 140, 19, 0xAA}, Bytes{139 + 70, 11})});
+    const Bytes stems = joined(Bytes().fill(14, 140), Bytes{18});
+    EXPECT_THAT(codesOf(joined(stems, callOf(0), kEndchar), subrs), ElementsAre(70, 1));
+}
+
 TEST(SeacFinder, SubrsThatCallEachOtherCostWhatTheirBytesCost) {
     std::vector<Bytes> locals;
     for (int i = 0; i < 10; ++i) {
