@@ -67,6 +67,10 @@ bool canEmbed(const FS_FontInfo& font) {
 
 /// Checks that the font can go into a PDF, and notes what the example wants to know of it.
 void complete(FontFile& font) {
+    if (font.info.getFontFileType() == FS_FILETYPE_EXTRA)
+        font.file.createFont(font.info.getFontFileName());
+    if (font.name.empty())
+        font.name = toUtf8(font.writer().getFullFontName(0));
     if (!canEmbed(font.info))
         throw Failure(ExitCode::font, font.path + " is a font of a kind that no PDF takes");
     switch (font.info.getEmbedStatus()) {
@@ -113,10 +117,10 @@ FontFile openFont(const std::string& path) {
     return font;
 }
 
-std::optional<FontFile> findFont(const FontRequest& request) {
+std::optional<FontFile> findFont(const FontRequest& request, FS_ExtraFonts* extraFonts) {
     FontFile font;
     const auto name = icu::UnicodeString::fromUTF8(request.name);
-    if (!font.info.createFont(name, request.weight, request.italic, request.stretch, nullptr,
+    if (!font.info.createFont(name, request.weight, request.italic, request.stretch, extraFonts,
                               false)) {
         const KWError& error = font.info.getError();
         if (error.getCode() == FS_ERROR_NONE)
@@ -124,6 +128,8 @@ std::optional<FontFile> findFont(const FontRequest& request) {
         throw Failure(ExitCode::font, toUtf8(error.getMessage()));
     }
     font.path = toUtf8(font.info.getFontFileName().getLocalPath());
+    if (font.info.isExtraFont(nullptr, nullptr))
+        font.name = request.name;
     complete(font);
     return font;
 }

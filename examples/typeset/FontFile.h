@@ -11,6 +11,10 @@ namespace typeset {
 /// A font that text is set in.
 struct FontFile {
     KWFontService_NS::FS_FontInfo info;
+    /// The file of a font that a document brought along as an sfnt: under the name of the document
+    /// it has no names of its own, and not every writer. Without a font where `info` has them.
+    KWFontService_NS::FS_FontInfo file;
+    std::string name; // for people
     std::string path;
     std::uintmax_t bytes = 0;
     /// False when the font's licence wants it embedded whole or not at all (OS/2 fsType, bit 8).
@@ -19,6 +23,11 @@ struct FontFile {
     /// its baseline stands above that of the line, in parts of the size.
     double sizeAdjust = 1;
     double baselineAdjust = 0;
+
+    /// The font by which subsets are written.
+    const KWFontService_NS::FS_FontInfo& writer() const {
+        return file.isCreatedFont() ? file : info;
+    }
 };
 
 /// A font as people speak of it: a name and a style.
@@ -35,7 +44,10 @@ FontFile openFont(const std::string& path);
 
 /// Finds a font among those that the font service knows, and opens it. Nothing when there is none;
 /// throws `Failure` (font) when it cannot or may not be embedded.
-std::optional<FontFile> findFont(const FontRequest& request);
+/// @param extraFonts  those that the document brought along, which go before all others; may be
+/// null
+std::optional<FontFile> findFont(const FontRequest& request,
+                                 KWFontService_NS::FS_ExtraFonts* extraFonts = nullptr);
 
 std::string toUtf8(const icu::UnicodeString& text);
 

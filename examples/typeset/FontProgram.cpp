@@ -174,15 +174,15 @@ FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool
     switch (font.info.getFontFileType2()) {
     case FS_FILETYPE_OPENTYPE:
         if (!upright)
-            program = makeNamed(font.info, glyphs, subset);
+            program = makeNamed(font.writer(), glyphs, subset);
         if (!program)
-            program = makeByGlyphIds(font.info, glyphs, subset);
+            program = makeByGlyphIds(font.writer(), glyphs, subset);
         break;
     case FS_FILETYPE_OPENTYPE_CID:
-        program = makeCidKeyed(font.info, glyphs, subset);
+        program = makeCidKeyed(font.writer(), glyphs, subset);
         break;
     default:
-        program = makeTrueType(font.info, glyphs, subset);
+        program = makeTrueType(font.writer(), glyphs, subset);
         break;
     }
     if (!program)

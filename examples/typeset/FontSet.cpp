@@ -25,8 +25,9 @@ const char* homePath() {
     return std::getenv("HOME");
 }
 
-FontFile findOrExplain(const FontRequest& request, const std::string& config) {
-    if (std::optional<FontFile> font = findFont(request))
+FontFile findOrExplain(const FontRequest& request, const std::string& config,
+                       FS_ExtraFonts* extraFonts) {
+    if (std::optional<FontFile> font = findFont(request, extraFonts))
         return std::move(*font);
     std::string text = "there is no font '" + request.name +
                        "'\nThe font service knows what the system lists, unless its configuration "
@@ -77,14 +78,16 @@ FontSet openFonts(const FontChoice& choice) {
             add(openFont(choice.files[i]));
         return fonts;
     }
-    add(findOrExplain(choice.text, choice.config));
+    addFontFaces(fonts.faces, choice.faces);
+    FS_ExtraFonts* const extraFonts = fonts.faces.getExtraFonts();
+    add(findOrExplain(choice.text, choice.config, extraFonts));
     if (!choice.headings.name.empty())
-        fonts.headings = add(findOrExplain(choice.headings, choice.config));
+        fonts.headings = add(findOrExplain(choice.headings, choice.config, extraFonts));
     fonts.fallbacks = fonts.size();
     for (const std::string& name : choice.fallbacks) {
         FontRequest request = choice.text;
         request.name = name;
-        add(findOrExplain(request, choice.config));
+        add(findOrExplain(request, choice.config, extraFonts));
     }
     return fonts;
 }

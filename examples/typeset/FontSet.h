@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FontFace.h"
 #include "FontFile.h"
 
 #include <cstddef>
@@ -17,6 +18,9 @@ struct FontSet {
     /// do so in their order.
     std::size_t fallbacks = std::numeric_limits<std::size_t>::max();
 
+    /// Keeps the fonts that the document brought along.
+    KWFontService_NS::FS_ExtraFontManager faces{};
+
     std::size_t size() const { return files.size(); }
     const FontFile& operator[](std::size_t index) const { return files[index]; }
     FontFile& operator[](std::size_t index) { return files[index]; }
@@ -27,6 +31,7 @@ struct FontChoice {
     std::vector<std::string> files;     // empty: the default font; all but the first: fallbacks
     std::string config;                 // of the font service; empty: its default
     FontRequest text;                   // without a name: by file
+    std::vector<FontFace> faces;        // that the document brings, found before all others
     std::vector<std::string> fallbacks; // names, in the style of the text
     FontRequest headings{"", 700};      // without a name: set like the text
 

@@ -20,6 +20,7 @@ begin with "@ " say how the next paragraph is set:
 
   -o FILE.pdf           the PDF to write
   --png FILE            draw the first lines as a picture, too
+  --webfont FILE.woff   write the glyphs that the text uses of its font as a web font, too
   --whole-page          draw the first page whole instead
   --size PT             size of the text, 4 to 72 points (default 10.5)
   --dpi N               resolution of the picture, 36 to 1200 (default 150)
@@ -40,6 +41,9 @@ or by its name:
   --stretch N           1, ultra-condensed, to 9, ultra-expanded (default 5)
   --heading-family NAME sets the headings in another font, upright and of normal width
   --heading-weight N    weight of that font (default 700)
+  --font-face FACE      a font that the text brings along, "Family;weight;italic;URL": the URL is a
+                        path or a data: URI; weight (1 to 1000) and italic (0 or 1) may be empty for
+                        the font's own. --family finds it before all others. Any number of times
   --config FILE         configuration of the font service (default: the font-config.xml beside its
                         library, if there is one)
 
@@ -75,6 +79,8 @@ bool readFontOption(const std::string& option, const Value& value, FontChoice& f
         fonts.headings.name = value();
     else if (option == "--heading-weight")
         fonts.headings.weight = parseNumber(ExitCode::usage, option, value(), 1, 1000);
+    else if (option == "--font-face")
+        fonts.faces.push_back(parseFontFace(value()));
     else if (option == "--config")
         fonts.config = value();
     else
@@ -85,7 +91,7 @@ bool readFontOption(const std::string& option, const Value& value, FontChoice& f
 void checkFontOptions(const std::set<std::string>& given) {
     static constexpr const char* kByName[] = {"--family",  "--weight",         "--italic",
                                               "--stretch", "--heading-family", "--heading-weight",
-                                              "--config"};
+                                              "--config",  "--font-face"};
     for (const std::string option : kByName) {
         if (given.count(option) == 0)
             continue;
@@ -123,6 +129,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             options.pdfPath = value();
         } else if (argument == "--png") {
             options.pngPath = value();
+        } else if (argument == "--webfont") {
+            options.webFontPath = value();
         } else if (argument == "--size") {
             options.size = parseNumber(ExitCode::usage, argument, value(), 4.0, 72.0);
         } else if (argument == "--dpi") {

@@ -12,9 +12,10 @@ struct Options {
     FontChoice fonts;
     std::string textPath; // "-": standard input
     std::string pdfPath;
-    std::string pngPath; // empty: no picture
-    double size = 10.5;  // of the body text, in points
-    unsigned dpi = 150;  // of the picture
+    std::string pngPath;     // empty: no picture
+    std::string webFontPath; // empty: none
+    double size = 10.5;      // of the body text, in points
+    unsigned dpi = 150;      // of the picture
     bool justified = true;
     bool wholeFont = false;
     bool wholePage = false; // in the picture

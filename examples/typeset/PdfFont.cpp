@@ -60,9 +60,10 @@ int descriptorFlags(const FS_FontInfo& font, bool italic) {
     return flags;
 }
 
-std::string postScriptName(const FS_FontInfo& font) {
+std::string postScriptName(const FontFile& font) {
+    const std::string own = toUtf8(font.writer().getPostScriptName(0));
     std::string out;
-    for (const char c : toUtf8(font.getPostScriptName(0))) {
+    for (const char c : own.empty() ? font.name : own) {
         if (std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-')
             out += c;
     }
@@ -93,7 +94,7 @@ PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFo
     pdf.glyphs = glyphs;
     pdf.subset = !wholeFont && font.maySubset;
     pdf.program = makeFontProgram(font, glyphs, pdf.subset, upright);
-    pdf.name = (pdf.subset ? subsetTag(glyphs) + "+" : std::string()) + postScriptName(info);
+    pdf.name = (pdf.subset ? subsetTag(glyphs) + "+" : std::string()) + postScriptName(font);
     pdf.flags = descriptorFlags(info, italic);
     pdf.box = {face.xMin * perMille, face.yMin * perMille, face.xMax * perMille,
                face.yMax * perMille};

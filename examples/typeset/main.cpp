@@ -8,6 +8,7 @@
 #include "PdfWriter.h"
 #include "PngWriter.h"
 #include "TextLayout.h"
+#include "WebFont.h"
 
 #include <KWCommon15/KWError.h>
 
@@ -43,8 +44,8 @@ void reportMissing(const Layout& layout, const FontSet& fonts) {
         const auto& [font, character] = which;
         char code[16];
         std::snprintf(code, sizeof code, "U+%04X", static_cast<unsigned>(character));
-        warn((fonts.size() == 1 ? "the font" : toUtf8(fonts[font].info.getFullFontName(0))) +
-             " has no glyph for " + code + " (" + plural(count, "time") + ")");
+        warn((fonts.size() == 1 ? "the font" : fonts[font].name) + " has no glyph for " + code +
+             " (" + plural(count, "time") + ")");
     }
 }
 
@@ -72,7 +73,7 @@ PdfFonts embeddedFonts(const Layout& layout, const FontSet& fonts, bool wholeFon
 }
 
 void reportFont(const char* label, const FontFile& font, const PdfFont& embedded) {
-    row(label, toUtf8(font.info.getFullFontName(0)) + " (" + font.path + ")");
+    row(label, font.name + " (" + font.path + ")");
     row("Glyphs used", grouped(embedded.glyphs.size()));
     row("Font file", grouped(font.bytes) + " bytes");
     row(embedded.subset ? "Embedded subset" : "Embedded whole",
@@ -100,6 +101,10 @@ void run(const Options& options) {
     if (!options.pngPath.empty())
         writePng(options.pngPath, layout, fonts, options.dpi, options.wholePage);
 
+    std::size_t webFontBytes = 0;
+    if (!options.webFontPath.empty())
+        webFontBytes = writeWebFont(options.webFontPath, layout, 0, fonts[0]);
+
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.3f s", time.count());
@@ -114,6 +119,9 @@ void run(const Options& options) {
                               : "Further font",
                    fonts[index], font);
     }
+    if (webFontBytes != 0)
+        row("Web font",
+            grouped(webFontBytes) + " bytes, " + percentOf(webFontBytes, fonts[0].bytes));
     row("PDF, compressed", grouped(pdfBytes) + " bytes");
     row("Time", seconds);
 }
