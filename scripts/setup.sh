@@ -19,6 +19,7 @@ build_packages=(
 test_packages=(
   libgtest-dev libgmock-dev libharfbuzz-dev
   python3 python3-fonttools opentype-sanitizer poppler-utils ghostscript
+  woff-tools chromium
   fonts-dejavu-extra fonts-dejavu-web
   fonts-noto-cjk fonts-ipafont-gothic
   fonts-arphic-gbsn00lp fonts-arphic-uming fonts-wqy-zenhei

@@ -1,7 +1,7 @@
 """WOFF files by fontTools.
 
 woff.py pack FONT WOFF     writes a font as WOFF
-woff.py tables FONT        a line for each table: tag, length, sum of its 32-bit words
+woff.py tables FONT...     a line for each table: tag, length, sum of its 32-bit words
 """
 
 import sys
@@ -16,11 +16,13 @@ def pack(source, target):
     font.save(target, reorderTables=None)
 
 
-def tables(path):
-    font = TTFont(path, lazy=True)
-    for tag in sorted(font.reader.keys()):
-        data = font.reader[tag]
-        print(f"{tag} {len(data)} {calcChecksum(data)}")
+def tables(*paths):
+    for path in paths:
+        font = TTFont(path, lazy=True)
+        for tag in sorted(font.reader.keys()):
+            data = font.reader[tag]
+            print(f"{tag} {len(data)} {calcChecksum(data)}")
+        font.close()
 
 
 if __name__ == "__main__":
