@@ -18,7 +18,7 @@ build_packages=(
 )
 test_packages=(
   libgtest-dev libgmock-dev libharfbuzz-dev
-  python3 python3-fonttools opentype-sanitizer poppler-utils ghostscript
+  python3 python3-fonttools opentype-sanitizer poppler-utils ghostscript t1utils
   woff-tools chromium
   fonts-dejavu-extra fonts-dejavu-web
   fonts-noto-cjk fonts-ipafont-gothic

@@ -105,6 +105,7 @@ bool readPFBSections(std::istream& stream, Type1Sections& sections) {
     Bytes* const parts[] = {&sections.clearText, &sections.eexec, &sections.trailer};
     constexpr std::uint8_t kTypes[] = {Text, Binary, Text};
     std::size_t part = 0;
+    bool started = false;
     Bytes header;
     const auto readHeader = [&](std::size_t count) {
         header.clear();
@@ -116,8 +117,12 @@ bool readPFBSections(std::istream& stream, Type1Sections& sections) {
         const std::uint8_t type = header[1];
         if (type == End)
             break;
-        if (type != kTypes[part] && (++part == std::size(kTypes) || type != kTypes[part]))
+        const bool isNextPart = started && part + 1 < std::size(kTypes) && type == kTypes[part + 1];
+        if (isNextPart)
+            ++part;
+        else if (type != kTypes[part])
             return false;
+        started = true;
         if (!readHeader(4))
             return false;
         const std::uint32_t length = std::uint32_t{header[0]} | std::uint32_t{header[1]} << 8 |
