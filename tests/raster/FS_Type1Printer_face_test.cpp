@@ -385,8 +385,8 @@ TEST_P(PackagedType1, RecordsAreWhatFreeTypeSays) {
 INSTANTIATE_TEST_SUITE_P(Fonts, PackagedType1,
                          testing::Values("NimbusSans-PFB", "C059-PFB", "LMRoman10-PFB",
                                          "LMMono10-PFB"),
-                         [](const auto& info) {
-                             std::string name = info.param;
+                         [](const auto& instance) {
+                             std::string name = instance.param;
                              std::erase(name, '-');
                              return name;
                          });
