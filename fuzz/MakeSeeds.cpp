@@ -3,6 +3,7 @@
 #include "FuzzTables.h"
 #include "layout/LayoutSamples.h"
 #include "support/FontBuilder.h"
+#include "support/Type1Font.h"
 #include "support/WoffFile.h"
 
 #include <algorithm>
@@ -248,6 +249,23 @@ void makeTextSeeds(const std::filesystem::path& root) {
     xml.add("broken", "<a><b></a>");
 }
 
+void makeType1Seeds(const std::filesystem::path& root) {
+    const SeedFolder pfa(root / "pfa");
+    const SeedFolder pfb(root / "pfb");
+    const auto add = [&](const std::string& name, const Type1Font& font) {
+        pfa.add(name, font.pfa());
+        pfb.add(name, font.pfb());
+    };
+    Type1Font font = Type1Font::latin();
+    add("latin", font);
+    font.lineEnd = "\r";
+    add("latin-cr", font);
+    font.lenIV = 0;
+    font.lineEnd = "\r\n";
+    add("latin-crlf", font);
+    add("symbols", Type1Font::symbols());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -260,6 +278,7 @@ int main(int argc, char** argv) {
         makeLayoutSeeds(SeedFolder(root / "layout"));
         makeCffSeeds(SeedFolder(root / "cff"));
         makeTextSeeds(root);
+        makeType1Seeds(root);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

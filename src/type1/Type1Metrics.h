@@ -16,7 +16,7 @@ struct Type1CharMetric {
     int code = kUnencoded;
     int WX = 0;
     int WY = 0;
-    std::string name; ///< empty for a glyph that nothing is known of
+    std::string name{}; ///< empty for a glyph that nothing is known of
     int left = 0;
     int bottom = 0;
     int right = 0;
