@@ -40,8 +40,8 @@ public:
     void add(Key key, Value value) { rows_.emplace_back(key, value); }
     void sort() {
         std::ranges::stable_sort(rows_, {}, &Row::first);
-        const auto repeats = std::ranges::unique(rows_, {}, &Row::first);
-        rows_.erase(repeats.begin(), repeats.end());
+        const auto isRepeat = [](const Row& a, const Row& b) { return a.first == b.first; };
+        rows_.erase(std::unique(rows_.begin(), rows_.end(), isRepeat), rows_.end());
     }
     Value find(Key key, Value missing) const {
         const auto found = std::ranges::lower_bound(rows_, key, {}, &Row::first);
