@@ -3,15 +3,18 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
+#include <limits>
 #include <memory>
+#include <new>
 #include <ostream>
 
 namespace KWCommonNS {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 32768;
+constexpr std::size_t kDeflateBlock = 32768;
+/// Each block costs a copy of the 32 KiB that later bytes may refer to.
+constexpr std::size_t kInflateBlock = std::size_t{1} << 18;
 
 /// Gives zlib the next part of a block that may be longer than its counters.
 class InputFeed {
@@ -36,16 +39,26 @@ private:
     std::size_t left_;
 };
 
-using Block = std::array<char, kBlockSize>;
+/// What zlib writes into.
+class Block {
+public:
+    explicit Block(std::size_t size) : bytes_(new (std::nothrow) char[size]), size_(size) {}
 
-void giveBlock(z_stream& stream, Block& block) {
-    stream.next_out = reinterpret_cast<Bytef*>(block.data());
-    stream.avail_out = static_cast<uInt>(block.size());
-}
+    explicit operator bool() const { return bytes_ != nullptr; }
+    void give(z_stream& stream) {
+        stream.next_out = reinterpret_cast<Bytef*>(bytes_.get());
+        stream.avail_out = static_cast<uInt>(size_);
+    }
+    std::size_t produced(const z_stream& stream) const { return size_ - stream.avail_out; }
+    bool write(std::ostream& out, const z_stream& stream) const {
+        const std::size_t size = produced(stream);
+        return size == 0 || out.write(bytes_.get(), static_cast<std::streamsize>(size)).good();
+    }
 
-bool writeBlock(std::ostream& out, const Block& block, std::size_t size) {
-    return size == 0 || out.write(block.data(), static_cast<std::streamsize>(size)).good();
-}
+private:
+    std::unique_ptr<char[]> bytes_;
+    std::size_t size_;
+};
 
 } // namespace
 
@@ -55,21 +68,21 @@ bool KWUtil::inflate(std::ostream& out, const void* data, std::size_t size, std:
         return false;
     const std::unique_ptr<z_stream, decltype(&inflateEnd)> guard(&stream, &inflateEnd);
     InputFeed input(data, size);
-    Block block;
-    int status = Z_OK;
+    Block block(static_cast<std::size_t>(std::clamp<std::uint64_t>(maximum, 1, kInflateBlock)));
+    int status = block ? Z_OK : Z_MEM_ERROR;
     while (status == Z_OK) {
         input.refill(stream);
-        giveBlock(stream, block);
+        block.give(stream);
         // Without input and output left zlib answers Z_BUF_ERROR, so that every round moves on.
         status = ::inflate(&stream, Z_NO_FLUSH);
         if (status != Z_OK && status != Z_STREAM_END)
             return false;
-        const std::size_t produced = block.size() - stream.avail_out;
-        if (produced > maximum || !writeBlock(out, block, produced))
+        const std::size_t produced = block.produced(stream);
+        if (produced > maximum || !block.write(out, stream))
             return false;
         maximum -= produced;
     }
-    return true;
+    return status == Z_STREAM_END;
 }
 
 bool KWUtil::deflate(std::ostream& out, const void* data, std::size_t size) {
@@ -78,17 +91,16 @@ bool KWUtil::deflate(std::ostream& out, const void* data, std::size_t size) {
         return false;
     const std::unique_ptr<z_stream, decltype(&deflateEnd)> guard(&stream, &deflateEnd);
     InputFeed input(data, size);
-    Block block;
-    int status = Z_OK;
+    Block block(kDeflateBlock);
+    int status = block ? Z_OK : Z_MEM_ERROR;
     while (status == Z_OK) {
         input.refill(stream);
-        giveBlock(stream, block);
+        block.give(stream);
         status = ::deflate(&stream, input.isLast() ? Z_FINISH : Z_NO_FLUSH);
-        if ((status != Z_OK && status != Z_STREAM_END) ||
-            !writeBlock(out, block, block.size() - stream.avail_out))
+        if ((status != Z_OK && status != Z_STREAM_END) || !block.write(out, stream))
             return false;
     }
-    return true;
+    return status == Z_STREAM_END;
 }
 
 } // namespace KWCommonNS

@@ -29,6 +29,9 @@ constexpr std::size_t kWoffHeaderSize = 44;
 constexpr std::size_t kWoffEntrySize = 20;
 constexpr std::size_t kWorkBufferSize = 1024;
 
+/// Bytes that one byte of a zlib stream can become.
+constexpr std::uint64_t kMostInflated = 1032;
+
 /// How far an sfnt that comes out of a file of this size may go; offsets have 32 bits.
 std::uint64_t sfntLimit(std::uint64_t fileSize) {
     constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
@@ -160,7 +163,12 @@ bool FS_WOFF::unpack(KWError& error, std::istream& stream) {
     state.buffer.reserve(kWorkBufferSize);
     storeOffsetTable(state.directory.data(), ByteView::loadU32(&header[4]), numTables);
 
-    sfntStream = std::make_unique<KWMemStream>(nullptr, totalSfntSize);
+    sfntStream = std::make_unique<KWMemStream>();
+    // What the file promises, if all of it could come to that; a size that does not count the
+    // padding of tables is common.
+    const std::uint64_t promised = totalSfntSize + std::uint64_t{3} * numTables;
+    sfntStream->rdbuf()->reserve(static_cast<std::size_t>(
+        std::min({promised, state.limit, kMostInflated * fileSize + tablesAt})));
     for (std::size_t i = 0; i < numTables; ++i) {
         if (!unpackTable(error, state, i))
             return false;
