@@ -64,11 +64,15 @@ enum FS_EMBEDSTATUS : std::int32_t {
     FS_EMBED_RESTRICTED = 2,
 };
 
-/// The encoding of a CFF-flavoured sfnt (Adobe Technical Note 5176, Encoding).
+/// The encoding of a CFF-flavoured sfnt (Adobe Technical Note 5176, Encoding) or of a Type 1 font.
 enum FS_EncodingScheme : std::int32_t {
-    FS_ENCODING_NONE = 0,     ///< not applicable: every font without `CFF ` outlines
-    FS_ENCODING_STANDARD = 1, ///< the Top DICT asks for StandardEncoding
-    FS_ENCODING_FONT = 5,     ///< an encoding of the font's own
+    FS_ENCODING_NONE = 0,     ///< not applicable: every sfnt without `CFF ` outlines
+    FS_ENCODING_STANDARD = 1, ///< the Top DICT asks for StandardEncoding; a Type 1 font for another
+                              ///< one than those below
+    FS_ENCODING_WINANSI = 2,  ///< WinAnsiEncoding, of Type 1 fonts alone, as are the next two
+    FS_ENCODING_MACROMAN = 3, ///< MacRomanEncoding
+    FS_ENCODING_MACEXPERT = 4, ///< MacExpertEncoding
+    FS_ENCODING_FONT = 5,      ///< an encoding of the font's own
 };
 
 /// The character collection of a CID-keyed font (PostScript CIDSystemInfo).

@@ -18,13 +18,13 @@ constexpr int kFirstHighCode = Type1CodeMap::kCodesOfAFont;
 
 struct SchemeRow {
     const char16_t* name;
-    Type1EncodingScheme scheme;
+    FS_EncodingScheme scheme;
 };
 constexpr SchemeRow kSchemes[] = {
-    {u"WinAnsiEncoding", TYPE1_ENCODING_WINANSI},
-    {u"MacRomanEncoding", TYPE1_ENCODING_MACROMAN},
-    {u"MacExpertEncoding", TYPE1_ENCODING_MACEXPERT},
-    {u"FontSpecific", TYPE1_ENCODING_FONTSPECIFIC},
+    {u"WinAnsiEncoding", FS_ENCODING_WINANSI},
+    {u"MacRomanEncoding", FS_ENCODING_MACROMAN},
+    {u"MacExpertEncoding", FS_ENCODING_MACEXPERT},
+    {u"FontSpecific", FS_ENCODING_FONT},
 };
 
 class Lookup {
@@ -100,7 +100,7 @@ private:
     unsigned short giveOwnCode(unsigned char code, std::string_view name) const {
         if (code == 0)
             return 0;
-        return font_.scheme == TYPE1_ENCODING_FONTSPECIFIC ? assignNamed(code, name) : assign(code);
+        return font_.scheme == FS_ENCODING_FONT ? assignNamed(code, name) : assign(code);
     }
 
     unsigned short codeOfNamed(const Type1CharMetric& metric) const {
@@ -117,7 +117,7 @@ private:
         const std::uint8_t standard = standardCode(metric.name);
         if (standard == 0)
             return allocatePastOwnCodes(metric.name);
-        return font_.scheme == TYPE1_ENCODING_OTHER ? assign(standard)
+        return font_.scheme == FS_ENCODING_STANDARD ? assign(standard)
                                                     : assignNamed(standard, metric.name);
     }
 
@@ -143,12 +143,12 @@ private:
 
 } // namespace
 
-Type1EncodingScheme encodingSchemeOf(const UnicodeString& name) {
+FS_EncodingScheme encodingSchemeOf(const UnicodeString& name) {
     for (const SchemeRow& row : kSchemes) {
         if (name == UnicodeString(row.name))
             return row.scheme;
     }
-    return TYPE1_ENCODING_OTHER;
+    return FS_ENCODING_STANDARD;
 }
 
 unsigned short findType1CharCode(Type1CodeMap& codes, const Type1CodeSource& font, int ch) {

@@ -4,22 +4,15 @@
 #include "type1/Type1CodeMap.h"
 #include "type1/Type1Metrics.h"
 
+#include <KWFontService17/FS_Types.h>
+
 #include <map>
 #include <string>
 
 namespace KWFontService_NS {
 
-/// How a Type 1 font says that its codes are meant.
-enum Type1EncodingScheme : int {
-    TYPE1_ENCODING_OTHER = 1,
-    TYPE1_ENCODING_WINANSI = 2,
-    TYPE1_ENCODING_MACROMAN = 3,
-    TYPE1_ENCODING_MACEXPERT = 4,
-    TYPE1_ENCODING_FONTSPECIFIC = 5,
-};
-
-/// The scheme of an encoding's name, letter for letter.
-Type1EncodingScheme encodingSchemeOf(const UnicodeString& name);
+/// The scheme of the name of a Type 1 font's encoding, letter for letter.
+FS_EncodingScheme encodingSchemeOf(const UnicodeString& name);
 
 /// The names that a font program has for its own codes.
 using Type1BuiltInNames = std::map<int, std::string>;
@@ -31,7 +24,7 @@ struct Type1CodeSource {
     const Type1GlyphList* glyphList = nullptr;       ///< null: the configuration has none
     const Type1Metrics* metrics = nullptr;           ///< null: nothing is known of the glyphs
     const Type1BuiltInNames* builtInNames = nullptr; ///< null: there is no font program
-    Type1EncodingScheme scheme = TYPE1_ENCODING_OTHER;
+    FS_EncodingScheme scheme = FS_ENCODING_STANDARD;
 };
 
 /// The two-byte code of a character, handed out on first use; 0 when it has none.

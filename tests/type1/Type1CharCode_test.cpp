@@ -82,7 +82,7 @@ TEST_F(CharCode, AnotherEncodingTakesTheStandardCodeOfTheName) {
 }
 
 TEST_F(CharCode, ANamedEncodingNamesTheStandardCode) {
-    font.scheme = TYPE1_ENCODING_WINANSI;
+    font.scheme = FS_ENCODING_WINANSI;
     setMetrics({glyph(0xB7, "periodcentered")});
     EXPECT_EQ(code(0xB7), 180);
     EXPECT_EQ(nameOf(0, 180), "periodcentered");
@@ -109,7 +109,7 @@ TEST_F(CharCode, NewCodesPassByThoseOfTheFont) {
 }
 
 TEST_F(CharCode, NewCodesPassByThoseThatStandForAnother) {
-    font.scheme = TYPE1_ENCODING_WINANSI;
+    font.scheme = FS_ENCODING_WINANSI;
     setMetrics({glyph(0xB7, "periodcentered"), glyph(-1, "Amacron")});
     EXPECT_EQ(code(0xB7), 180);
     codes.nextCode = 179;
@@ -147,7 +147,7 @@ TEST_F(CharCode, AListedNameGivesTheLowByteOfItsCode) {
 }
 
 TEST_F(CharCode, AListedNameOfAFontSpecificEncodingIsNamed) {
-    font.scheme = TYPE1_ENCODING_FONTSPECIFIC;
+    font.scheme = FS_ENCODING_FONT;
     setMetrics({glyph(0x41, "alpha")});
     setGlyphList({{0x03B1, "alpha"}});
     EXPECT_EQ(code(0x03B1), 0x41);
@@ -223,7 +223,7 @@ TEST_F(CharCode, ABuiltInNameKeepsItsCode) {
 }
 
 TEST_F(CharCode, ABuiltInNameOfAFontSpecificEncodingIsNamed) {
-    font.scheme = TYPE1_ENCODING_FONTSPECIFIC;
+    font.scheme = FS_ENCODING_FONT;
     setBuiltInNames({{0x80, "foo"}});
     EXPECT_EQ(code(0x80), 0x80);
     EXPECT_EQ(nameOf(0, 0x80), "foo");
@@ -238,7 +238,7 @@ TEST_F(CharCode, BuiltInNamesFrom254OnGoToFontOne) {
 }
 
 TEST_F(CharCode, ABuiltInNameOfCodeZeroHasNone) {
-    font.scheme = TYPE1_ENCODING_FONTSPECIFIC;
+    font.scheme = FS_ENCODING_FONT;
     setBuiltInNames({{0, "foo"}});
     EXPECT_EQ(code(0), 0);
     EXPECT_EQ(codes.getType1CMapArray(0), nullptr);
@@ -266,7 +266,7 @@ TEST_F(CharCode, WithoutNamesAFontProgramHasToHaveTheCode) {
     EXPECT_EQ(code(0x100), 0);
 }
 
-TEST(Type1EncodingScheme, NamesAreComparedLetterForLetter) {
+TEST(EncodingSchemeOf, NamesAreComparedLetterForLetter) {
     EXPECT_EQ(encodingSchemeOf(u"WinAnsiEncoding"), 2);
     EXPECT_EQ(encodingSchemeOf(u"MacRomanEncoding"), 3);
     EXPECT_EQ(encodingSchemeOf(u"MacExpertEncoding"), 4);
