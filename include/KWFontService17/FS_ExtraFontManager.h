@@ -14,14 +14,15 @@ namespace KWFontService_NS {
 /// other document finds them. They live as long as the last manager that holds them, which has to
 /// outlive every `FS_FontInfo` that stands for one.
 ///
-/// A manager is used by one thread at a time while fonts are appended. After that any number of
-/// threads may search its fonts.
+/// A manager is used by one thread at a time while fonts are appended, and so are all managers that
+/// share fonts with it, together. After that any number of threads may search the fonts.
 class KWFONTSERVICE_API FS_ExtraFontManager {
 public:
     /// A set of its own.
     /// @param other  whose fonts are the first ones in it, under the names they have there; may be
     ///               null. Each set grows by itself from then on, but the fonts in both are the
-    ///               same objects: a style that one declares anew is that of the other, too
+    ///               same objects: a name or a style that one gives them anew is theirs in the
+    ///               other, too
     explicit FS_ExtraFontManager(const FS_ExtraFontManager* other = nullptr);
     /// A second manager of the same set: what one appends the other finds.
     FS_ExtraFontManager(const FS_ExtraFontManager& other);

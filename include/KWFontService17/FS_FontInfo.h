@@ -325,9 +325,9 @@ public:
     bool makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
     /// The same as WOFF 1.0.
     bool makeWebFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
-    /// The glyphs of a font with `CFF ` outlines as a PostScript CIDFont of type 0, for a host's own
-    /// CMap. CID 0 is glyph 0; the listed glyphs take the CIDs from 1 on in the order of the list,
-    /// but for a 0 and an id that repeats the one before it.
+    /// The glyphs of a font with `CFF ` outlines as a PostScript CIDFont of type 0, for a host's
+    /// own CMap. CID 0 is glyph 0; the listed glyphs take the CIDs from 1 on in the order of the
+    /// list, but for a 0 and an id that repeats the one before it.
     /// @param output    appended to; on failure untouched
     /// @param fontName  set to the name of the subset, which differs from call to call
     /// @param info      set to the character collection that the CMap must name

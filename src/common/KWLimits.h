@@ -52,6 +52,13 @@ inline constexpr std::size_t kMaxNameBytes = std::size_t{4} << 20;
 /// index has to fit 15 bits.
 inline constexpr std::uint32_t kMaxFaces = 4096;
 
+/// Family names that a document may give one font: each is entered under every style that rules
+/// declare for the font.
+inline constexpr std::size_t kMaxFontFaceNames = 64;
+
+/// Fonts inside each other where a local font stands for a local font; each query passes them all.
+inline constexpr int kMaxLocalFontDepth = 16;
+
 /// Bytes that the scan of all faces of a file may read. Faces may share everything, so neither
 /// their number nor the size of the file bounds what a scan keeps; a real face takes 5 to 20 KiB,
 /// most of it names.

@@ -74,12 +74,9 @@ bool FS_ExtraFont::loadFont(KWError& error, int faceIndex, std::istream* stream)
     return innerFont && innerFont->loadFont(error, faceIndex, stream);
 }
 
-bool FS_ExtraFont::restyle(int weight, int italic) {
-    if (weight == weightDescriptor && italic == italicDescriptor)
-        return false;
-    weightDescriptor = weight;
-    italicDescriptor = italic;
-    return true;
+void FS_ExtraFont::declareStyle(const Style& style) {
+    weightDescriptor = style.weight;
+    italicDescriptor = style.italic;
 }
 
 int FS_ExtraFont::getWeight(int faceIndex) const {

@@ -38,9 +38,15 @@ public:
     /// Under the family names that were given to the font alone.
     void registerFontNames(FS_FontPool& pool) override;
 
-    /// Declares another style.
-    /// @return  false when it is the one that was declared before
-    bool restyle(int weight, int italic);
+    /// The style that the document declares.
+    struct Style {
+        int weight = 0;  ///< CSS weight; 0: the font's own
+        int italic = -1; ///< 1 italic, -1: the font's own, anything else upright
+
+        friend bool operator==(const Style&, const Style&) = default;
+    };
+    Style declaredStyle() const { return {weightDescriptor, italicDescriptor}; }
+    void declareStyle(const Style& style);
 
     int getWeight(int faceIndex) const override;
     bool isItalic(int faceIndex) const override;

@@ -4,7 +4,10 @@
 
 namespace KWFontService_NS {
 
-FS_LocalFont::FS_LocalFont(KWCommonNS::KWPtr<FS_BaseFont> local) : FS_ExtraFont(std::move(local)) {}
+FS_LocalFont::FS_LocalFont(KWCommonNS::KWPtr<FS_BaseFont> local) : FS_ExtraFont(std::move(local)) {
+    if (const auto* const inside = dynamic_cast<const FS_LocalFont*>(innerFont.get()))
+        depth_ = inside->depth() + 1;
+}
 FS_LocalFont::~FS_LocalFont() = default;
 
 unsigned int FS_LocalFont::getClassId() const {

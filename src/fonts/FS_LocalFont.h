@@ -16,9 +16,15 @@ public:
     UnicodeString getClassName() const override;
     FS_FontFileType getFontFileType(int faceIndex) const override;
 
+    /// 1 for one that stands for a font of the registry, 2 for one that stands for such a one ...
+    int depth() const { return depth_; }
+
     /// Reads nothing: the font inside was scanned before, and others are using it.
     /// @return  false without a font inside, which is no error
     bool scanFont(KWError& error, std::istream& stream) override;
+
+private:
+    int depth_ = 1;
 };
 
 } // namespace KWFontService_NS

@@ -50,10 +50,11 @@ int FS_ExtraFontManager::getFontsCount() const {
 int FS_ExtraFontManager::appendExtraFont(const UnicodeString& url, const UnicodeString& family,
                                          int weight, int italic, FS_FontFileType type,
                                          KWError* error) {
-    const auto append = [&](UnicodeString& localPath) {
+    // A fetcher of the host may assign to this manager meanwhile.
+    const auto append = [&, pool = extraFonts](UnicodeString& localPath) {
         const KWUri uri(url, KWCommonNS::URISTR_URL);
         localPath = uri.getLocalPath();
-        return extraFonts->appendFile(uri, {family, weight, italic}, type);
+        return pool->appendFile(uri, {family, weight, italic}, type);
     };
     return tryAppend(append, error);
 }

@@ -1,11 +1,13 @@
 #include "registry/FS_ExtraFontPool.h"
 
+#include "common/KWLimits.h"
 #include "fonts/FS_LocalFont.h"
 #include "fonts/FontErrors.h"
 #include "fonts/FontStream.h"
 #include "registry/ExtraFontType.h"
 #include "registry/FontFileLoader.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace KWFontService_NS {
@@ -61,18 +63,26 @@ FS_BaseFont* FS_ExtraFontPool::fontAt(int index) const {
 int FS_ExtraFontPool::appendFile(const KWUri& uri, const Face& face, FS_FontFileType type) {
     KWCommonNS::KWMutex mutex(g_fontServiceLock);
     mutex.lock();
-    const auto known = byUri.find(uri.getString());
-    if (known == byUri.end())
-        return takeIn(readFile(uri, face, type), uri.getString(), face.family);
-    addFace(*fonts[static_cast<std::size_t>(known->second)], face);
-    return known->second;
+    const auto addKnown = [&](const auto& known) {
+        addFace(*fonts[static_cast<std::size_t>(known->second)], face);
+        return known->second;
+    };
+    if (const auto known = byUri.find(uri.getString()); known != byUri.end())
+        return addKnown(known);
+    const KWPtr<FS_BaseFont> font = readFile(uri, face, type);
+    // A fetcher may have appended it to this very document.
+    if (const auto known = byUri.find(uri.getString()); known != byUri.end())
+        return addKnown(known);
+    return takeIn(font, uri.getString(), face.family);
 }
 
 int FS_ExtraFontPool::appendLocal(KWPtr<FS_BaseFont> local, const Face& face) {
-    const KWPtr<FS_BaseFont> font(new FS_LocalFont(std::move(local)));
+    const KWPtr<FS_LocalFont> font(new FS_LocalFont(std::move(local)));
     std::istream noStream(nullptr);
     KWError error;
-    if (!font->scanNamedFont(error, noStream, face.family, face.weight, face.italic))
+    // The wrapper stands for the first face, and the caller may have loaded another one.
+    if (!font->scanNamedFont(error, noStream, face.family, face.weight, face.italic) ||
+        font->depth() > KWCommonNS::kMaxLocalFontDepth || !font->loadFont(error, 0, nullptr))
         refuse(*font, error, FS_ERROR_FONT_FACE_CREATE);
     return takeIn(font, UnicodeString(), face.family);
 }
@@ -124,13 +134,35 @@ void FS_ExtraFontPool::addFace(FS_BaseFont& font, const Face& face) {
     if (face.family.isEmpty())
         return;
     const KWPtr<FS_BaseFont> known(&font);
-    if (!font.getFontAliases().contains(face.family)) {
+    if (!knows(font, face.family)) {
+        const std::set<UnicodeString>& names = font.getFontAliases();
+        if (!names.contains(face.family) && names.size() >= KWCommonNS::kMaxFontFaceNames)
+            refuse(font, KWError(), FS_ERROR_FONT_FACE_CREATE);
         font.addFontAlias(face.family);
         registerFont(known);
     }
-    if (font.isKindOf(FS_CLASSID_EXTRA_FONT) &&
-        static_cast<FS_ExtraFont&>(font).restyle(face.weight, face.italic))
+    if (!font.isKindOf(FS_CLASSID_EXTRA_FONT))
+        return;
+    auto& wrapper = static_cast<FS_ExtraFont&>(font);
+    const FS_ExtraFont::Style former = wrapper.declaredStyle();
+    const FS_ExtraFont::Style declared{face.weight, face.italic};
+    if (declared == former)
+        return;
+    wrapper.declareStyle(declared);
+    try {
         registerFont(known);
+    } catch (...) {
+        wrapper.declareStyle(former); // or the next try would take it for done
+        throw;
+    }
+}
+
+/// A font of several managers may have a name that was given to it in another one.
+bool FS_ExtraFontPool::knows(const FS_BaseFont& font, const UnicodeString& family) const {
+    const auto entries = byName.find(normaliseFontName(family));
+    return font.getFontAliases().contains(family) && entries != byName.end() &&
+           std::ranges::any_of(entries->second,
+                               [&](const auto& entry) { return entry.second.font == &font; });
 }
 
 void FS_ExtraFontPool::forgetLast() {

@@ -42,6 +42,7 @@ private:
     int takeIn(const KWPtr<FS_BaseFont>& font, const UnicodeString& uriText,
                const UnicodeString& family);
     void addFace(FS_BaseFont& font, const Face& face);
+    bool knows(const FS_BaseFont& font, const UnicodeString& family) const;
     void forgetLast();
 };
 

@@ -298,4 +298,26 @@ TEST_F(FetchedFonts, AFetcherMayAppendToTheSameDocument) {
     EXPECT_EQ(find(u"Outer"), at(1));
 }
 
+TEST_F(FetchedFonts, AFetcherMayAppendTheSameUrl) {
+    KWUri::setFetcher([this](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        if (fetches++ == 0) {
+            EXPECT_EQ(append(kUrl, u"Inner"), 0);
+        }
+        return std::make_unique<OddStream>(TestFont::latin().build());
+    });
+    EXPECT_EQ(append(kUrl, u"Outer"), 0);
+    EXPECT_EQ(fonts.getFontsCount(), 1);
+    EXPECT_EQ(find(u"Inner"), at(0));
+    EXPECT_EQ(find(u"Outer"), at(0));
+}
+
+TEST_F(FetchedFonts, AFetcherMayTakeTheSetFromItsManager) {
+    KWUri::setFetcher([this](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        fonts = Manager();
+        return std::make_unique<OddStream>(TestFont::latin().build());
+    });
+    EXPECT_EQ(append(kUrl, u"Family"), 0) << "in the set that it was called for";
+    EXPECT_EQ(fonts.getFontsCount(), 0);
+}
+
 } // namespace

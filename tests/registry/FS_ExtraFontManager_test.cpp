@@ -1,6 +1,8 @@
 #include <KWFontService17/FS_ExtraFontManager.h>
 
+#include "common/KWLimits.h"
 #include "fonts/FaceFixture.h"
+#include "fonts/FontTyping.h"
 #include "registry/ExtraFontFixture.h"
 #include "support/WoffFile.h"
 
@@ -8,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -356,6 +359,50 @@ TEST_F(LocalExtraFonts, AFaceOfACollectionIsTakenAsTheFirstOne) {
     EXPECT_EQ(font.getGlyphID('A', false), TestFont::kA);
 }
 
+TEST_F(LocalExtraFonts, TheFirstFaceIsLoadedWhicheverTheCallerFound) {
+    const auto path = files().write("a.ttc", collectionOf({firstFace(), secondFace()}).build());
+    const auto font = createFontObject(fileUri(path), FS_FILETYPE_COLLECTION);
+    std::ifstream stream(path, std::ios::binary);
+    KWError scanError;
+    ASSERT_TRUE(font->scanFont(scanError, stream));
+    ASSERT_TRUE(font->loadFont(scanError, 1, nullptr));
+    FS_ExtraFontPool& pool = *fonts.getExtraFonts();
+    ASSERT_EQ(pool.appendLocal(font, {u"Family", 0, -1}), 0);
+    EXPECT_EQ(find(u"Family")->getGlyphID('A', false, 0), TestFont::kA);
+}
+
+TEST_F(LocalExtraFonts, StandInsideEachOtherUpToALimit) {
+    write("a.ttf", namedFont(u"Alpha"));
+    FS_FontInfo font;
+    ASSERT_TRUE(font.createFont(files().uri("a.ttf")));
+    for (int depth = 1; depth <= KWCommonNS::kMaxLocalFontDepth; ++depth) {
+        ASSERT_GE(fonts.appendLocalFont(&font, u"Family", depth, -1, &error), 0) << depth;
+        ASSERT_TRUE(font.createFont(u"Family", depth, false, fonts.getExtraFonts(), false));
+    }
+    EXPECT_EQ(fonts.appendLocalFont(&font, u"Family", 900, -1, &error), -1);
+    EXPECT_EQ(error.getCode(), 1932);
+    EXPECT_EQ(fonts.getFontsCount(), KWCommonNS::kMaxLocalFontDepth);
+}
+
+// --- limits -------------------------------------------------------------------------------------
+
+// Each name is entered under each style, and rules for both are short.
+TEST_F(ExtraFonts, AFontHasAsManyNamesAsTheLimitSaysAndAnyNumberOfStyles) {
+    write("a.ttf", namedFont(u"Alpha"));
+    const auto name = [](std::size_t i) {
+        return Text(u"F") + Text(static_cast<char16_t>('0' + i));
+    };
+    for (std::size_t i = 0; i < KWCommonNS::kMaxFontFaceNames; ++i)
+        ASSERT_EQ(append("a.ttf", name(i)), 0) << i;
+    EXPECT_EQ(append("a.ttf", u"One more"), -1);
+    EXPECT_EQ(error.getCode(), 1932);
+    EXPECT_EQ(find(u"One more"), nullptr);
+    EXPECT_EQ(fonts.getExtraFontFamilies(0)->size(), KWCommonNS::kMaxFontFaceNames);
+    for (int weight = 1; weight < 1000; weight += 111)
+        EXPECT_EQ(append("a.ttf", name(3), weight, 1), 0);
+    EXPECT_EQ(find(name(3), 112, true), at(0));
+}
+
 // --- queries ------------------------------------------------------------------------------------
 
 /// What `getExtraFontFaceName` fills, with values that it has to replace.
@@ -435,6 +482,10 @@ TEST_F(ExtraFonts, AManagerMadeFromAnotherSharesItsFontsAndGrowsByItself) {
     EXPECT_EQ(find(copy, u"Family"), at(0));
     EXPECT_EQ(append(copy, "a.ttf", u"Family"), 0) << "the URL is known there, too";
     EXPECT_EQ(append(copy, "b.ttf", u"Other"), 1);
+    ASSERT_EQ(append("a.ttf", u"Later"), 0);
+    EXPECT_EQ(find(copy, u"Later"), nullptr);
+    EXPECT_EQ(append(copy, "a.ttf", u"Later"), 0) << "a name that the font has from elsewhere";
+    EXPECT_EQ(find(copy, u"Later"), at(0));
     EXPECT_EQ(fonts.getFontsCount(), 1);
     EXPECT_EQ(find(u"Other"), nullptr);
     EXPECT_EQ(append(copy, "a.ttf", u"Family", 800), 0);

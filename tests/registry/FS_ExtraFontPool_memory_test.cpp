@@ -65,4 +65,30 @@ TEST_F(ExtraFontMemory, ALocalFontThatRunsOutOfMemoryLeavesNoTraceOfItself) {
     });
 }
 
+TEST_F(ExtraFontMemory, ARuleThatRanOutOfMemoryIsDoneByTheNextTry) {
+    write("a.ttf", namedFont(u"Alpha"));
+    const icu::UnicodeString path = files().text("a.ttf");
+    bool taken = false;
+    for (long room = 0; !taken && room < 20'000; ++room) {
+        FS_ExtraFontManager manager;
+        ASSERT_EQ(manager.appendExtraFont(path, u"First", 400, 0, FS_FILETYPE_UNKNOWN, nullptr), 0);
+        g_allocationsLeft = room;
+        const int index =
+            manager.appendExtraFont(path, u"Second", 700, 1, FS_FILETYPE_UNKNOWN, nullptr);
+        g_allocationsLeft = -1;
+        taken = index == 0;
+        ASSERT_EQ(manager.appendExtraFont(path, u"Second", 700, 1, FS_FILETYPE_UNKNOWN, nullptr),
+                  0);
+        const auto found = [&](const char16_t* name) {
+            return manager.getExtraFonts()
+                ->findFont(name, FS_FontKey::ofRequest(700, true, 0))
+                .font;
+        };
+        ASSERT_NE(found(u"Second"), nullptr) << room;
+        ASSERT_NE(found(u"First"), nullptr) << room;
+        ASSERT_TRUE(found(u"Second")->isItalic(0)) << room;
+    }
+    EXPECT_TRUE(taken);
+}
+
 } // namespace
