@@ -119,7 +119,8 @@ enum class Faces { ALL, NODFONT, CFF, OWN };
 const std::set<std::string_view> kByHand = {"getTypoDescender", "getEmbedFontStream"};
 
 /// Operations that ask for `CFF ` outlines.
-const std::set<std::string_view> kOfCff = {"getEncodingScheme", "getCIDSystemInfo"};
+const std::set<std::string_view> kOfCff = {"getEncodingScheme", "getCIDSystemInfo",
+                                           "makePostScriptCIDFontType0"};
 
 /// @param forwards  whether the class forwards the operations of a column of the list
 /// @param speaks    whether the faces of the fixture have something to say to an operation: where
