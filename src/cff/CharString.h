@@ -59,6 +59,7 @@ public:
         left_ -= bytes;
         return true;
     }
+    std::size_t left() const { return left_; }
     /// True once something was too much: what was gone through is not all there is.
     bool isSpent() const { return spent_; }
 

@@ -144,17 +144,30 @@ SubrWalker::Effect SubrWalker::call(bool isGlobal, int operand, CharStringCounts
     if (!subr)
         return {.isKnown = true};
     const std::uint64_t key = subrCallKey(isGlobal, operand, counts);
-    if (const auto known = known_.find(key); known != known_.end()) {
-        counts = known->second;
+    if (const auto known = known_.find(key);
+        known != known_.end() && known->second.cutAt <= depth) {
+        counts = known->second.counts;
+        wasCut_ = wasCut_ || known->second.cutAt != 0;
         return {};
     }
-    if (SubrEntries* const entries = isGlobal ? globalEntries_ : localEntries_)
-        entries->insert(operand, SubrEntryState{counts, fontDict_});
-    if (depth == KWCommonNS::kMaxSubrDepth || !budget_->charge(KWCommonNS::kKnownSubrCost))
+    SubrEntries* const entries = isGlobal ? globalEntries_ : localEntries_;
+    // Twice for the entries, since each gets a number later.
+    if (!budget_->charge(KWCommonNS::kKnownSubrCost +
+                         (entries != nullptr ? 2 * entries->costOf(operand) : 0)))
         return {};
+    if (entries != nullptr)
+        entries->insert(operand, SubrEntryState{counts, fontDict_});
+    if (depth == KWCommonNS::kMaxSubrDepth) {
+        wasCut_ = true;
+        return {};
+    }
+    const bool wasCutBefore = std::exchange(wasCut_, false);
     const Effect effect = walk(*subr, counts, depth + 1);
-    if (!effect.isKnown || !(isGlobal ? plainGlobals_ : plainLocals_).insert(operand, effect))
-        known_.insert_or_assign(key, counts);
+    SubrTable<Effect>& plain = isGlobal ? plainGlobals_ : plainLocals_;
+    if (!effect.isKnown || !budget_->charge(plain.costOf(operand)) ||
+        !plain.insert(operand, effect))
+        known_.insert_or_assign(key, Known{counts, wasCut_ ? depth : 0});
+    wasCut_ = wasCut_ || wasCutBefore;
     return effect;
 }
 

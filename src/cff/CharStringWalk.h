@@ -75,10 +75,10 @@ private:
     struct Effect {
         static constexpr int kMostOperands = KWCommonNS::kMaxCharStringOperands / 2;
 
-        bool isKnown = false;
-        bool clears = false;       ///< what lay there before goes
-        bool makesStems = false;   ///< and becomes stems, with `stemOperands` on top of it
-        std::int16_t operands = 0; ///< that it leaves, or adds
+        bool isKnown : 1 = false;
+        bool clears : 1 = false;     ///< what lay there before goes
+        bool makesStems : 1 = false; ///< and becomes stems, with `stemOperands` on top of it
+        std::int16_t operands = 0;   ///< that it leaves, or adds
         std::int16_t stemOperands = 0;
         std::int16_t stems = 0; ///< of its own operands alone
 
@@ -109,8 +109,15 @@ private:
     std::uint8_t fontDict_;
     SubrTable<Effect> plainGlobals_;
     SubrTable<Effect> plainLocals_;
-    /// What each other subr makes of the counts that it was entered with.
-    std::unordered_map<std::uint64_t, CharStringCounts> known_;
+    /// What a subr makes of the counts that it was entered with.
+    struct Known {
+        CharStringCounts counts;
+        int cutAt =
+            0; ///< the depth of the call, where the limit cut it short: nearer there is more
+    };
+
+    std::unordered_map<std::uint64_t, Known> known_; ///< of each other subr
+    bool wasCut_ = false;                            ///< the walk under way met the limit of depth
 };
 
 } // namespace KWFontService_NS

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -26,11 +27,17 @@ public:
     /// Null where there is nothing.
     const T* find(int operand) const {
         const std::size_t key = keyOf(operand);
-        const std::size_t page = key / kPageSize;
+        const std::size_t page = key / kPageSize - firstPage_;
         if (page >= pages_.size() || !pages_[page])
             return nullptr;
         const std::size_t place = key % kPageSize;
         return (pages_[page]->present >> place & 1) != 0 ? &pages_[page]->values[place] : nullptr;
+    }
+
+    /// What `insert` takes of the heap beyond what is taken already.
+    std::size_t costOf(int operand) const {
+        const std::size_t page = keyOf(operand) / kPageSize - firstPage_;
+        return page < pages_.size() && pages_[page] ? 0 : sizeof(Page);
     }
 
     /// Puts something where there is nothing yet. False where there is, and beyond 16 bits.
@@ -38,9 +45,7 @@ public:
         const std::size_t key = keyOf(operand);
         if (key >= kKeys)
             return false;
-        if (key / kPageSize >= pages_.size())
-            pages_.resize(key / kPageSize + 1);
-        auto& page = pages_[key / kPageSize];
+        auto& page = pageAt(key / kPageSize);
         if (!page)
             page = std::make_unique<Page>();
         const std::uint64_t bit = std::uint64_t{1} << key % kPageSize;
@@ -66,7 +71,7 @@ public:
             std::uint64_t left = pages_[i] ? pages_[i]->present : 0;
             for (; left != 0; left &= left - 1) {
                 const auto place = static_cast<std::size_t>(std::countr_zero(left));
-                if (!each(static_cast<int>(i * kPageSize + place) - kZero,
+                if (!each(static_cast<int>((firstPage_ + i) * kPageSize + place) - kZero,
                           pages_[i]->values[place]))
                     return false;
             }
@@ -96,6 +101,21 @@ private:
         return static_cast<std::size_t>(std::int64_t{operand} + kZero);
     }
 
+    std::unique_ptr<Page>& pageAt(std::size_t number) {
+        if (pages_.empty())
+            firstPage_ = number;
+        if (number < firstPage_) {
+            std::vector<std::unique_ptr<Page>> more(firstPage_ - number + pages_.size());
+            std::ranges::move(pages_, more.end() - static_cast<std::ptrdiff_t>(pages_.size()));
+            pages_ = std::move(more);
+            firstPage_ = number;
+        }
+        if (number - firstPage_ >= pages_.size())
+            pages_.resize(number - firstPage_ + 1);
+        return pages_[number - firstPage_];
+    }
+
+    std::size_t firstPage_ = 0; ///< that is in `pages_`
     std::vector<std::unique_ptr<Page>> pages_;
 };
 

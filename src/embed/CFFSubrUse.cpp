@@ -100,6 +100,8 @@ void CFFSubrUse::note(std::size_t gap, std::size_t numberSize, bool isGlobal, in
 }
 
 void CFFSubrUse::renumber() {
+    calls_.shrink_to_fit(); // they stay while the output is made
+    callEnds_.shrink_to_fit();
     globalNumbers_ = numbersFor(globalEntries_);
     for (User& user : users_) {
         user.numbers = numbersFor(user.entries);
@@ -158,16 +160,20 @@ bool CFFSubrUse::writeCharStrings(KWCommonNS::KWMemStream& output, CharStringRea
                             offsets.back() + behind);
     writeIndexHead(output, offsets);
 
-    constexpr std::uint32_t kPieceSize = std::uint32_t{16} << 10;
+    const std::uint32_t pieceSize = charStrings.pieceSize();
     for (std::size_t begin = 0; begin < glyphs.size();) {
         std::size_t next = begin + 1;
-        while (next < glyphs.size() && offsets[next + 1] - offsets[begin] <= kPieceSize)
+        while (next < glyphs.size() && offsets[next + 1] - offsets[begin] <= pieceSize)
             ++next;
         if (!writePiece(output, charStrings, glyphs.subspan(begin, next - begin),
                         std::span(offsets).subspan(begin, next - begin + 1)))
             return false;
         begin = next;
     }
+    // Subrs are all that is left to write.
+    calls_ = {};
+    callEnds_ = {};
+    piece_ = {};
     return true;
 }
 
@@ -185,7 +191,9 @@ bool CFFSubrUse::writePiece(KWCommonNS::KWMemStream& output, CharStringReader& c
     for (const std::size_t i : order)
         gids.push_back(glyphs[i].gid);
 
-    piece_.resize(offsets.back() - offsets.front());
+    const std::size_t size = offsets.back() - offsets.front();
+    piece_.reserve(std::max<std::size_t>(size, charStrings.pieceSize()));
+    piece_.resize(size);
     auto place = order.begin();
     const bool ok = charStrings.visit(gids, [&](ByteView charString) {
         const std::size_t i = *place++;

@@ -353,6 +353,7 @@ bool RenumberedSubset::writeCharStrings() {
     std::size_t behind = 0;
     for (const std::uint8_t fontDict : usedFDs_)
         behind += kDictsSize + subrs_->localSubrsSize(fontDict);
+    behind = std::min<std::size_t>(behind, table_.size()); // subrs that lie over each other
     return fillHere(blanks_.charStrings) &&
            subrs_->writeCharStrings(output_, reader_, glyphs_, behind);
 }

@@ -13,6 +13,19 @@ namespace {
 
 constexpr std::uint8_t kNoFontDict = 255;
 
+/// What a translation makes of masks, at most: three tokens for a stem, of which a byte has eight.
+std::size_t mostTokensOfMasks(const CharStringTokens& flat) {
+    constexpr std::size_t kTokensOfByte = 24;
+    constexpr std::size_t kTokensOfCall = 8;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i + 1 < flat.size(); ++i) {
+        if (flat[i] == cffKey(FS_Word::hintmask) || flat[i] == cffKey(FS_Word::cntrmask))
+            count += kTokensOfCall +
+                     kTokensOfByte * static_cast<std::size_t>(flat[i + 1].getIntegerValue());
+    }
+    return count;
+}
+
 class Conversion {
 public:
     Conversion(CFFStream& table, const Type1CMap& font, Type1Glyphs& out)
@@ -24,12 +37,12 @@ public:
     bool convert(std::uint16_t gid);
 
 private:
-    bool encodeSubrs();
+    void encodeSubrs();
 
     CFFStream& table_;
     const Type1CMap& font_;
     Type1Glyphs& out_;
-    CharStringBudget budget_; ///< charstrings, and the tokens that they come to
+    CharStringBudget budget_; ///< charstrings, and what becomes of their masks
     CFFIndex globals_;
     CFFIndexHead charStrings_;
     std::vector<FDRange> ranges_;
@@ -48,20 +61,18 @@ bool Conversion::readFont() {
         return false;
     for (const CFFFontDict& fontDict : fontDicts_)
         out_.privates.push_back(fontDict.privateDict);
-    return encodeSubrs();
+    encodeSubrs();
+    return true;
 }
 
 /// Moves the Subrs that a glyph has brought to the output.
-bool Conversion::encodeSubrs() {
+void Conversion::encodeSubrs() {
     while (out_.subrEnds.size() < subrs_.size()) {
         CharStringTokens& subr = subrs_[out_.subrEnds.size()];
-        if (!budget_.charge(subr.size()))
-            return false;
         encodeType1CharString(subr, out_.subrData);
         subr = {};
         out_.subrEnds.push_back(out_.subrData.size());
     }
-    return true;
 }
 
 bool Conversion::convert(std::uint16_t gid) {
@@ -74,14 +85,19 @@ bool Conversion::convert(std::uint16_t gid) {
     const CFFFontDict& fontDict = fontDicts_[index];
     CharStringTokens flat;
     FlatCounts counts;
+    // Tokens take more memory than bytes, so that no glyph may take all that the table justifies.
+    CharStringBudget ofGlyph(KWCommonNS::kFreeCharStringBytes);
     flattenCharString(ByteView(charString.data(), charString.size()),
-                      {globals_, *fontDict.localSubrs}, flat, counts, budget_);
+                      {globals_, *fontDict.localSubrs}, flat, counts, ofGlyph);
+    if (ofGlyph.isSpent() || !ofGlyph.charge(mostTokensOfMasks(flat)) ||
+        !budget_.charge(KWCommonNS::kFreeCharStringBytes - ofGlyph.left()))
+        return false;
     Type2ToType1 translator(fontDict.privateDict.getNamedItem(cffKey(FS_Word::defaultWidthX)),
                             fontDict.privateDict.getNamedItem(cffKey(FS_Word::nominalWidthX)));
     CharStringTokens tokens;
-    if (budget_.isSpent() || !translator.convert(flat, subrs_, tokens) ||
-        !budget_.charge(tokens.size()) || !encodeSubrs())
+    if (!translator.convert(flat, subrs_, tokens))
         return false;
+    encodeSubrs();
     encodeType1CharString(tokens, out_.glyphData);
     out_.glyphs.push_back({out_.glyphData.size(), index});
     return !out_.glyphData.fail() && !out_.subrData.fail();

@@ -16,9 +16,7 @@ std::optional<std::size_t> CharStringReader::sizeOf(std::span<const std::uint16_
 }
 
 std::size_t CharStringReader::readPiece(std::span<const std::uint16_t> glyphs) {
-    // Small beside any font, and stays in the processor's cache between reading and use; reading
-    // over a gap of this size costs less than another read.
-    constexpr std::uint64_t kPieceSize = std::uint64_t{16} << 10;
+    // Reading over a gap of this size costs less than another read.
     constexpr std::uint64_t kWorthwhileGap = 2048;
     start_ = head_.item(glyphs.front())->offset;
     std::uint64_t end = start_;
@@ -27,7 +25,7 @@ std::size_t CharStringReader::readPiece(std::span<const std::uint16_t> glyphs) {
         const auto item = head_.item(gid);
         const std::uint64_t next = item->offset + item->length;
         if (item->offset < end || item->offset - end > kWorthwhileGap ||
-            (count > 0 && next - start_ > kPieceSize))
+            (count > 0 && next - start_ > pieceSize()))
             break;
         end = next;
         ++count;

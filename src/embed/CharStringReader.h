@@ -2,6 +2,7 @@
 
 #include "cff/CFFIndex.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -16,6 +17,10 @@ public:
     /// The bytes of these glyphs together; nothing when one does not exist, or when all together
     /// have more than the table, which only lying offsets lead to.
     std::optional<std::size_t> sizeOf(std::span<const std::uint16_t> glyphs) const;
+
+    /// Bytes that are worth holding at a time: small beside the font, and such that they stay in
+    /// the processor's cache between reading and use.
+    std::uint32_t pieceSize() const { return std::min(table_.size() / 32, kMostPiece); }
 
     /// The bytes of a glyph; 0 for one that does not exist.
     std::uint32_t lengthOf(std::uint16_t gid) const {
@@ -58,6 +63,8 @@ public:
     }
 
 private:
+    static constexpr std::uint32_t kMostPiece = std::uint32_t{16} << 10;
+
     /// Reads the first of these glyphs with one call; answers how many, 0 on a short read.
     std::size_t readPiece(std::span<const std::uint16_t> glyphs);
 

@@ -130,7 +130,8 @@ TEST(WalkCharString, TheBudgetEndsSubrsThatCallEachOther) {
     EXPECT_LE(tokens.size(), 200000U);
 
     // What is remembered costs what the bytes cost.
-    CharStringBudget small(10 * (61 + KWCommonNS::kKnownSubrCost) + 3);
+    const std::size_t pages = 3 * SubrEntries().costOf(0);
+    CharStringBudget small(10 * (61 + KWCommonNS::kKnownSubrCost) + 3 + pages);
     SubrEntries locals;
     SubrWalker walker(fanOut, small, nullptr, &locals);
     walker.walk(viewOf(charString), counts);
@@ -159,6 +160,48 @@ TEST(SubrWalker, ASubrIsLookedAtOnceForEachStateThatItIsEnteredWith) {
     // The charstring, and three entries of five bytes.
     EXPECT_TRUE(budget.charge(5));
     EXPECT_FALSE(budget.charge(1));
+}
+
+// Of two ways to a subr one may be so deep that what it calls is not gone through.
+TEST(SubrWalker, WhatTheLimitOfDepthCutsShortIsGoneThroughFromNearer) {
+    std::vector<Bytes> chain;
+    constexpr int kLength = KWCommonNS::kMaxSubrDepth + 3;
+    for (int i = 0; i + 1 < kLength; ++i)
+        chain.push_back(Bytes{139 + subrNumber(i + 1), 10, 11});
+    chain.push_back({140, 22, 11});
+    const Subrs subrs({}, chain);
+    CharStringBudget budget(1 << 16);
+    SubrEntries locals;
+    SubrWalker walker(subrs, budget, nullptr, &locals);
+    CharStringCounts counts;
+    walker.call(false, subrNumber(0), counts);
+    EXPECT_EQ(locals.size(), static_cast<std::size_t>(KWCommonNS::kMaxSubrDepth) + 1);
+    EXPECT_EQ(locals.find(subrNumber(kLength - 1)), nullptr);
+    counts = {};
+    walker.call(false, subrNumber(kLength / 2), counts);
+    EXPECT_NE(locals.find(subrNumber(kLength - 1)), nullptr);
+}
+
+TEST(SubrWalker, TablesOfSubrsArePaidForAsTheyGrow) {
+    // Subrs far from each other, which one charstring calls.
+    std::vector<Bytes> many(1000, Bytes{11});
+    Bytes far;
+    for (int i = 0; i < 1000; i += 100)
+        far.bytes(Bytes{28}).u16(static_cast<std::uint16_t>(subrNumber(i))).u8(10);
+    const Subrs subrs({}, many);
+    const auto cost = [&](const Bytes& charString) {
+        constexpr std::size_t kRoom = 1 << 20;
+        CharStringBudget budget(kRoom);
+        SubrEntries locals;
+        SubrWalker walker(subrs, budget, nullptr, &locals);
+        CharStringCounts counts;
+        walker.walk(viewOf(charString), counts);
+        return kRoom - budget.left();
+    };
+    Bytes near;
+    for (int i = 0; i < 10; ++i)
+        near.bytes(Bytes{28}).u16(static_cast<std::uint16_t>(subrNumber(i))).u8(10);
+    EXPECT_GT(cost(far), cost(near) + 8 * 64 * sizeof(SubrEntryState));
 }
 
 /// Counts after calls of the first local subr, each with the counts before it, from a walker that

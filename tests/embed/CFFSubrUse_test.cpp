@@ -224,12 +224,14 @@ TEST(CFFSubrUse, TooMuchToGoThroughIsSaid) {
     one.use->add(viewOf(Bytes{14}), 0);
     EXPECT_TRUE(one.use->isSpent());
 
-    // Enough to copy the subr twice.
-    Use copying({}, {{joined(Bytes{11}, Bytes().fill(40, 140)), Bytes{11}}}, 41 + 64 + 3);
+    // Copying has a budget of its own.
+    constexpr std::size_t kLength = 4000;
+    Use copying({}, {{joined(Bytes{11}, Bytes().fill(kLength - 1, 140)), Bytes{11}}}, 3 * kLength);
     copying.use->add(viewOf(glyph), 0);
     EXPECT_FALSE(copying.use->isSpent());
     copying.use->renumber();
     KWMemStream output;
+    EXPECT_TRUE(copying.use->writeLocalSubrs(output, 0));
     EXPECT_TRUE(copying.use->writeLocalSubrs(output, 0));
     EXPECT_TRUE(copying.use->writeLocalSubrs(output, 0));
     EXPECT_FALSE(copying.use->writeLocalSubrs(output, 0));

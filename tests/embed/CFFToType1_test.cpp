@@ -186,5 +186,26 @@ TEST(CFFToType1, ListsThatCostMoreThanTheTableJustifiesFail) {
     EXPECT_FALSE(Converted(source, list).ok);
 }
 
+// A mask of twelve bytes stands for 96 stems, each of three tokens.
+TEST(CFFToType1, MasksOfManyStemsArePaidFor) {
+    CffSections source = nameKeyed();
+    const Bytes stems = Bytes(std::vector<std::uint8_t>(192, 140)).u8(18);
+    const Bytes mask = joined(Bytes{19}, Bytes(std::vector<std::uint8_t>(12, 0xFF)));
+    const Bytes counters = joined(Bytes{20}, Bytes(std::vector<std::uint8_t>(12, 0xFF)));
+    for (const Bytes& one : {mask, counters}) {
+        Bytes subr;
+        for (int i = 0; i < 100; ++i)
+            subr.bytes(one);
+        source.privateDict->subrs = {subr.u8(11)};
+        source.charStrings[1] = joined(stems, callOf(0), Bytes{14});
+        EXPECT_TRUE(Converted(source, {1}).ok);
+        Bytes calls;
+        for (int i = 0; i < 100; ++i)
+            calls.bytes(callOf(0));
+        source.charStrings[1] = joined(stems, calls, Bytes{14});
+        EXPECT_FALSE(Converted(source, {1}).ok);
+    }
+}
+
 } // namespace
 } // namespace KWFontService_NS
