@@ -23,12 +23,16 @@ function(kw_discover_tests target)
     DISCOVERY_TIMEOUT 60
     WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
     PROPERTIES TIMEOUT ${arg_TIMEOUT})
+  set(serial FALSE)
+  if("alone" IN_LIST arg_LABELS)
+    set(serial TRUE)
+  endif()
   # PROPERTIES cannot carry a list, and a test may have several labels.
   set(labels_file "${CMAKE_CURRENT_BINARY_DIR}/${target}_labels.cmake")
   file(CONFIGURE OUTPUT "${labels_file}" @ONLY CONTENT
     "if(@target@_TESTS)
   set_tests_properties(\${@target@_TESTS} PROPERTIES
-    LABELS \"@arg_LABELS@\" ENVIRONMENT \"@kw_test_environment@\")
+    LABELS \"@arg_LABELS@\" ENVIRONMENT \"@kw_test_environment@\" RUN_SERIAL @serial@)
 endif()
 ")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${labels_file}")
@@ -51,6 +55,7 @@ endfunction()
 # support (target kw_test_support, made in tests/support). Every test carries the label <room>;
 # tests that hand our output to foreign programs carry the label interop as well. A test sees no
 # font that the machine has registered, unless it brings a fontconfig configuration of its own.
+# The label alone is for tests that cannot bear others beside them.
 # Give tests that start threads a kw_add_tests of their own with LABELS threads: that label is what
 # the thread sanitizer builds (target kw_thread_tests) and runs.
 add_custom_target(kw_thread_tests)
