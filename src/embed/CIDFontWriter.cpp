@@ -111,7 +111,8 @@ private:
 
 void CIDFont::makeMaps() {
     const std::size_t glyphs = source_.glyphs.size();
-    const auto entry = static_cast<std::size_t>(widths_.fontDict + widths_.offset);
+    const auto entry =
+        static_cast<std::size_t>(widths_.fontDict) + static_cast<std::size_t>(widths_.offset);
     const std::size_t glyphsAt = entry * (glyphs + 1);
     std::string bytes;
     std::size_t start = 0;

@@ -42,7 +42,7 @@ FS_ExtraFontPool::FS_ExtraFontPool(const FS_ExtraFontPool& other) : FS_FontPool(
     // A search in the other pool may be filling gaps of a family.
     KWCommonNS::KWMutex mutex(g_fontServiceLock);
     mutex.lock();
-    fonts = other.fonts;
+    fonts = std::vector(other.fonts);
     byFileName = other.byFileName;
     byName = other.byName;
     byUri = other.byUri;
