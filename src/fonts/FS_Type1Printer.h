@@ -56,8 +56,7 @@ public:
     /// Loads a glyph into FreeType's slot, in units of the font. Call with the glyph rendering lock
     /// held, and read the slot under it.
     /// @param unscaled  true asks for the metrics of vertical writing; false takes a second try
-    /// with
-    ///                  the font's global advances left out
+    ///                  without the font's global advances
     /// @return          whether FreeType could
     virtual bool loadGlyph(unsigned int index, bool unscaled) const;
 
