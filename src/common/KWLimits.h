@@ -127,6 +127,16 @@ inline constexpr std::size_t kMaxCharStringEnds = 4;
 /// a file without line ends is one line.
 inline constexpr std::size_t kMaxPrinterFontLine = std::size_t{64} << 10;
 
+/// The same for the lines of an AFM file, each of which says something of a single glyph or pair.
+inline constexpr std::size_t kMaxMetricsLine = kMaxPrinterFontLine;
+
+/// Glyphs of an AFM file. Glyph ids have 16 bits, and a line of four bytes makes a record of 80.
+inline constexpr int kMaxCharMetrics = 65536;
+
+/// Bytes of a name in a PFM file, its zero left out. Windows has room for 31 in a face name, and
+/// PostScript for 127.
+inline constexpr std::size_t kMaxPFMName = 1024;
+
 /// Bytes of a glyph name in a list of glyph names. PostScript allows 127.
 inline constexpr std::size_t kMaxGlyphNameLength = 1024;
 

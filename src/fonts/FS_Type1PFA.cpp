@@ -16,8 +16,8 @@ FS_FontFileType FS_Type1PFA::getFontFileType(int) const {
     return FS_FILETYPE_PFA;
 }
 
-std::optional<PrinterFontError> FS_Type1PFA::scanHead(std::istream& stream,
-                                                      PrinterFontHead& head) const {
+std::optional<Type1FileError> FS_Type1PFA::scanHead(std::istream& stream,
+                                                    PrinterFontHead& head) const {
     return scanPFAHead(stream, head);
 }
 

@@ -14,8 +14,8 @@ public:
     FS_FontFileType getFontFileType(int faceIndex) const override;
 
 protected:
-    std::optional<PrinterFontError> scanHead(std::istream& stream,
-                                             PrinterFontHead& head) const override;
+    std::optional<Type1FileError> scanHead(std::istream& stream,
+                                           PrinterFontHead& head) const override;
 };
 
 } // namespace KWFontService_NS

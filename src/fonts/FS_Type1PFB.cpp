@@ -16,8 +16,8 @@ FS_FontFileType FS_Type1PFB::getFontFileType(int) const {
     return FS_FILETYPE_PFB;
 }
 
-std::optional<PrinterFontError> FS_Type1PFB::scanHead(std::istream& stream,
-                                                      PrinterFontHead& head) const {
+std::optional<Type1FileError> FS_Type1PFB::scanHead(std::istream& stream,
+                                                    PrinterFontHead& head) const {
     return scanPFBHead(stream, head);
 }
 

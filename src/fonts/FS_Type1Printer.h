@@ -44,6 +44,9 @@ public:
     bool isSymbolicFont(int faceIndex) const override;
 
     unsigned short getGlyphID(int ch, bool vertical, int faceIndex) const override;
+    /// A size above 0 counts for the height of the font box. There is no vertical writing, and so
+    /// the horizontal advance stands for the vertical one.
+    float getGlyphWidth(unsigned short gid, int size, bool vertical, int faceIndex) const override;
     /// 1000 as long as the face is not open.
     int getUnitsPerEm(int faceIndex) const override;
     bool hasPairKerningInfo(bool vertical, int faceIndex) const override;
@@ -72,8 +75,8 @@ public:
 protected:
     explicit FS_Type1Printer(const KWUri& uri);
 
-    virtual std::optional<PrinterFontError> scanHead(std::istream& stream,
-                                                     PrinterFontHead& head) const = 0;
+    virtual std::optional<Type1FileError> scanHead(std::istream& stream,
+                                                   PrinterFontHead& head) const = 0;
 
 private:
     FT_FaceRec_* openFace() const;

@@ -8,6 +8,7 @@
 #include FT_FREETYPE_H
 
 #include <array>
+#include <cmath>
 #include <cstdlib>
 #include <utility>
 #include <vector>
@@ -111,6 +112,22 @@ unsigned short FS_Type1Printer::getGlyphID(int ch, bool vertical, int) const {
             glyph = FT_Get_Name_Index(face, builtIn->second.c_str());
     }
     return glyph != 0 && glyph < FS_NO_GLYPH ? static_cast<unsigned short>(glyph) : FS_NO_GLYPH;
+}
+
+float FS_Type1Printer::getGlyphWidth(unsigned short gid, int size, bool, int) const {
+    KWMutex mutex(g_glyphRenderLock);
+    mutex.lock();
+    if (gid == FS_NO_GLYPH || !loadGlyph(gid, false))
+        return 0;
+    FT_Face face = openFace();
+    const auto advance = static_cast<double>(face->glyph->metrics.horiAdvance);
+    if (size == 0)
+        return static_cast<float>(advance);
+    const double divisor = size < 0 ? static_cast<double>(face->units_per_EM)
+                                    : static_cast<double>(head_.fontBBox.height());
+    if (divisor == 0 || !std::isfinite(divisor))
+        return 0;
+    return static_cast<float>(advance / divisor * std::abs(static_cast<double>(size)));
 }
 
 int FS_Type1Printer::getUnitsPerEm(int) const {

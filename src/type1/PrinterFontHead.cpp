@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <istream>
-#include <string>
 #include <vector>
 
 namespace KWFontService_NS {
@@ -63,10 +62,7 @@ bool setNumber(PrinterFontHead& head, const Value& value) {
 }
 
 bool setFixedPitch(PrinterFontHead& head, const Value& value) {
-    std::string lower(value.text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](char ch) { return static_cast<char>(KWCommonNS::toAsciiLower(ch)); });
-    head.isFixedPitch = lower.find("true") != std::string::npos;
+    head.isFixedPitch = holdsTrue(value.text);
     return true;
 }
 
@@ -102,8 +98,7 @@ bool setPFBFontBBox(PrinterFontHead& head, const Value& value) {
     return !value.isBracketed || setFontBBox(head, value);
 }
 
-// Real fonts write `isFixedPitch`, which is another key: whether their pitch is fixed is taken from
-// their metrics files.
+// Real fonts write `isFixedPitch`, which is another key: of few is the pitch known.
 constexpr auto makeKeys(Handler encoding, Handler fontBBox) {
     return std::to_array<KeyRow>({
         {"FontName", setPostScriptName},
@@ -192,7 +187,7 @@ std::string_view cutKey(std::string_view& line) {
 constexpr std::uint8_t kSegmentMark = 0x80;
 constexpr std::uint8_t kTextSegment = 1;
 
-PrinterFontError badHeader(const char* what, std::uint8_t byte) {
+Type1FileError badHeader(const char* what, std::uint8_t byte) {
     char hex[3] = {};
     std::snprintf(hex, sizeof hex, "%02X", unsigned{byte});
     return {FS_ERROR_FONT_FILE, UnicodeString(what).append(UnicodeString(hex))};
@@ -229,14 +224,14 @@ std::string_view cutLine(std::string_view& text) {
     return line.substr(0, kMaxPrinterFontLine);
 }
 
-std::optional<PrinterFontError> readSegment(std::string_view text, PrinterFontHead& head) {
+std::optional<Type1FileError> readSegment(std::string_view text, PrinterFontHead& head) {
     while (!text.empty()) {
         std::string_view line = cutLine(text);
         if (line.starts_with('/')) {
             const std::string_view key = cutSegmentKey(line);
             const Handler handler = findHandler(kPFBKeys, key);
             if (handler != nullptr && !handler(head, segmentValue(line)))
-                return PrinterFontError{FS_ERROR_FONT_FILE, textOfBytes(key)};
+                return Type1FileError{FS_ERROR_FONT_FILE, textOfBytes(key)};
         } else if (line.starts_with("dup")) {
             head.isSymbolic = true; // an entry of an Encoding of the font's own
         }
@@ -247,7 +242,7 @@ std::optional<PrinterFontError> readSegment(std::string_view text, PrinterFontHe
 
 } // namespace
 
-std::optional<PrinterFontError> scanPFAHead(std::istream& stream, PrinterFontHead& head) {
+std::optional<Type1FileError> scanPFAHead(std::istream& stream, PrinterFontHead& head) {
     Type1Lines lines(stream, kMaxPrinterFontLine, Type1LineEnd::LF);
     for (std::string_view line; lines.next(line);) {
         std::string_view rest = line;
@@ -266,16 +261,16 @@ std::optional<PrinterFontError> scanPFAHead(std::istream& stream, PrinterFontHea
         if (handler == setFontBBox && isBracketed(value.text))
             value.text = insideBrackets(value.text);
         if (!handler(head, value))
-            return PrinterFontError{FS_ERROR_FONT_FILE, UnicodeString()};
+            return Type1FileError{FS_ERROR_FONT_FILE, UnicodeString()};
     }
     return std::nullopt;
 }
 
-std::optional<PrinterFontError> scanPFBHead(std::istream& stream, PrinterFontHead& head) {
+std::optional<Type1FileError> scanPFBHead(std::istream& stream, PrinterFontHead& head) {
     std::vector<std::uint8_t> bytes;
     constexpr std::size_t kHeaderSize = 6;
     if (KWCommonNS::appendFromStream(stream, kHeaderSize, bytes) < kHeaderSize)
-        return PrinterFontError{FS_ERROR_FONT_READ, UnicodeString()};
+        return Type1FileError{FS_ERROR_FONT_READ, UnicodeString()};
     if (bytes[0] != kSegmentMark)
         return badHeader("Header bad signature: ", bytes[0]);
     if (bytes[1] != kTextSegment)
@@ -284,7 +279,7 @@ std::optional<PrinterFontError> scanPFBHead(std::istream& stream, PrinterFontHea
                                  std::uint32_t{bytes[4]} << 16 | std::uint32_t{bytes[5]} << 24;
     bytes.clear();
     if (KWCommonNS::appendFromStream(stream, length, bytes) < length)
-        return PrinterFontError{FS_ERROR_FONT_FILE, UnicodeString("SegmentData read error")};
+        return Type1FileError{FS_ERROR_FONT_FILE, UnicodeString("SegmentData read error")};
     return readSegment({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, head);
 }
 

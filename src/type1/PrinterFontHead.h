@@ -1,8 +1,8 @@
 #pragma once
 
+#include "type1/Type1FileError.h"
 #include "type1/Type1Text.h"
 
-#include <KWFontService17/FS_Error.h>
 #include <KWFontService17/FS_Export.h>
 
 #include <iosfwd>
@@ -29,21 +29,15 @@ struct PrinterFontHead {
     Type1Box fontBBox;
 };
 
-/// Why a font program cannot be read.
-struct PrinterFontError {
-    FS_ERROR code = FS_ERROR_NONE;
-    UnicodeString detail;
-};
-
 /// Reads the head of a program in hexadecimal text from the stream's position up to the line with
 /// "currentfile" or the end. Values stand as they are in the file, strings with their parentheses;
 /// a `def`, `readonly def`, `ND` or `|-` at their end does not belong to them. Only the first
 /// `kMaxPrinterFontLine` bytes of a line count.
 /// @return nothing for success
-std::optional<PrinterFontError> scanPFAHead(std::istream& stream, PrinterFontHead& head);
+std::optional<Type1FileError> scanPFAHead(std::istream& stream, PrinterFontHead& head);
 
 /// Reads the head of a program in segments: the first segment, from the stream's position on.
 /// @return nothing for success
-std::optional<PrinterFontError> scanPFBHead(std::istream& stream, PrinterFontHead& head);
+std::optional<Type1FileError> scanPFBHead(std::istream& stream, PrinterFontHead& head);
 
 } // namespace KWFontService_NS

@@ -37,12 +37,12 @@ public:
             return known;
         if (font_.skipGlyphNameMapping)
             return plainCode();
-        if (const Type1CharMetric* const listed = findListed()) {
+        if (const Type1CharMetric* const listed = font_.findListed(ch_)) {
             if (listed->code == Type1CharMetric::kUnencoded)
                 return allocatePastOwnCodes(listed->name);
             return giveOwnCode(static_cast<unsigned char>(listed->code & 0xFF), listed->name);
         }
-        if (const Type1CharMetric* const named = findNamed())
+        if (const Type1CharMetric* const named = font_.findNamed(ch_))
             return codeOfNamed(*named);
         if (const std::string* const builtIn = findBuiltIn())
             return codeOfBuiltIn(*builtIn);
@@ -52,22 +52,6 @@ public:
     }
 
 private:
-    bool isListed() const { return font_.glyphList != nullptr && font_.glyphList->contains(ch_); }
-
-    const Type1CharMetric* findListed() const {
-        if (font_.metrics == nullptr || !isListed())
-            return nullptr;
-        return font_.metrics->findName(font_.glyphList->find(ch_)->second);
-    }
-
-    const Type1CharMetric* findNamed() const {
-        if (font_.metrics == nullptr || isListed())
-            return nullptr;
-        const std::string_view name =
-            glyphNameOf(font_.isSymbolic ? ch_ : substituteCharacter(ch_));
-        return !name.empty() ? font_.metrics->findName(name) : nullptr;
-    }
-
     const std::string* findBuiltIn() const {
         if (font_.builtInNames == nullptr)
             return nullptr;
@@ -151,9 +135,28 @@ FS_EncodingScheme encodingSchemeOf(const UnicodeString& name) {
     return FS_ENCODING_STANDARD;
 }
 
+int Type1CodeSource::settled(int ch) const {
+    return isSymbolic && ch >= kFirstSymbol && ch <= kLastSymbol ? ch & ~kFirstSymbol : ch;
+}
+
+bool Type1CodeSource::isListed(int ch) const {
+    return glyphList != nullptr && glyphList->contains(ch);
+}
+
+const Type1CharMetric* Type1CodeSource::findListed(int ch) const {
+    return metrics != nullptr && isListed(ch) ? metrics->findName(glyphList->find(ch)->second)
+                                              : nullptr;
+}
+
+const Type1CharMetric* Type1CodeSource::findNamed(int ch) const {
+    if (metrics == nullptr || isListed(ch))
+        return nullptr;
+    const std::string_view name = glyphNameOf(isSymbolic ? ch : substituteCharacter(ch));
+    return !name.empty() ? metrics->findName(name) : nullptr;
+}
+
 unsigned short findType1CharCode(Type1CodeMap& codes, const Type1CodeSource& font, int ch) {
-    if (font.isSymbolic && ch >= kFirstSymbol && ch <= kLastSymbol)
-        ch &= ~kFirstSymbol;
+    ch = font.settled(ch);
     KWCommonNS::KWMutex mutex(codes.codeLock());
     mutex.lock();
     return Lookup(codes, font, ch).run();

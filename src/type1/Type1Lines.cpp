@@ -1,7 +1,5 @@
 #include "type1/Type1Lines.h"
 
-#include <algorithm>
-
 namespace KWFontService_NS {
 
 bool Type1Lines::fill() {
@@ -12,10 +10,12 @@ bool Type1Lines::fill() {
 }
 
 std::size_t Type1Lines::findEnd() const {
-    const std::string_view rest(piece_.data() + at_, end_ - at_);
-    const std::size_t found =
-        lineEnd_ == Type1LineEnd::LF ? rest.find('\n') : rest.find_first_of("\r\n");
-    return found != std::string_view::npos ? at_ + found : end_;
+    std::string_view rest(piece_.data() + at_, end_ - at_);
+    // One search for each character: these are fast, and a search for either is not.
+    rest = rest.substr(0, rest.find('\n'));
+    if (lineEnd_ == Type1LineEnd::CROrLF)
+        rest = rest.substr(0, rest.find('\r'));
+    return at_ + rest.size();
 }
 
 bool Type1Lines::next(std::string_view& line) {
@@ -28,14 +28,20 @@ bool Type1Lines::next(std::string_view& line) {
             continue;
         }
         afterCR_ = false;
-        isLine = true;
         const std::size_t lineEnd = findEnd();
-        line_.append(piece_.data() + at_, std::min(lineEnd - at_, longestLine_ - line_.size()));
+        const std::string_view part(piece_.data() + at_, lineEnd - at_);
         at_ = lineEnd;
-        if (at_ == end_)
-            continue;
-        afterCR_ = piece_[at_++] == '\r';
-        break;
+        const bool isWhole = at_ != end_;
+        if (isWhole)
+            afterCR_ = piece_[at_++] == '\r';
+        if (isWhole && !isLine) {
+            line = part.substr(0, longestLine_);
+            return true;
+        }
+        isLine = true;
+        line_.append(part.substr(0, longestLine_ - line_.size()));
+        if (isWhole)
+            break;
     }
     line = line_;
     return isLine;

@@ -32,7 +32,7 @@ private:
     std::size_t longestLine_;
     Type1LineEnd lineEnd_;
     bool afterCR_ = false;
-    std::array<char, 4096> piece_;
+    std::array<char, 16384> piece_;
     std::size_t at_ = 0;
     std::size_t end_ = 0;
     std::string line_;

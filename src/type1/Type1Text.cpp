@@ -1,5 +1,7 @@
 #include "type1/Type1Text.h"
 
+#include "common/AsciiChars.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -14,6 +16,11 @@ namespace {
 std::string_view withoutLeadingSeparators(std::string_view text) {
     const auto first = std::ranges::find_if_not(text, isType1Separator);
     return text.substr(static_cast<std::size_t>(first - text.begin()));
+}
+
+/// The reader of numbers takes no plus sign.
+std::string_view withoutPlus(std::string_view text) {
+    return text.starts_with('+') && !text.starts_with("+-") ? text.substr(1) : text;
 }
 
 } // namespace
@@ -34,12 +41,26 @@ std::string_view cutWord(std::string_view& text) {
 }
 
 double leadingNumber(std::string_view text) {
-    text = withoutLeadingSeparators(text);
-    if (text.starts_with('+') && !text.starts_with("+-"))
-        text.remove_prefix(1);
+    text = withoutPlus(withoutLeadingSeparators(text));
     double value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     return result.ec == std::errc() && std::isfinite(value) ? value : 0;
+}
+
+int leadingInteger(std::string_view text, int base) {
+    text = withoutPlus(withoutLeadingSeparators(text));
+    int value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    if (result.ec != std::errc::result_out_of_range)
+        return value;
+    return text.starts_with('-') ? std::numeric_limits<int>::min()
+                                 : std::numeric_limits<int>::max();
+}
+
+bool holdsTrue(std::string_view text) {
+    constexpr std::string_view kTrue = "true";
+    const auto isSame = [](char a, char b) { return KWCommonNS::toAsciiLower(a) == b; };
+    return std::search(text.begin(), text.end(), kTrue.begin(), kTrue.end(), isSame) != text.end();
 }
 
 std::optional<Type1Box> readType1Box(std::string_view text) {

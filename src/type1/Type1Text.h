@@ -25,6 +25,13 @@ std::string_view cutWord(std::string_view& text);
 /// one; 0 when there is none and when it is beyond what a double holds.
 double leadingNumber(std::string_view text);
 
+/// The integer that a text begins with, separators before it passed by, as `atoi` reads one; 0 when
+/// there is none, and the nearest there is when it is beyond what an int holds.
+int leadingInteger(std::string_view text, int base = 10);
+
+/// True when the letters "true" stand anywhere in the text, in either case.
+bool holdsTrue(std::string_view text);
+
 /// The corners of a `FontBBox`, in units of the font, y up.
 struct Type1Box {
     float left = 0;

@@ -19,11 +19,11 @@ std::string utf8(const UnicodeString& text) {
     return text.toUTF8String(result);
 }
 
-std::optional<PrinterFontError> scanPFA(const std::string& text, PrinterFontHead& head) {
+std::optional<Type1FileError> scanPFA(const std::string& text, PrinterFontHead& head) {
     std::istringstream stream(text);
     return scanPFAHead(stream, head);
 }
-std::optional<PrinterFontError> scanPFB(const Bytes& file, PrinterFontHead& head) {
+std::optional<Type1FileError> scanPFB(const Bytes& file, PrinterFontHead& head) {
     std::istringstream stream(file.str());
     return scanPFBHead(stream, head);
 }
