@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cff/Type1CMap.h"
+#include "fonts/EudcLink.h"
 #include "fonts/FS_OperationMacros.h"
 #include "fonts/TTI_Cmap.h"
 #include "fonts/TTI_Directory.h"
@@ -169,9 +170,7 @@ private:
     TTI_Names nameTable_;
     std::unique_ptr<LoadedTables> loadedTables_;
     std::atomic<const LoadedTables*> usableTables_;
-    // Set during start-up; only taking the link away may meet readers.
-    std::atomic<FS_BaseFont*> eudcFont_ = nullptr;
-    std::atomic<std::int16_t> eudcFace_ = 0;
+    EudcLink eudcLink_;
     bool macFont = false;
     bool allowGlyphZero = false;
     std::atomic<bool> verticalGlyphsGiven_ = false; ///< set by whoever opens the font

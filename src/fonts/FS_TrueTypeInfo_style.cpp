@@ -131,14 +131,11 @@ const PANOSE* FS_TrueTypeInfo::getPanose() const {
 }
 
 void FS_TrueTypeInfo::setEudcFont(const FS_FontRef& ref) {
-    eudcFace_.store(ref.face, std::memory_order_relaxed);
-    eudcFont_.store(ref.font, std::memory_order_release);
+    eudcLink_.set(ref);
 }
 
 FS_FontRef FS_TrueTypeInfo::getEudcFont() const {
-    FS_BaseFont* const font = eudcFont_.load(std::memory_order_acquire);
-    return font != nullptr ? FS_FontRef{font, eudcFace_.load(std::memory_order_relaxed)}
-                           : FS_FontRef();
+    return eudcLink_.get();
 }
 
 } // namespace KWFontService_NS

@@ -4,6 +4,8 @@
 #include "fonts/FS_OpenType.h"
 #include "fonts/FS_TrueType.h"
 #include "fonts/FS_TrueTypeCollection.h"
+#include "fonts/FS_Type1AFM.h"
+#include "fonts/FS_Type1PFM.h"
 #include "fonts/FS_WOFF.h"
 
 #include <array>
@@ -25,6 +27,10 @@ FS_FontFileType sfntTypeOf(std::istream& stream) {
 
 KWPtr<FS_BaseFont> createFontObject(const KWUri& uri, FS_FontFileType type) {
     switch (type) {
+    case FS_FILETYPE_AFM:
+        return KWPtr<FS_BaseFont>(new FS_Type1AFM(uri));
+    case FS_FILETYPE_PFM:
+        return KWPtr<FS_BaseFont>(new FS_Type1PFM(uri));
     case FS_FILETYPE_TRUETYPE:
         return KWPtr<FS_BaseFont>(new FS_TrueType(uri));
     case FS_FILETYPE_OPENTYPE:
