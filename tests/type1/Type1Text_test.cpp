@@ -35,6 +35,25 @@ TEST(Type1Text, WhatIsNoFiniteNumberIsZero) {
         EXPECT_EQ(leadingNumber(text), 0) << text;
 }
 
+TEST(Type1Text, AnIntegerIsWhatTheTextBeginsWith) {
+    EXPECT_EQ(leadingInteger("12"), 12);
+    EXPECT_EQ(leadingInteger(" -12.9 def"), -12);
+    EXPECT_EQ(leadingInteger("+3"), 3);
+    EXPECT_EQ(leadingInteger("+-3"), 0);
+    EXPECT_EQ(leadingInteger("x1"), 0);
+    EXPECT_EQ(leadingInteger(""), 0);
+    EXPECT_EQ(leadingInteger("fF>", 16), 255);
+    EXPECT_EQ(leadingInteger("2147483648"), 2147483647);
+    EXPECT_EQ(leadingInteger("-99999999999"), -2147483647 - 1);
+}
+
+TEST(Type1Text, TrueStandsAnywhereInEitherCase) {
+    EXPECT_TRUE(holdsTrue("true"));
+    EXPECT_TRUE(holdsTrue("is TrUe."));
+    EXPECT_FALSE(holdsTrue("tru e"));
+    EXPECT_FALSE(holdsTrue(""));
+}
+
 TEST(Type1Text, ABoxHasFourNumbers) {
     EXPECT_EQ(readType1Box(" -50 -250.5\t1050 750 "), (Type1Box{-50, -250.5F, 1050, 750}));
     EXPECT_EQ(readType1Box("1 2 3"), std::nullopt);
