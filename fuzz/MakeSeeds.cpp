@@ -3,6 +3,7 @@
 #include "FuzzTables.h"
 #include "layout/LayoutSamples.h"
 #include "support/FontBuilder.h"
+#include "support/MetricsFiles.h"
 #include "support/Type1Font.h"
 #include "support/WoffFile.h"
 
@@ -266,6 +267,29 @@ void makeType1Seeds(const std::filesystem::path& root) {
     add("symbols", Type1Font::symbols());
 }
 
+void makeMetricsSeeds(const std::filesystem::path& root) {
+    const SeedFolder afm(root / "afm");
+    AfmFile text = AfmFile::latin();
+    afm.add("latin", text.build());
+    text.lineEnd = "\r\n";
+    text.encodingScheme = "FontSpecific";
+    text.extraLines = {"MetricsSet 2", "IsFixedPitch true", "XHeight 500"};
+    text.charMetrics.emplace_back("CH <41> ; WX 1 ; WY 2 ; N Omega ; L a b ;");
+    afm.add("specific-crlf", text.build());
+    afm.add("glyph-list", "0041;A\nStartCharMetrics 1\nC 65 ; WX 600 ; N A ;\n");
+
+    const SeedFolder pfm(root / "pfm");
+    PfmFile file = PfmFile::latin();
+    pfm.add("latin", file.build());
+    file.extents.clear();
+    file.hasNames = false;
+    file.charSet = 204;
+    pfm.add("fixed", file.build());
+    file.firstChar = 33;
+    file.hasTextMetrics = false;
+    pfm.add("bare", file.build());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -279,6 +303,7 @@ int main(int argc, char** argv) {
         makeCffSeeds(SeedFolder(root / "cff"));
         makeTextSeeds(root);
         makeType1Seeds(root);
+        makeMetricsSeeds(root);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

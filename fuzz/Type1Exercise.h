@@ -1,6 +1,7 @@
 #pragma once
 
-#include "fonts/FS_Type1Printer.h"
+#include "fonts/FS_FontFileOptions.h"
+#include "fonts/FS_Type1.h"
 #include "type1/Type1CharString.h"
 #include "type1/Type1Cipher.h"
 #include "type1/Type1Sections.h"
@@ -9,6 +10,7 @@
 #include <KWCommon15/KWPtr.h>
 #include <KWCommon15/KWUri.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <sstream>
@@ -69,6 +71,44 @@ void exercisePrinterFont(const std::string& file) {
         }
         font->getPairKerningValue(1, 2, -1000, false, 0);
         font->getPostScriptName(0, 0);
+    }
+    KWUri::setFetcher({});
+}
+
+/// Scans the font of a metrics file without a printer font, loads it with the same file for its
+/// list of glyph names, and asks it all.
+template <class Font>
+void exerciseMetricsFont(const std::string& file) {
+    using namespace KWFontService_NS;
+    KWUri::setFetcher([&file](const KWUri&, KWUri::ContentInfo&,
+                              UnicodeString&) -> std::unique_ptr<std::istream> {
+        return std::make_unique<std::istringstream>(file);
+    });
+    FS_FontFileOptions options;
+    options.glyphList = KWUri("http://fuzz/list");
+    options.skipGlyphNameMapping = file.size() % 2 == 0;
+    const KWCommonNS::KWPtr<Font> font(new Font(KWUri("http://fuzz/font")));
+    font->setFontEntrySettings(&options);
+    KWError error;
+    std::istringstream stream(file);
+    if (font->scanFont(error, stream)) {
+        if (error.isError() || !font->loadFont(error, 0, nullptr))
+            std::abort();
+        font->getSubFamilyName(0, 0);
+        font->hasPairKerningInfo(false, 0);
+        for (int ch = 0; ch < 0x500; ++ch) {
+            int missing = 0;
+            const UnicodeString text(static_cast<UChar32>(ch));
+            const float width = font->getTextWidth(text, -1000, false, &missing, 0);
+            if (!std::isfinite(width) || width < 0 || missing > 0)
+                std::abort();
+            font->getTextWidth(text, 10, false, nullptr, 0);
+            const unsigned short code = font->getType1CharCode(ch, 0);
+            if (code != 0 && (code & 0xFF) == 0)
+                std::abort();
+        }
+    } else if (!error.isError()) {
+        std::abort();
     }
     KWUri::setFetcher({});
 }

@@ -1,0 +1,10 @@
+// The metrics file of a Type 1 font in the form of Windows.
+
+#include "FuzzTarget.h"
+#include "Type1Exercise.h"
+#include "fonts/FS_Type1PFM.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    KWFuzz::exerciseMetricsFont<KWFontService_NS::FS_Type1PFM>(std::string(data, data + size));
+    return 0;
+}
