@@ -118,7 +118,7 @@ bool FS_Type1::load(KWError& error, std::istream* stream) {
 }
 
 bool FS_Type1::loadGlyphList(KWError& error, const KWUri& list) {
-    const std::unique_ptr<std::istream> stream = openFontStream(list);
+    const std::unique_ptr<std::istream> stream = openTextStream(list);
     if (!stream)
         return fontError(error, FS_ERROR_GLYPH_LIST_OPEN, UnicodeString());
     return readGlyphList(*stream, glyphList) ||

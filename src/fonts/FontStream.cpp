@@ -8,20 +8,25 @@ namespace {
 constexpr std::size_t kWindowSize = 8192;
 }
 
-std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri,
+std::unique_ptr<std::istream> openTextStream(const KWCommonNS::KWUri& uri,
                                              KWCommonNS::KWUri::ContentInfo* info) {
     try {
         std::unique_ptr<std::istream> stream(uri.getIStream(info, nullptr));
-        if (!stream)
-            return nullptr;
-        stream->exceptions(std::ios::goodbit);
-        if (uri.isFile())
-            return stream;
-        return std::make_unique<KWCommonNS::KWMemStream>(stream.release(), kWindowSize, false);
+        if (stream)
+            stream->exceptions(std::ios::goodbit);
+        return stream;
     } catch (...) {
         // A host may throw what it likes, a KWError among it.
         return nullptr;
     }
+}
+
+std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri,
+                                             KWCommonNS::KWUri::ContentInfo* info) {
+    std::unique_ptr<std::istream> stream = openTextStream(uri, info);
+    if (!stream || uri.isFile())
+        return stream;
+    return std::make_unique<KWCommonNS::KWMemStream>(stream.release(), kWindowSize, false);
 }
 
 } // namespace KWFontService_NS

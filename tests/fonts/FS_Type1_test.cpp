@@ -1,5 +1,10 @@
 #include "Type1Fixture.h"
 
+#include <istream>
+#include <streambuf>
+#include <thread>
+#include <vector>
+
 // What the fonts of both kinds of metrics files have in common, shown with AFM files.
 
 namespace KWFontService_NS {
@@ -146,6 +151,45 @@ TEST_F(FSType1, AGlyphListThatDoesNotOpenFailsTheLoad) {
     EXPECT_FALSE(load(font));
     EXPECT_EQ(error.getCode(), 1923);
     EXPECT_EQ(message(), "Glyph-list open error.\n" + pathOf("font.afm"));
+}
+
+/// A stream of a host that breaks.
+class BrokenStream : private std::streambuf, public std::istream {
+public:
+    BrokenStream() : std::istream(static_cast<std::streambuf*>(this)) {}
+
+private:
+    std::streambuf::int_type underflow() override { throw 1; }
+};
+
+TEST_F(FSType1, AGlyphListThatDoesNotReadFailsTheLoad) {
+    KWUri::setFetcher([](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        return std::unique_ptr<std::istream>(std::make_unique<BrokenStream>());
+    });
+    options.glyphList = KWUri(u"http://host/list");
+    const auto font = scannedAFM();
+    EXPECT_FALSE(load(font));
+    KWUri::setFetcher({});
+    EXPECT_EQ(error.getCode(), 1924);
+    EXPECT_EQ(message(), "Glyph-list read error.\n" + pathOf("font.afm"));
+}
+
+TEST_F(FSType1, ThreadsMayLoadAndAskForCodesAtOnce) {
+    writePrinterFont();
+    const auto font = scannedAFM();
+    std::vector<std::thread> threads;
+    std::vector<int> codes(4);
+    for (int& code : codes) {
+        threads.emplace_back([&] {
+            KWError complaint;
+            if (font->loadFont(complaint, 0, nullptr) && font->getGlyphID('B', false, 0) == 2)
+                code = font->getType1CharCode(0xC1, 0);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(codes, std::vector<int>(4, codes[0]));
+    EXPECT_NE(codes[0], 0);
 }
 
 TEST_F(FSType1, AGlyphListOfNonsenseIsAnEmptyOne) {

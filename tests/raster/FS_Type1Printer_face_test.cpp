@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -238,6 +239,24 @@ TEST(Type1PrinterFace, AGlyphIsLoadedInUnitsOfTheFont) {
     EXPECT_FALSE(font->loadGlyph(6, true));
     PFBFile none(Bytes::ofText("no font"));
     EXPECT_FALSE(none->loadGlyph(0, false));
+}
+
+TEST(Type1PrinterFace, WidthsAreOfTheEmOrOfTheBox) {
+    Type1Font built = Type1Font::latin();
+    built.fontBBox = "{0 -250 1000 1000}";
+    PFBFile font(built.pfb());
+    KWError error;
+    std::istringstream stream(built.pfb().str());
+    ASSERT_TRUE(font->scanFont(error, stream));
+    EXPECT_EQ(font->getGlyphWidth(1, 0, false, 0), 600);
+    EXPECT_EQ(font->getGlyphWidth(1, -10, false, 0), 6);
+    EXPECT_FLOAT_EQ(font->getGlyphWidth(1, 10, false, 0), 4.8F);
+    EXPECT_EQ(font->getGlyphWidth(1, 0, true, 0), 600) << "there is no vertical one";
+    EXPECT_EQ(font->getGlyphWidth(6, 0, false, 0), 0);
+    PFBFile unscanned(built.pfb());
+    EXPECT_EQ(unscanned->getGlyphWidth(1, 10, false, 0), 0) << "the box is not known";
+    PFBFile none(Bytes::ofText("no font"));
+    EXPECT_EQ(none->getGlyphWidth(0, 0, false, 0), 0);
 }
 
 // --- files that FreeType does not read ----------------------------------------------------------
