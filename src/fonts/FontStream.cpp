@@ -26,7 +26,11 @@ std::unique_ptr<std::istream> openFontStream(const KWCommonNS::KWUri& uri,
     std::unique_ptr<std::istream> stream = openTextStream(uri, info);
     if (!stream || uri.isFile())
         return stream;
-    return std::make_unique<KWCommonNS::KWMemStream>(stream.release(), kWindowSize, false);
+    try {
+        return std::make_unique<KWCommonNS::KWMemStream>(stream.release(), kWindowSize, false);
+    } catch (...) {
+        return nullptr; // no memory
+    }
 }
 
 } // namespace KWFontService_NS
