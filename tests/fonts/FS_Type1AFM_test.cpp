@@ -2,6 +2,7 @@
 
 #include "support/FontPackages.h"
 #include "support/FreeTypeFace.h"
+#include "type1/GlyphNames.h"
 
 #include <sstream>
 
@@ -154,7 +155,8 @@ TEST_P(PackagedAFM, WidthsAreThoseOfThePrinterFont) {
     for (char16_t ch = 0x20; ch < 0x180; ++ch) {
         const unsigned short glyph = font->getGlyphID(ch, false, 0);
         const icu::UnicodeString text(ch);
-        if (glyph == FS_NO_GLYPH || firstMissing(font, text) != -1)
+        // A symbolic font takes a character without a name of its own for a code.
+        if (glyph == FS_NO_GLYPH || glyphNameOf(ch).empty() || firstMissing(font, text) != -1)
             continue;
         ++compared;
         // Metrics files have whole numbers or cut fractions.
