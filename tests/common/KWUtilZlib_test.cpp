@@ -1,5 +1,7 @@
 #include "KWCommon15/KWUtil.h"
 
+#include "KWCommon15/KWMemStream.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -116,12 +118,58 @@ TEST(KWUtilZlib, InflateAcceptsExactlyTheMaximum) {
     }
 }
 
+TEST(KWUtilZlib, InflateIntoMemoryIsTheSame) {
+    const std::string data = noise(300001);
+    const std::string packed = deflated(data);
+    KWMemStream out;
+    out << "head";
+    ASSERT_TRUE(KWUtil::inflate(out, packed.data(), packed.size(), data.size()));
+    EXPECT_TRUE(out.good());
+    EXPECT_EQ(out.tellp(), std::streampos(4 + 300001));
+    ASSERT_TRUE(KWUtil::inflate(out, packed.data(), packed.size()));
+    EXPECT_EQ(std::string(out.data(), out.size()), "head" + data + data);
+}
+
+TEST(KWUtilZlib, InflateIntoMemoryWritesOverWhatIsThere) {
+    const std::string packed = deflated("abc");
+    KWMemStream out;
+    out << "0123456789";
+    out.seekp(2);
+    ASSERT_TRUE(KWUtil::inflate(out, packed.data(), packed.size()));
+    EXPECT_EQ(std::string(out.data(), out.size()), "01abc56789");
+}
+
+TEST(KWUtilZlib, InflateIntoMemoryStopsAtTheMaximum) {
+    const std::string bomb = deflated(std::string(10'000'000, '\0'));
+    KWMemStream out;
+    EXPECT_FALSE(KWUtil::inflate(out, bomb.data(), bomb.size(), 100000));
+    EXPECT_LE(out.size(), 100000U);
+    const std::string packed = deflated(std::string(70000, 'x'));
+    for (const std::size_t maximum : {std::size_t{0}, std::size_t{69999}, std::size_t{70000}}) {
+        KWMemStream some;
+        EXPECT_EQ(KWUtil::inflate(some, packed.data(), packed.size(), maximum), maximum == 70000);
+        EXPECT_EQ(some.size(), maximum);
+    }
+}
+
+TEST(KWUtilZlib, InflateIntoMemoryRefusesEveryTruncation) {
+    const std::string packed = deflated(noise(2000));
+    for (std::size_t size = 0; size < packed.size(); ++size) {
+        KWMemStream out;
+        ASSERT_FALSE(KWUtil::inflate(out, packed.data(), size, 2000)) << size;
+    }
+}
+
 TEST(KWUtilZlib, AStreamThatFailsIsReported) {
     const std::string packed = deflated("abc");
     std::ostringstream out;
     out.setstate(std::ios::badbit);
     EXPECT_FALSE(KWUtil::inflate(out, packed.data(), packed.size()));
     EXPECT_FALSE(KWUtil::deflate(out, "abc", 3));
+    KWMemStream memory;
+    memory.setstate(std::ios::badbit);
+    EXPECT_FALSE(KWUtil::inflate(memory, packed.data(), packed.size()));
+    EXPECT_EQ(memory.size(), 0U);
 }
 
 } // namespace
