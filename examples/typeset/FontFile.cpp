@@ -3,6 +3,7 @@
 #include "Failure.h"
 
 #include <KWCommon15/KWCommon.h>
+#include <KWCommon15/KWMemStream.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -51,6 +52,14 @@ std::uintmax_t sizeOf(const KWUri& file) {
     return static_cast<std::uintmax_t>(stream->tellg());
 }
 
+/// Of the printer font, which lies beside the file that the font goes by.
+std::uintmax_t type1Size(const FS_FontInfo& font) {
+    KWCommonNS::KWMemStream stream;
+    int lengths[3];
+    font.getType1FontStream(stream, lengths[0], lengths[1], lengths[2]);
+    return stream.size();
+}
+
 /// False for a font of a kind that does not go into a PDF here.
 bool canEmbed(const FS_FontInfo& font) {
     switch (font.getFontFileType2()) {
@@ -59,6 +68,8 @@ bool canEmbed(const FS_FontInfo& font) {
     case FS_FILETYPE_OPENTYPE:
     case FS_FILETYPE_OPENTYPE_CID:
     case FS_FILETYPE_DFONT:
+    case FS_FILETYPE_AFM:
+    case FS_FILETYPE_PFM:
         return true;
     default:
         return false;
@@ -73,6 +84,10 @@ void complete(FontFile& font) {
         font.name = toUtf8(font.writer().getFullFontName(0));
     if (!canEmbed(font.info))
         throw Failure(ExitCode::font, font.path + " is a font of a kind that no PDF takes");
+    font.bytes =
+        font.info.isType1Font() ? type1Size(font.info) : sizeOf(font.info.getFontFileName());
+    if (font.info.isType1Font() && font.bytes == 0)
+        throw Failure(ExitCode::font, font.path + " has no printer font (.pfb) beside it");
     switch (font.info.getEmbedStatus()) {
     case FS_EMBED_OUTLINES:
         break;
@@ -83,7 +98,6 @@ void complete(FontFile& font) {
         throw Failure(ExitCode::font, font.path + ": its licence does not allow to embed it");
     }
     font.maySubset = (font.info.getFontEmbeddingLicence() & kNoSubsetting) == 0;
-    font.bytes = sizeOf(font.info.getFontFileName());
     font.sizeAdjust = double{font.info.getFontSizeAdjust()};
     font.baselineAdjust = double{font.info.getBaselindAdjust()};
     if (font.sizeAdjust < 1 / kMostSizeAdjust || font.sizeAdjust > kMostSizeAdjust ||

@@ -9,6 +9,7 @@
 #include FT_FREETYPE_H
 #include FT_TYPE1_TABLES_H
 
+#include <algorithm>
 #include <optional>
 #include <set>
 
@@ -22,19 +23,20 @@ namespace {
 /// What one-byte codes can tell apart.
 constexpr std::size_t kMostNamed = 256;
 
-/// A CFF table as FreeType reads it. The service does not tell the names of glyphs.
-class CffFace {
+/// A CFF table or a Type 1 font program as FreeType reads it. The service does not tell the names
+/// of glyphs.
+class ProgramFace {
 public:
     /// @param table  kept
-    explicit CffFace(const std::string& table) {
+    explicit ProgramFace(const std::string& table) {
         if (FT_Init_FreeType(&library_) == 0) {
             FT_New_Memory_Face(library_, reinterpret_cast<const FT_Byte*>(table.data()),
                                static_cast<FT_Long>(table.size()), 0, &face_);
         }
     }
-    CffFace(const CffFace&) = delete;
-    CffFace& operator=(const CffFace&) = delete;
-    ~CffFace() {
+    ProgramFace(const ProgramFace&) = delete;
+    ProgramFace& operator=(const ProgramFace&) = delete;
+    ~ProgramFace() {
         FT_Done_Face(face_);
         FT_Done_FreeType(library_);
     }
@@ -111,18 +113,85 @@ std::optional<FontProgram> makeNamed(const FS_FontInfo& font, const UsedGlyphs& 
     auto bytes = subset ? embedded(font, glyphs) : source;
     if (glyphs.size() > kMostNamed || !source || !bytes || kindOf(*bytes) != FontProgram::Kind::cff)
         return std::nullopt;
-    FontProgram program{FontProgram::Kind::named, *std::move(bytes)};
-    const CffFace from(*source);
-    const CffFace to(program.bytes);
+    FontProgram program;
+    program.kind = FontProgram::Kind::named;
+    SimpleFont& simple = program.parts[0];
+    simple.bytes = *std::move(bytes);
+    const ProgramFace from(*source);
+    const ProgramFace to(simple.bytes);
     std::set<std::string> known;
     for (const auto& [gid, glyph] : glyphs) {
         std::string name = from.nameOf(gid);
         if (name.empty() || !to.hasGlyph(name) || !known.insert(name).second)
             return std::nullopt;
-        program.codes[gid] = static_cast<unsigned short>(program.names.size());
-        program.names.push_back(std::move(name));
+        const auto code = static_cast<unsigned char>(simple.names.size());
+        program.codes[gid] = code;
+        simple.names[code] = std::move(name);
     }
     program.italicAngle = to.italicAngle();
+    return program;
+}
+
+/// The code of a glyph by the character that it stands for; 0 when it has none.
+unsigned short type1Code(const FS_FontInfo& font, unsigned short gid, const std::u16string& text) {
+    const icu::UnicodeString characters(text.data(), static_cast<int>(text.size()));
+    for (int i = 0; i < characters.length(); i = characters.moveIndex32(i, 1)) {
+        const UChar32 character = characters.char32At(i);
+        if (font.getGlyphID(character, false) == gid)
+            return font.getType1CharCode(character);
+    }
+    return 0;
+}
+
+/// A file of three segments, which say their lengths, as a PDF has it: without their headers.
+SimpleFont withoutSegments(const std::string& file, const std::array<int, 3>& lengths) {
+    constexpr std::size_t kHeader = 6;
+    SimpleFont font;
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+        font.lengths[i] = static_cast<std::size_t>(lengths[i]);
+        font.bytes += file.substr(std::min(at + kHeader, file.size()), font.lengths[i]);
+        at += kHeader + font.lengths[i];
+    }
+    return font;
+}
+
+/// The glyphs by the codes that the service gives their characters. Glyph 0, which no character
+/// has, is code 0.
+std::optional<FontProgram> makeType1(const FS_FontInfo& font, const UsedGlyphs& glyphs,
+                                     bool subset) {
+    FontProgram program;
+    program.kind = FontProgram::Kind::type1;
+    program.codes[0] = 0;
+    std::map<unsigned char, std::string> used{{0, {}}};
+    for (const auto& [gid, glyph] : glyphs) {
+        if (gid == 0)
+            continue;
+        const unsigned short code = type1Code(font, gid, glyph.text);
+        if (code == 0)
+            return std::nullopt;
+        program.codes[gid] = code;
+        used[static_cast<unsigned char>(code >> 8)] += static_cast<char>(code & 0xFF);
+    }
+    for (const auto& [number, codes] : used) {
+        KWMemStream stream;
+        std::array<int, 3> lengths{};
+        const bool written =
+            subset ? font.getType1EmbedFont(number, codes.data(), static_cast<int>(codes.size()),
+                                            stream, lengths[0], lengths[1], lengths[2])
+                   : font.getType1FontStream(stream, lengths[0], lengths[1], lengths[2]);
+        const auto file = bytesOf(written, stream);
+        if (!file)
+            return std::nullopt;
+        SimpleFont& simple = program.parts[number] = withoutSegments(*file, lengths);
+        for (const char code : codes) {
+            const auto byte = static_cast<unsigned char>(code);
+            if (std::string name; font.getType1GlyphName(number, byte, name))
+                simple.names[byte] = name;
+        }
+        program.italicAngle = ProgramFace(*file).italicAngle();
+    }
+    program.parts[0].names[0] = ".notdef";
     return program;
 }
 
@@ -138,7 +207,7 @@ std::optional<FontProgram> makeCidKeyed(const FS_FontInfo& font, const UsedGlyph
     auto bytes = subset ? openTypeSubset(font, glyphs) : whole(font);
     if (!bytes)
         return std::nullopt;
-    FontProgram program{kindOf(*bytes), *std::move(bytes), cidsOf(font, glyphs)};
+    FontProgram program{kindOf(*bytes), *std::move(bytes), {}, cidsOf(font, glyphs)};
     if (FS_CIDSystemInfo info; font.getCIDSystemInfo(info))
         program.system = {info.Registry, info.Ordering, info.Supplement};
     return program;
@@ -168,6 +237,13 @@ unsigned short FontProgram::codeOf(unsigned short gid) const {
     return found == codes.end() ? gid : found->second;
 }
 
+std::size_t FontProgram::size() const {
+    std::size_t sum = bytes.size();
+    for (const auto& [number, font] : parts)
+        sum += font.bytes.size();
+    return sum;
+}
+
 FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool subset,
                             bool upright) {
     std::optional<FontProgram> program;
@@ -180,6 +256,10 @@ FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool
         break;
     case FS_FILETYPE_OPENTYPE_CID:
         program = makeCidKeyed(font.writer(), glyphs, subset);
+        break;
+    case FS_FILETYPE_AFM:
+    case FS_FILETYPE_PFM:
+        program = makeType1(font.writer(), glyphs, subset);
         break;
     default:
         program = makeTrueType(font.writer(), glyphs, subset);

@@ -2,9 +2,10 @@
 
 #include "UsedGlyphs.h"
 
+#include <array>
+#include <cstddef>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace typeset {
 
@@ -17,26 +18,38 @@ struct CidSystem {
     int supplement = 0;
 };
 
+/// A font file whose glyphs have codes of one byte (ISO 32000-1, 9.6).
+struct SimpleFont {
+    std::string bytes;
+    /// By code, where it is not the font's own encoding that says it.
+    std::map<unsigned char, std::string> names{};
+    /// Of a Type 1 font program: its clear text, its enciphered part and its trailer.
+    std::array<std::size_t, 3> lengths{};
+};
+
 /// A font program to embed, and the codes that its glyphs have in text.
 struct FontProgram {
     enum class Kind {
         trueType, ///< an sfnt with `glyf`
         cff,      ///< a CFF table; the codes are CIDs, or glyph ids where the font has no CIDs
         openType, ///< an sfnt with `CFF `; codes as before
-        named,    ///< a CFF table whose glyphs go by their names; the codes are our own, one byte
+        named,    ///< a CFF table whose glyphs go by their names, as one simple font
+        type1,    ///< Type 1 font programs, as many as the codes need
     };
     Kind kind = Kind::trueType;
-    std::string bytes;
+    std::string bytes; ///< empty where there are `parts`
+    /// The simple fonts, by the upper byte of the codes of their glyphs.
+    std::map<unsigned char, SimpleFont> parts{};
     /// By glyph id, where the codes are others than the glyph ids.
     std::map<unsigned short, unsigned short> codes{};
-    /// Of `named`: the name of each code, from 0 on.
-    std::vector<std::string> names{};
     CidSystem system{};
     /// Degrees, against the clock.
     double italicAngle = 0;
 
     unsigned short codeOf(unsigned short gid) const;
-    int bytesOfCode() const { return kind == Kind::named ? 1 : 2; }
+    bool isSimple() const { return kind == Kind::named || kind == Kind::type1; }
+    /// Bytes of all font files.
+    std::size_t size() const;
 };
 
 /// Asks the library for a subset with the glyphs, or for the whole font. Throws `Failure` (font)

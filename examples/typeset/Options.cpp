@@ -8,6 +8,7 @@
 namespace typeset {
 
 const char* const kUsage = R"(usage: typeset [options] -o FILE.pdf TEXT
+       typeset [options] --ps FILE.ps TEXT
 
 Sets TEXT, a UTF-8 file or - for standard input, into a PDF. Blank lines separate paragraphs;
 a line that begins with "# " is a heading, one that begins with "## " a lesser one. Lines that
@@ -19,6 +20,8 @@ begin with "@ " say how the next paragraph is set:
   @ features LIST       as --features, and before what that says
 
   -o FILE.pdf           the PDF to write
+  --ps FILE.ps          the PostScript file to write, with or without a PDF; takes fonts with CFF
+                        outlines and Type 1 fonts
   --png FILE            draw the first lines as a picture, too
   --webfont FILE.woff   write the glyphs that the text uses of its font as a web font, too
   --whole-page          draw the first page whole instead
@@ -127,6 +130,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             return options;
         } else if (argument == "-o") {
             options.pdfPath = value();
+        } else if (argument == "--ps") {
+            options.psPath = value();
         } else if (argument == "--png") {
             options.pngPath = value();
         } else if (argument == "--webfont") {
@@ -158,7 +163,7 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         throw Failure(ExitCode::usage, "no text to set");
     if (files.size() > 1)
         throw Failure(ExitCode::usage, "one text at a time, not also '" + files[1] + "'");
-    if (options.pdfPath.empty())
+    if (options.pdfPath.empty() && options.psPath.empty())
         throw Failure(ExitCode::usage, "no PDF to write; give one with -o");
     options.textPath = files.front();
     return options;

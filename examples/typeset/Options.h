@@ -10,8 +10,9 @@ namespace typeset {
 
 struct Options {
     FontChoice fonts;
-    std::string textPath; // "-": standard input
-    std::string pdfPath;
+    std::string textPath;    // "-": standard input
+    std::string pdfPath;     // empty: no PDF, which takes a PostScript file
+    std::string psPath;      // empty: none
     std::string pngPath;     // empty: no picture
     std::string webFontPath; // empty: none
     double size = 10.5;      // of the body text, in points

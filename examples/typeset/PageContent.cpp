@@ -1,7 +1,8 @@
 #include "PageContent.h"
 
+#include "NumberText.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 
@@ -13,26 +14,6 @@ namespace {
 /// the next one is below: what a PDF font has that says nothing (ISO 32000-1, 9.7.4.3).
 constexpr double kOriginY = 880;
 constexpr double kHeight = 1000;
-
-/// With at most three decimals.
-std::string number(double value) {
-    char digits[32];
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, 3);
-    std::string out(digits, end.ptr);
-    out.erase(out.find_last_not_of('0') + 1);
-    if (out.back() == '.')
-        out.pop_back();
-    return out == "-0" ? "0" : out;
-}
-
-std::string hex(unsigned value, int bytes) {
-    static constexpr char kDigits[] = "0123456789abcdef";
-    std::string out;
-    for (int shift = 8 * bytes; shift > 0; shift -= 4)
-        out += kDigits[(value >> (shift - 4)) & 0xFU];
-    return out;
-}
 
 /// A span as TJ operators: runs of codes, and between them what the pen must move, in
 /// thousandths of the font size, to come to where the next glyph stands. A glyph beside the line
@@ -51,6 +32,7 @@ private:
         double across;
     };
     Place placeOf(const PlacedGlyph& glyph) const;
+    void choose(int part);
     void start(const Place& place);
     void stop();
     void show(const PlacedGlyph& glyph);
@@ -63,6 +45,7 @@ private:
     double pageHeight_;
     bool started_ = false;
     Place pen_{};
+    int part_ = -1; // which of the simple fonts is chosen
 };
 
 SpanWriter::Place SpanWriter::placeOf(const PlacedGlyph& glyph) const {
@@ -78,12 +61,22 @@ SpanWriter::Place SpanWriter::placeOf(const PlacedGlyph& glyph) const {
     return {glyph.x, glyph.y};
 }
 
+void SpanWriter::choose(int part) {
+    if (part == part_)
+        return;
+    stop();
+    out_ +=
+        resourceName(span_.font, span_.writing == Writing::upright, static_cast<unsigned>(part)) +
+        ' ' + decimalText(span_.size) + " Tf\n";
+    part_ = part;
+}
+
 void SpanWriter::start(const Place& place) {
     const bool horizontal = span_.writing == Writing::horizontal;
     const double x = horizontal ? place.along : place.across;
     const double y = horizontal ? place.across : place.along;
     out_ += span_.writing == Writing::sideways ? "0 -1 1 0 " : "1 0 0 1 ";
-    out_ += number(x) + ' ' + number(pageHeight_ - y) + " Tm [<";
+    out_ += decimalText(x) + ' ' + decimalText(pageHeight_ - y) + " Tm [<";
     pen_ = place;
     started_ = true;
 }
@@ -96,6 +89,10 @@ void SpanWriter::stop() {
 
 void SpanWriter::show(const PlacedGlyph& glyph) {
     const Place place = placeOf(glyph);
+    const unsigned code = font_.program.codeOf(glyph.gid);
+    const bool simple = font_.program.isSimple();
+    if (simple)
+        choose(static_cast<int>(code >> 8));
     if (started_ && std::abs(place.across - pen_.across) >= 0.0005)
         stop();
     if (!started_)
@@ -104,8 +101,8 @@ void SpanWriter::show(const PlacedGlyph& glyph) {
     const double step = std::round((place.along - pen_.along) * 1e6 / span_.size) / 1000;
     // A number moves the pen to the left, and in vertical writing down.
     if (step != 0)
-        out_ += '>' + number(upright ? step : -step) + '<';
-    out_ += hex(font_.program.codeOf(glyph.gid), font_.program.bytesOfCode());
+        out_ += '>' + decimalText(upright ? step : -step) + '<';
+    out_ += hexText(code & (simple ? 0xFFU : 0xFFFFU), simple ? 1 : 2);
     pen_.along += (step + (upright ? kHeight : double{glyph.advance})) * span_.size / 1000;
 }
 
@@ -127,8 +124,10 @@ std::u16string SpanWriter::textOf(std::size_t begin, std::size_t end) const {
 }
 
 void SpanWriter::write() {
-    out_ += "BT " + resourceName(span_.font, span_.writing == Writing::upright) + ' ' +
-            number(span_.size) + " Tf\n";
+    out_ += "BT ";
+    choose(span_.glyphs.empty() || !font_.program.isSimple()
+               ? 0
+               : font_.program.codeOf(span_.glyphs.front().gid) >> 8);
     for (std::size_t i = 0; i < span_.glyphs.size();) {
         std::size_t end = i + 1;
         while (end < span_.glyphs.size() && span_.glyphs[end].joined)
@@ -136,9 +135,9 @@ void SpanWriter::write() {
         const bool readsBack = this->readsBack(i, end);
         if (!readsBack) {
             stop();
-            out_ += "/Span <</ActualText <feff";
+            out_ += "/Span <</ActualText <FEFF";
             for (const char16_t unit : textOf(i, end))
-                out_ += hex(unit, 2);
+                out_ += hexText(unit, 2);
             out_ += ">>> BDC\n";
         }
         for (; i < end; ++i)
@@ -154,8 +153,11 @@ void SpanWriter::write() {
 
 } // namespace
 
-std::string resourceName(std::size_t font, bool upright) {
-    return "/F" + std::to_string(font + 1) + (upright ? "V" : "");
+std::string resourceName(std::size_t font, bool upright, unsigned part) {
+    std::string name = "/F" + std::to_string(font + 1);
+    if (part != 0)
+        name += "P" + std::to_string(part);
+    return upright ? name + "V" : name;
 }
 
 std::string pageContent(const Page& page, const PdfFonts& fonts, double pageHeight) {

@@ -79,6 +79,15 @@ UsedGlyphs PdfFont::byCode() const {
     return sorted;
 }
 
+UsedGlyphs PdfFont::byCode(unsigned char part) const {
+    UsedGlyphs sorted;
+    for (const auto& [code, glyph] : byCode()) {
+        if (code >> 8 == part)
+            sorted[code & 0xFF] = glyph;
+    }
+    return sorted;
+}
+
 PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright) {
     const FS_FontInfo& info = font.info;
     const int unitsPerEm = info.getUnitsPerEm();
@@ -109,6 +118,11 @@ PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFo
         pdf.ascent = 1000 * double{info.getTypoAscender()};
         pdf.descent = 1000 * double{info.getTypoDescender()};
         pdf.italicAngle = pdf.program.italicAngle;
+    }
+    if (pdf.ascent == 0 && pdf.descent == 0) {
+        // Type 1 fonts tell no more than this.
+        pdf.descent = pdf.box[1];
+        pdf.ascent = pdf.box[3];
     }
     pdf.capHeight = capHeight(info, perMille);
     // Nothing that the service tells gives the stem width; this follows the weight well enough.

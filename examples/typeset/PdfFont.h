@@ -27,6 +27,8 @@ struct PdfFont {
 
     /// The glyphs by their codes in text.
     UsedGlyphs byCode() const;
+    /// Those of one of the simple fonts, by their codes of one byte.
+    UsedGlyphs byCode(unsigned char part) const;
 };
 
 /// By index in the fonts of the document.

@@ -23,14 +23,24 @@ QPDFObjectHandle real(double value) {
     return QPDFObjectHandle::newReal(value, 3, true);
 }
 
-QPDFObjectHandle makeDescriptor(QPDF& pdf, const PdfFont& font) {
+/// @param simple  the one of the simple fonts that it is about; null when there are none
+QPDFObjectHandle makeDescriptor(QPDF& pdf, const PdfFont& font, const SimpleFont* simple) {
     QPDFObjectHandle box = QPDFObjectHandle::newArray();
     for (const double edge : font.box)
         box.appendItem(real(edge));
-    QPDFObjectHandle file = QPDFObjectHandle::newStream(&pdf, font.program.bytes);
+    const std::string& bytes = simple != nullptr ? simple->bytes : font.program.bytes;
+    QPDFObjectHandle file = QPDFObjectHandle::newStream(&pdf, bytes);
+    const char* key = "/FontFile3";
     switch (font.program.kind) {
     case FontProgram::Kind::trueType:
-        file.getDict().replaceKey("/Length1", integer(font.program.bytes.size()));
+        file.getDict().replaceKey("/Length1", integer(bytes.size()));
+        key = "/FontFile2";
+        break;
+    case FontProgram::Kind::type1:
+        file.getDict().replaceKey("/Length1", integer(simple->lengths[0]));
+        file.getDict().replaceKey("/Length2", integer(simple->lengths[1]));
+        file.getDict().replaceKey("/Length3", integer(simple->lengths[2]));
+        key = "/FontFile";
         break;
     case FontProgram::Kind::cff:
         file.getDict().replaceKey("/Subtype", name("CIDFontType0C"));
@@ -53,8 +63,7 @@ QPDFObjectHandle makeDescriptor(QPDF& pdf, const PdfFont& font) {
     descriptor.replaceKey("/Descent", real(font.descent));
     descriptor.replaceKey("/CapHeight", real(font.capHeight));
     descriptor.replaceKey("/StemV", real(font.stemV));
-    const bool trueType = font.program.kind == FontProgram::Kind::trueType;
-    descriptor.replaceKey(trueType ? "/FontFile2" : "/FontFile3", file);
+    descriptor.replaceKey(key, file);
     return pdf.makeIndirectObject(descriptor);
 }
 
@@ -75,16 +84,25 @@ QPDFObjectHandle makeWidths(const UsedGlyphs& glyphs) {
     return widths;
 }
 
-/// A simple font whose codes are named by its encoding (ISO 32000-1, 9.6).
-QPDFObjectHandle makeSimpleFont(QPDF& pdf, const PdfFont& font) {
-    const UsedGlyphs glyphs = font.byCode();
+/// A simple font (ISO 32000-1, 9.6). Codes that no name is given for are those of its own encoding.
+QPDFObjectHandle makeSimpleFont(QPDF& pdf, const PdfFont& font, unsigned char part) {
+    const SimpleFont& simple = font.program.parts.at(part);
+    const UsedGlyphs glyphs = font.byCode(part);
+    const int first = glyphs.begin()->first;
+    const int last = glyphs.rbegin()->first;
     QPDFObjectHandle widths = QPDFObjectHandle::newArray();
-    for (const auto& [code, glyph] : glyphs)
-        widths.appendItem(real(double{glyph.advance}));
+    for (int code = first; code <= last; ++code) {
+        const auto glyph = glyphs.find(static_cast<unsigned short>(code));
+        widths.appendItem(real(glyph != glyphs.end() ? double{glyph->second.advance} : 0));
+    }
     QPDFObjectHandle differences = QPDFObjectHandle::newArray();
-    differences.appendItem(integer(0));
-    for (const std::string& glyphName : font.program.names)
+    int next = -1;
+    for (const auto& [code, glyphName] : simple.names) {
+        if (code != next)
+            differences.appendItem(integer(code));
         differences.appendItem(name(glyphName));
+        next = code + 1;
+    }
     QPDFObjectHandle encoding = QPDFObjectHandle::newDictionary();
     encoding.replaceKey("/Type", name("Encoding"));
     encoding.replaceKey("/Differences", differences);
@@ -93,10 +111,10 @@ QPDFObjectHandle makeSimpleFont(QPDF& pdf, const PdfFont& font) {
     type1.replaceKey("/Type", name("Font"));
     type1.replaceKey("/Subtype", name("Type1"));
     type1.replaceKey("/BaseFont", name(font.name));
-    type1.replaceKey("/FirstChar", integer(0));
-    type1.replaceKey("/LastChar", integer(font.program.names.size() - 1));
+    type1.replaceKey("/FirstChar", QPDFObjectHandle::newInteger(first));
+    type1.replaceKey("/LastChar", QPDFObjectHandle::newInteger(last));
     type1.replaceKey("/Widths", widths);
-    type1.replaceKey("/FontDescriptor", makeDescriptor(pdf, font));
+    type1.replaceKey("/FontDescriptor", makeDescriptor(pdf, font, &simple));
     type1.replaceKey("/Encoding", encoding);
     type1.replaceKey("/ToUnicode", QPDFObjectHandle::newStream(&pdf, toUnicodeCMap(glyphs, 1)));
     return type1;
@@ -118,7 +136,7 @@ QPDFObjectHandle makeCompositeFont(QPDF& pdf, const PdfFont& font) {
     cidFont.replaceKey("/CIDSystemInfo", system);
     if (trueType)
         cidFont.replaceKey("/CIDToGIDMap", name("Identity"));
-    cidFont.replaceKey("/FontDescriptor", makeDescriptor(pdf, font));
+    cidFont.replaceKey("/FontDescriptor", makeDescriptor(pdf, font, nullptr));
     cidFont.replaceKey("/W", makeWidths(glyphs));
     QPDFObjectHandle descendants = QPDFObjectHandle::newArray();
     descendants.appendItem(pdf.makeIndirectObject(cidFont));
@@ -142,9 +160,13 @@ std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFon
 
     QPDFObjectHandle fontDictionary = QPDFObjectHandle::newDictionary();
     for (const auto& [index, font] : fonts) {
-        const bool simple = font.program.kind == FontProgram::Kind::named;
-        QPDFObjectHandle dictionary =
-            simple ? makeSimpleFont(pdf, font) : makeCompositeFont(pdf, font);
+        for (const auto& [part, simple] : font.program.parts) {
+            fontDictionary.replaceKey(resourceName(index, false, part),
+                                      pdf.makeIndirectObject(makeSimpleFont(pdf, font, part)));
+        }
+        if (font.program.isSimple())
+            continue;
+        QPDFObjectHandle dictionary = makeCompositeFont(pdf, font);
         fontDictionary.replaceKey(resourceName(index, false), pdf.makeIndirectObject(dictionary));
         if (hasUpright(layout, index)) {
             QPDFObjectHandle upright = dictionary.shallowCopy();

@@ -182,16 +182,18 @@ void setWidths(const FS_FontInfo& font, const TextRun& run, Positions& glyphs) {
     }
 }
 
-/// The pairs of the `kern` table, for fonts that have no `GPOS` feature of that name.
+/// The pairs of the `kern` table or of a Type 1 font, for fonts that have no `GPOS` feature of that
+/// name.
 void kernByTable(const FS_FontInfo& font, Positions& glyphs) {
     GlyphIDPosition* left = nullptr;
+    const int fontUnits = -font.getUnitsPerEm();
     for (GlyphIDPosition& glyph : glyphs) {
         if (glyph.getWidth() == 0)
             continue;
         if (left != nullptr) {
             left->setMoveX2(left->getMoveX2() +
                             static_cast<int>(std::lround(font.getPairKerningValue(
-                                left->getGlyphID(), glyph.getGlyphID(), 0, false))));
+                                left->getGlyphID(), glyph.getGlyphID(), fontUnits, false))));
         }
         left = &glyph;
     }

@@ -1,3 +1,4 @@
+#include "NumberText.h"
 #include "PdfFont.h"
 
 #include <algorithm>
@@ -18,18 +19,10 @@ struct Range {
     std::u16string text;
 };
 
-std::string hex(unsigned value, int bytes) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string out;
-    for (int shift = 8 * bytes; shift > 0; shift -= 4)
-        out += kDigits[(value >> (shift - 4)) & 0xFU];
-    return out;
-}
-
 std::string utf16Hex(const std::u16string& text) {
     std::string out;
     for (const char16_t unit : text)
-        out += hex(unit, 2);
+        out += hexText(unit, 2);
     return out;
 }
 
@@ -70,9 +63,9 @@ std::string toUnicodeCMap(const UsedGlyphs& glyphs, int bytesOfCode) {
     std::vector<std::string> chars;
     std::vector<std::string> ranges;
     for (const Range& range : findRanges(glyphs)) {
-        std::string entry = "<" + hex(range.first, bytesOfCode) + "> <";
+        std::string entry = "<" + hexText(range.first, bytesOfCode) + "> <";
         if (range.first != range.last)
-            entry += hex(range.last, bytesOfCode) + "> <";
+            entry += hexText(range.last, bytesOfCode) + "> <";
         entry += utf16Hex(range.text) + ">";
         (range.first == range.last ? chars : ranges).push_back(std::move(entry));
     }

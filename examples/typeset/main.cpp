@@ -1,4 +1,4 @@
-// Sets a text in TrueType fonts: reads, shapes, lays out, writes a PDF and, when asked, a PNG.
+// Sets a text: reads, shapes, lays out, writes a PDF and, when asked, a PNG.
 
 #include "Document.h"
 #include "Failure.h"
@@ -7,6 +7,8 @@
 #include "PdfFont.h"
 #include "PdfWriter.h"
 #include "PngWriter.h"
+#include "PsFont.h"
+#include "PsWriter.h"
 #include "TextLayout.h"
 #include "WebFont.h"
 
@@ -72,13 +74,23 @@ PdfFonts embeddedFonts(const Layout& layout, const FontSet& fonts, bool wholeFon
     return embedded;
 }
 
+PsFonts psFonts(const Layout& layout, const FontSet& fonts) {
+    PsFonts defined;
+    for (std::size_t i = 0; i < fonts.size(); ++i) {
+        const UsedGlyphs glyphs = usedGlyphs(layout, i);
+        if (!glyphs.empty())
+            defined[i] = makePsFont(fonts[i], glyphs, "F" + std::to_string(i + 1));
+    }
+    return defined;
+}
+
 void reportFont(const char* label, const FontFile& font, const PdfFont& embedded) {
     row(label, font.name + " (" + font.path + ")");
     row("Glyphs used", grouped(embedded.glyphs.size()));
     row("Font file", grouped(font.bytes) + " bytes");
     row(embedded.subset ? "Embedded subset" : "Embedded whole",
-        grouped(embedded.program.bytes.size()) + " bytes, " +
-            percentOf(embedded.program.bytes.size(), font.bytes));
+        grouped(embedded.program.size()) + " bytes, " +
+            percentOf(embedded.program.size(), font.bytes));
 }
 
 void run(const Options& options) {
@@ -95,9 +107,15 @@ void run(const Options& options) {
                                   options.language, FeaturePlan(options.features)});
     reportMissing(layout, fonts);
 
-    const PdfFonts embedded = embeddedFonts(layout, fonts, options.wholeFont);
-    const std::size_t pdfBytes =
-        writePdf(options.pdfPath, layout, embedded, toUtf8(document.title()));
+    PdfFonts embedded;
+    std::size_t pdfBytes = 0;
+    if (!options.pdfPath.empty()) {
+        embedded = embeddedFonts(layout, fonts, options.wholeFont);
+        pdfBytes = writePdf(options.pdfPath, layout, embedded, toUtf8(document.title()));
+    }
+    std::size_t psBytes = 0;
+    if (!options.psPath.empty())
+        psBytes = writePs(options.psPath, layout, psFonts(layout, fonts), toUtf8(document.title()));
     if (!options.pngPath.empty())
         writePng(options.pngPath, layout, fonts, options.dpi, options.wholePage);
 
@@ -122,7 +140,10 @@ void run(const Options& options) {
     if (webFontBytes != 0)
         row("Web font",
             grouped(webFontBytes) + " bytes, " + percentOf(webFontBytes, fonts[0].bytes));
-    row("PDF, compressed", grouped(pdfBytes) + " bytes");
+    if (pdfBytes != 0)
+        row("PDF, compressed", grouped(pdfBytes) + " bytes");
+    if (psBytes != 0)
+        row("PostScript", grouped(psBytes) + " bytes");
     row("Time", seconds);
 }
 

@@ -13,6 +13,7 @@ using namespace typeset;
 using namespace KWTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 using testing::StartsWith;
 using Kind = FontProgram::Kind;
 
@@ -56,7 +57,7 @@ TEST(FontProgram, OfATrueTypeFontKeepsTheGlyphIds) {
     const FontFile font = open(packagedFont("DejaVuSans"));
     const FontProgram program = makeFontProgram(font, glyphsOf(font, u"AB"), true, false);
     EXPECT_EQ(program.kind, Kind::trueType);
-    EXPECT_EQ(program.bytesOfCode(), 2);
+    EXPECT_FALSE(program.isSimple());
     EXPECT_EQ(program.codeOf(36), 36);
 }
 
@@ -64,8 +65,10 @@ TEST(FontProgram, OfANameKeyedFontHasNamesForOneByteCodes) {
     const FontFile font = open(packagedFont("LinLibertine"));
     const FontProgram program = makeFontProgram(font, glyphsOf(font, u"BA\u00C7"), true, false);
     EXPECT_EQ(program.kind, Kind::named);
-    EXPECT_EQ(program.bytesOfCode(), 1);
-    EXPECT_THAT(program.names, ElementsAre(".notdef", "A", "B", "Ccedilla"));
+    EXPECT_TRUE(program.isSimple());
+    ASSERT_EQ(program.parts.size(), 1U);
+    EXPECT_THAT(program.parts.at(0).names,
+                ElementsAre(Pair(0, ".notdef"), Pair(1, "A"), Pair(2, "B"), Pair(3, "Ccedilla")));
     EXPECT_EQ(program.codeOf(font.info.getGlyphID('B', false)), 2);
     EXPECT_EQ(program.italicAngle, 0);
 }

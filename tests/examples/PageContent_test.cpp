@@ -56,17 +56,17 @@ TEST(PageContent, TextThatTheGlyphsDoNotGiveBackStandsBesideThem) {
     EXPECT_EQ(contentOf({placed(1, 10, 20, u"a"), placed(1, 15, 20, u"\U0001D538"),
                          placed(2, 20, 20, u"b")}),
               "BT /F1 10 Tf\n1 0 0 1 10 80 Tm [<0001>] TJ\n"
-              "/Span <</ActualText <feffd835dd38>>> BDC\n1 0 0 1 15 80 Tm [<0001>] TJ\nEMC\n"
+              "/Span <</ActualText <FEFFD835DD38>>> BDC\n1 0 0 1 15 80 Tm [<0001>] TJ\nEMC\n"
               "1 0 0 1 20 80 Tm [<0002>] TJ\nET\n");
 }
 
 TEST(PageContent, ThatGoesForAllGlyphsOfAClusterInTheOrderOfTheText) {
     EXPECT_EQ(contentOf({placed(2, 10, 20, u"y"), placed(1, 15, 20, u"x", true)}),
-              "BT /F1 10 Tf\n/Span <</ActualText <feff00790078>>> BDC\n"
+              "BT /F1 10 Tf\n/Span <</ActualText <FEFF00790078>>> BDC\n"
               "1 0 0 1 10 80 Tm [<00020001>] TJ\nEMC\nET\n");
     EXPECT_EQ(contentOf({placed(2, 10, 20, u"y"), placed(1, 15, 20, u"x", true)},
                         Writing::horizontal, true),
-              "BT /F1 10 Tf\n/Span <</ActualText <feff00780079>>> BDC\n"
+              "BT /F1 10 Tf\n/Span <</ActualText <FEFF00780079>>> BDC\n"
               "1 0 0 1 10 80 Tm [<00020001>] TJ\nEMC\nET\n");
     EXPECT_EQ(contentOf({placed(1, 10, 20, u"a"), placed(3, 15, 20, u"", true)}),
               "BT /F1 10 Tf\n1 0 0 1 10 80 Tm [<00010003>] TJ\nET\n");
