@@ -15,6 +15,16 @@ using namespace KWFontService_NS;
 
 namespace {
 
+/// The index of a font that is in the set from now on.
+std::size_t addOnce(FontSet& fonts, FontFile font) {
+    for (std::size_t i = 0; i < fonts.size(); ++i) {
+        if (fonts[i].info.getFont() == font.info.getFont())
+            return i;
+    }
+    fonts.files.push_back(std::move(font));
+    return fonts.size() - 1;
+}
+
 /// As the service takes it, for which a relative path starts at the folder of the library.
 std::string fullPath(const std::string& config) {
     return config.empty() ? config : std::filesystem::absolute(config).string();
@@ -61,16 +71,27 @@ std::vector<std::string> openService(const std::string& config) {
     return notes;
 }
 
+void addPrivateUseFonts(FontSet& fonts, const icu::UnicodeString& text) {
+    for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+        const UChar32 character = text.char32At(i);
+        if (!FS_FontInfo::isEUDC(character))
+            continue;
+        for (const std::size_t asked : {std::size_t{0}, fonts.headings}) {
+            FontRequest request;
+            icu::UnicodeString name;
+            if (fonts[asked].info.getGlyphID(character, false) != FS_NO_GLYPH ||
+                !fonts[asked].info.getEudcFontName(character, name, request.weight, request.italic))
+                continue;
+            request.name = toUtf8(name);
+            if (std::optional<FontFile> font = findFont(request))
+                addOnce(fonts, std::move(*font));
+        }
+    }
+}
+
 FontSet openFonts(const FontChoice& choice) {
     FontSet fonts;
-    const auto add = [&](FontFile font) {
-        for (std::size_t i = 0; i < fonts.size(); ++i) {
-            if (fonts[i].info.getFont() == font.info.getFont())
-                return i;
-        }
-        fonts.files.push_back(std::move(font));
-        return fonts.size() - 1;
-    };
+    const auto add = [&](FontFile font) { return addOnce(fonts, std::move(font)); };
     if (!choice.byName()) {
         add(openFont(choice.files.empty() ? std::string() : choice.files.front()));
         fonts.fallbacks = fonts.size();

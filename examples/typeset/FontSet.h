@@ -46,4 +46,8 @@ std::vector<std::string> openService(const std::string& config);
 /// Throws `Failure` (font); a font that is not found is told with the folders that were searched.
 FontSet openFonts(const FontChoice& choice);
 
+/// Adds the fonts that the service knows for characters of a text that end users have defined, as
+/// the last of the fallbacks. Throws `Failure` (font) when one may not be embedded.
+void addPrivateUseFonts(FontSet& fonts, const icu::UnicodeString& text);
+
 } // namespace typeset

@@ -102,6 +102,8 @@ void run(const Options& options) {
     }
     FontSet fonts = openFonts(options.fonts);
     const Document document = readDocument(options.textPath);
+    for (const Block& block : document.blocks)
+        addPrivateUseFonts(fonts, block.text);
     const Layout layout = layOut(document, fonts,
                                  {options.size, options.justified, options.columns,
                                   options.language, FeaturePlan(options.features)});

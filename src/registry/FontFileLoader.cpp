@@ -47,6 +47,13 @@ UnicodeString FS_FontFile::extension() const {
     return dot >= 0 ? UnicodeString(lowerName, dot) : UnicodeString();
 }
 
+const FS_FontFolder& folderOfFile(FS_FontService& service, const KWUri& file) {
+    auto folder =
+        std::make_unique<FS_FontFolder>(KWUri(file.getBaseString(), KWCommonNS::URISTR_URI), false);
+    const FS_FontFolder* const known = service.findFolder(folder->pathKey());
+    return known != nullptr ? *known : *service.addFolder(std::move(folder));
+}
+
 FS_FontFileType fontFileType(const FS_FontService& service, const UnicodeString& extension,
                              int mode, std::istream* stream) {
     if (mode == FS_FILETYPE_REQUEST_SFNT || mode == FS_FILETYPE_REQUEST_OPENTYPE)

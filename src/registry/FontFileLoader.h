@@ -26,6 +26,10 @@ struct FS_FontFile {
     UnicodeString lowerName;
 };
 
+/// The folder that a file lies in; one that the service does not know yet joins its folders,
+/// without those below it.
+const FS_FontFolder& folderOfFile(FS_FontService& service, const KWUri& file);
+
 /// The type of a font file.
 /// @param extension  with its dot, in lower case
 /// @param mode       how to type: a request (`FS_FILETYPE_REQUEST_...`), or 0 for the extension

@@ -1,6 +1,7 @@
 #include "service/FS_Startup.h"
 
 #include "platform/Platform.h"
+#include "registry/EudcFonts.h"
 #include "registry/FS_FontService.h"
 #include "registry/FolderScan.h"
 #include "registry/RegisteredFonts.h"
@@ -44,16 +45,23 @@ void loadRegisteredFonts(FS_FontService& service, const FS_OpenArguments&) {
     readRegistryFonts(service, files.type1);
 }
 
-void setDefaultEudcRange(FS_FontService& service, const FS_OpenArguments&) {
-    if (service.eudcProcessing && !service.eudcRangeGiven)
+void setUpEudc(FS_FontService& service, const FS_OpenArguments&) {
+    if (!service.eudcProcessing)
+        return;
+    if (service.useWindowsRegistry)
+        readEudcRegistry(service);
+    if (!service.eudcRangeGiven)
         service.addEudcRange(kFirstPrivateUse, kLastPrivateUse);
+    if (!service.eudcSystemDefault.isEmpty())
+        loadDefaultEudcFont(service);
+    linkEudcMap(service);
 }
 
 constexpr FS_StartupStep kSteps[] = {
     {Kind::configuration, readConfigurationFile},
     {Kind::later, scanAllFolders},
     {Kind::later, loadRegisteredFonts},
-    {Kind::later, setDefaultEudcRange},
+    {Kind::later, setUpEudc},
 };
 
 std::span<const FS_StartupStep> g_steps = kSteps;

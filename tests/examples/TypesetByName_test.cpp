@@ -286,6 +286,27 @@ TEST_F(TypesetByName, AnAdjustmentThatFitsNoPageIsExitCodeTwo) {
     EXPECT_FALSE(std::filesystem::exists(pdf));
 }
 
+TEST_F(TypesetByName, ACharacterOfTheEndUserIsSetInTheFontThatIsLinked) {
+    TestFont own = TestFont::latin();
+    own.name = Name::english(u"Own Signs");
+    own.cmap = Cmap::unicode({{0xE000, TestFont::kC}});
+    const std::string signs = folder.write("signs.tte", own.build()).string();
+    const std::string eudc =
+        "<eudc-processing><eudc-map family-name=\"Liberation Serif\" file-path=\"" + signs +
+        "\"/></eudc-processing>";
+    const auto setWith = [&](const std::string& more) {
+        return set({"--family", "Liberation Serif", "--config",
+                    configure(fontFolder(liberationFolder()) + more)},
+                   "A sign: \uE000.");
+    };
+    const ProcessResult linked = setWith(eudc);
+    EXPECT_EQ(linked.exitCode, 0) << linked.describe();
+    EXPECT_EQ(linked.errors, "");
+    EXPECT_THAT(linked.output, HasSubstr("Further font     Own Signs"));
+    EXPECT_THAT(linked.output, HasSubstr(signs));
+    EXPECT_THAT(setWith("").errors, HasSubstr("no glyph for U+E000"));
+}
+
 TEST_F(TypesetByName, TheConfigurationOfTheDemoDoesWhatItSays) {
     const std::string config = KW_DEMO_CONFIG;
     ProcessResult result = set(

@@ -220,6 +220,77 @@ TEST_F(WholeStartup, SetsNoEudcRangeWhenEudcProcessingIsOff) {
     EXPECT_FALSE(service().isEudcCodePoint(0xE000));
 }
 
+/// A font that has one end-user-defined character.
+KWTest::TestFont privateFont(std::u16string_view family, char16_t character) {
+    KWTest::TestFont font = KWTest::namedFont(family);
+    font.cmap = KWTest::Cmap::unicode({{character, KWTest::TestFont::kA}});
+    return font;
+}
+
+TEST_F(WholeStartup, LinksTheEndUserDefinedFontsOfTheConfiguration) {
+    write("fonts/a.ttf", KWTest::namedFont(u"Alpha"));
+    write("own/linked.tte", privateFont(u"Linked", 0xE000));
+    write("own/default.tte", privateFont(u"Default", 0xE001));
+    start("<font-config windows-registry='disable'>" + folder("fonts") +
+          "<eudc-processing><eudc-map family-name='Alpha' file-path='own/linked.tte'/>"
+          "<eudc-system-default file-path='own/default.tte'/></eudc-processing></font-config>");
+    EXPECT_EQ(fontFiles(), (std::vector<std::string>{"fonts/a.ttf", "own/default.tte",
+                                                     "own/default.tte", "own/linked.tte"}))
+        << "the default font, for both directions, before the linked ones";
+    const FS_FontRef link = service().fontPool.fonts[0]->getEudcFont(0);
+    ASSERT_TRUE(link);
+    EXPECT_EQ(below(link.font->getUri()), "own/linked.tte");
+    EXPECT_EQ(service().defaultEudcFont.font, service().fontPool.fonts[1].get());
+    EXPECT_EQ(service().defaultEudcFontVertical.font, service().fontPool.fonts[2].get());
+    EXPECT_TRUE(service().errors.empty());
+}
+
+TEST_F(WholeStartup, LoadsNoEndUserDefinedFontWhenEudcProcessingIsOff) {
+    write("own/default.tte", privateFont(u"Default", 0xE001));
+    start("<font-config windows-registry='disable'>" + folder("fonts") +
+          "<eudc-processing mapping='disable'>"
+          "<eudc-map family-name='Alpha' file-path='own/default.tte'/><eudc-range start='57600'/>"
+          "<eudc-system-default file-path='own/default.tte'/></eudc-processing></font-config>");
+    EXPECT_TRUE(fontFiles().empty());
+    EXPECT_FALSE(service().isEudcCodePoint(0xE000));
+    EXPECT_TRUE(service().isEudcCodePoint(57600)) << "the reader sets ranges as it reads";
+}
+
+/// A system that has its say on end-user-defined characters.
+class OwnCharacters : public OwnFonts {
+public:
+    std::optional<KWPlatform::RegistryText> registryText(KWPlatform::RegistryHive,
+                                                         const std::u16string&,
+                                                         const std::u16string& name) override {
+        ++textReads;
+        if (name == u"Unicode")
+            return KWPlatform::RegistryText{name, KWPlatform::RegistryType::string, u"E100-E1FF"};
+        return std::nullopt;
+    }
+    int textReads = 0;
+};
+
+TEST_F(WholeStartup, AsksTheRegistryForWhatTheConfigurationLeavesOpen) {
+    OwnCharacters system;
+    start("<font-config>" + folder("fonts") + "</font-config>");
+    EXPECT_TRUE(service().isEudcCodePoint(0xE100));
+    EXPECT_FALSE(service().isEudcCodePoint(0xE000)) << "there is a range now";
+}
+
+TEST_F(WholeStartup, LeavesTheCharactersOfTheRegistryAloneWhenItIsOff) {
+    OwnCharacters system;
+    start("<font-config windows-registry='disable'>" + folder("fonts") + "</font-config>");
+    EXPECT_EQ(system.textReads, 0);
+    EXPECT_TRUE(service().isEudcCodePoint(0xE000));
+}
+
+TEST_F(WholeStartup, LeavesTheCharactersOfTheRegistryAloneWhenEudcProcessingIsOff) {
+    OwnCharacters system;
+    start("<font-config><eudc-processing mapping='disable'/>" + folder("fonts") + "</font-config>");
+    EXPECT_EQ(system.textReads, 0);
+    EXPECT_FALSE(service().isEudcCodePoint(0xE100));
+}
+
 TEST_F(WholeStartup, AFontIsFoundByEveryNameAndStyle) {
     KWTest::TestFont bold = KWTest::namedFont(u"Book Face", 700, true, 3);
     bold.name.records.push_back(KWTest::windowsName(1, u"\u672C", 1041));
