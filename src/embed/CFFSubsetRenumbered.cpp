@@ -170,6 +170,8 @@ bool RenumberedSubset::addGlyphs(std::vector<std::uint16_t> gids, AccentParts* a
     charStringsSize_ += *size;
     if (charStringsSize_ <= table_.size() / kMostKept)
         reader_.keep(*size);
+    else
+        reader_.keepNoMore();
     glyphs_.reserve(glyphs_.size() + gids.size());
     for (const std::uint16_t gid : gids) {
         const std::uint8_t fontDict =

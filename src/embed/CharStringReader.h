@@ -33,7 +33,10 @@ public:
     void keep(std::size_t size) {
         kept_.reserve(kept_.size() + size);
         keptPlaces_.resize(head_.count());
+        keeps_ = true;
     }
+    /// Ends that for what has not been visited yet.
+    void keepNoMore() { keeps_ = false; }
 
     /// Calls `each(bytes)` for every glyph in its turn; the bytes are gone when it returns. The
     /// glyphs ascend, and `sizeOf` has an answer for them.
@@ -54,7 +57,7 @@ public:
                     ByteView(buffer_.data(), buffer_.size())
                         .sub(static_cast<std::size_t>(item->offset - start_), item->length);
                 each(charString);
-                if (gid < keptPlaces_.size())
+                if (keeps_)
                     add(gid, charString);
             }
             glyphs = glyphs.subspan(count);
@@ -63,7 +66,7 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t kMostPiece = std::uint32_t{16} << 10;
+    static constexpr std::uint32_t kMostPiece = std::uint32_t{64} << 10;
 
     /// Reads the first of these glyphs with one call; answers how many, 0 on a short read.
     std::size_t readPiece(std::span<const std::uint16_t> glyphs);
@@ -79,6 +82,7 @@ private:
     const CFFIndexHead& head_;
     std::uint64_t start_ = 0; ///< where the bytes of the buffer come from
     std::vector<std::uint8_t> buffer_;
+    bool keeps_ = false;
     std::vector<std::uint8_t> kept_;
     std::vector<std::uint32_t> keptPlaces_; ///< by glyph, from 1 on; 0 where it is not kept
 };

@@ -57,6 +57,18 @@ TEST(CharStringReader, WhatIsKeptIsNotReadAgain) {
     EXPECT_EQ(visited(reader, {2, 4}), std::nullopt);
 }
 
+TEST(CharStringReader, WhatIsKeptStaysWhenNoMoreIs) {
+    Sample sample(400, 1000);
+    CharStringReader reader(sample.stream->table, sample.head);
+    reader.keep(1000);
+    EXPECT_TRUE(visited(reader, {2}));
+    reader.keepNoMore();
+    EXPECT_TRUE(visited(reader, {2, 3}));
+    sample.stream->lose();
+    EXPECT_EQ(visited(reader, {2}), std::vector<Bytes>{sample.glyphs[2]});
+    EXPECT_EQ(visited(reader, {3}), std::nullopt);
+}
+
 TEST(CharStringReader, KeepsEmptyGlyphs) {
     TableStream stream(joined(Bytes{0}, cffIndex({Bytes(), Bytes{14}})));
     const CFFIndexHead head = CFFIndexHead::read(stream.table, 1).value();
@@ -64,6 +76,17 @@ TEST(CharStringReader, KeepsEmptyGlyphs) {
     reader.keep(1);
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(visited(reader, {0, 1}), (std::vector<Bytes>{Bytes(), Bytes{14}}));
+}
+
+TEST(CharStringReader, GlyphsTogetherMayHaveAsManyBytesAsTheTable) {
+    TableStream stream(joined(Bytes{0}, cffIndex({Bytes().fill(10, 5), Bytes{14}})));
+    const CFFIndexHead head = CFFIndexHead::read(stream.table, 1).value();
+    CharStringReader reader(stream.table, head);
+    const std::size_t size = stream.table.size();
+    Ids gids(size, 1);
+    EXPECT_EQ(reader.sizeOf(gids), size);
+    gids.push_back(1);
+    EXPECT_EQ(reader.sizeOf(gids), std::nullopt);
 }
 
 TEST(CharStringReader, NoGlyphsAreNoReads) {
