@@ -39,9 +39,10 @@ KWValue numberOf(double value) {
 
 /// `roll`: turns the last numbers by `turns` places towards the end. More of them than a stack
 /// holds would make a few bytes move megabytes, again and again.
-void roll(std::span<KWValue> operands, int count, int turns) {
+void roll(std::span<KWValue> operands, int count, int turns, CharStringBudget& budget) {
     if (count <= 0 || count > KWCommonNS::kMaxCharStringOperands ||
-        static_cast<std::size_t>(count) > operands.size())
+        static_cast<std::size_t>(count) > operands.size() ||
+        !budget.charge(static_cast<std::size_t>(count)))
         return;
     const auto part = operands.last(static_cast<std::size_t>(count));
     const int shift = (turns % count + count) % count;
@@ -87,7 +88,8 @@ bool CharStringArithmetic::has(FS_Word op) {
     return rowOf(op) != nullptr;
 }
 
-void CharStringArithmetic::apply(FS_Word op, CharStringTokens& tokens, std::size_t first) {
+void CharStringArithmetic::apply(FS_Word op, CharStringTokens& tokens, std::size_t first,
+                                 CharStringBudget& budget) {
     const ArithmeticRow* const row = rowOf(op);
     if (row == nullptr || tokens.size() - first < row->operands)
         return;
@@ -129,7 +131,7 @@ void CharStringArithmetic::apply(FS_Word op, CharStringTokens& tokens, std::size
         const int count = operands[0].getIntegerValue();
         const int turns = operands[1].getIntegerValue();
         tokens.resize(tokens.size() - 2);
-        roll(std::span(tokens).subspan(first), count, turns);
+        roll(std::span(tokens).subspan(first), count, turns, budget);
         return;
     }
     default:

@@ -15,8 +15,9 @@ public:
     /// Replaces the operands by the result. Operands that are not there make it do nothing, and so
     /// do a division by 0 and a `roll` of more than `kMaxCharStringOperands`; places beyond the 32
     /// of the transient array hold 0.
-    /// @param first  where the operands begin
-    void apply(FS_Word op, CharStringTokens& tokens, std::size_t first);
+    /// @param first   where the operands begin
+    /// @param budget  pays for a `roll` by the numbers that it turns; does nothing beyond it
+    void apply(FS_Word op, CharStringTokens& tokens, std::size_t first, CharStringBudget& budget);
 
 private:
     std::array<KWValue, 32> transient_{};

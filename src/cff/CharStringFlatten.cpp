@@ -35,7 +35,7 @@ public:
                 if (!call(scanner.isGlobalCall(), depth))
                     return false;
             } else if (CharStringArithmetic::has(scanner.op())) {
-                arithmetic_.apply(scanner.op(), tokens_, firstOperand_);
+                arithmetic_.apply(scanner.op(), tokens_, firstOperand_, budget_);
             } else if (scanner.op() != FS_Word::return_) {
                 addOperator(scanner, counts.stems - stems);
                 if (scanner.op() == FS_Word::endchar)

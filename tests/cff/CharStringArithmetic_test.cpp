@@ -11,7 +11,8 @@ using Word = FS_Word;
 
 std::string applied(Word op, CharStringTokens tokens, std::size_t first = 0) {
     CharStringArithmetic arithmetic;
-    arithmetic.apply(op, tokens, first);
+    CharStringBudget budget(1000);
+    arithmetic.apply(op, tokens, first, budget);
     return textOf(tokens);
 }
 
@@ -51,16 +52,17 @@ TEST(CharStringArithmetic, OperatorsThatMoveOperands) {
 
 TEST(CharStringArithmetic, WhatWasPutIsGot) {
     CharStringArithmetic arithmetic;
+    CharStringBudget budget(1000);
     CharStringTokens tokens{4, 2.5, 31};
-    arithmetic.apply(Word::put, tokens, 0);
+    arithmetic.apply(Word::put, tokens, 0, budget);
     EXPECT_EQ(textOf(tokens), "4");
     for (const int place : {31, 30, 32, -1}) {
         tokens = {place};
-        arithmetic.apply(Word::get, tokens, 0);
+        arithmetic.apply(Word::get, tokens, 0, budget);
         EXPECT_EQ(textOf(tokens), place == 31 ? "2.5" : "0") << place;
     }
     tokens = {1, 1000};
-    arithmetic.apply(Word::put, tokens, 0);
+    arithmetic.apply(Word::put, tokens, 0, budget);
     EXPECT_EQ(textOf(tokens), "");
 }
 
@@ -84,16 +86,31 @@ TEST(CharStringArithmetic, NoMoreThanAStackHoldsIsRolled) {
     for (const int count : {kMost, kMost + 1}) {
         CharStringTokens tokens(static_cast<std::size_t>(kMost), KWValue(0));
         tokens.insert(tokens.end(), {7, count, 1});
-        CharStringArithmetic().apply(Word::roll, tokens, 0);
+        CharStringBudget budget(1000);
+        CharStringArithmetic().apply(Word::roll, tokens, 0, budget);
         ASSERT_EQ(tokens.size(), kMost + 1U);
         EXPECT_EQ(tokens.back(), KWValue(count > kMost ? 7 : 0)) << count;
     }
 }
 
+TEST(CharStringArithmetic, ARollIsPaidForByWhatItTurns) {
+    CharStringArithmetic arithmetic;
+    CharStringBudget budget(5);
+    CharStringTokens tokens{1, 2, 3, 3, 1};
+    arithmetic.apply(Word::roll, tokens, 0, budget);
+    EXPECT_EQ(textOf(tokens), "3 1 2");
+    EXPECT_EQ(budget.left(), 2U);
+    tokens.insert(tokens.end(), {3, 1});
+    arithmetic.apply(Word::roll, tokens, 0, budget);
+    EXPECT_EQ(textOf(tokens), "3 1 2");
+    EXPECT_TRUE(budget.isSpent());
+}
+
 TEST(CharStringArithmetic, ResultsBeyondIntegersAreReals) {
     CharStringTokens tokens{0x7FFFFFFF, 0x7FFFFFFF};
     CharStringArithmetic arithmetic;
-    arithmetic.apply(Word::mul, tokens, 0);
+    CharStringBudget budget(1000);
+    arithmetic.apply(Word::mul, tokens, 0, budget);
     EXPECT_TRUE(tokens.back().isReal());
     EXPECT_GT(tokens.back().getRealValue(), 4e18);
 }
