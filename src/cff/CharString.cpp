@@ -46,7 +46,6 @@ constexpr std::array<Word, kEscapedOperators> kEscapes = [] {
 
 constexpr std::uint8_t kEscape = 12;
 constexpr std::uint8_t kShortInteger = 28;
-constexpr std::uint8_t kFixed = 255;
 
 } // namespace
 
@@ -108,12 +107,23 @@ bool CharStringScanner::readNumber(std::uint8_t first) {
     const std::size_t more = first == kShortInteger ? 2 : first == kFixed ? 4 : 1;
     if (!bytes_.contains(at_, more))
         return false;
-    const std::uint8_t* const rest = bytes_.data() + at_;
     at_ += more;
-    number_ = first == kShortInteger ? int{ByteView::loadI16(rest)}
-                                     : static_cast<int>(ByteView::loadU32(rest));
-    takeNumber(first == kFixed);
+    takeNumber();
     return true;
+}
+
+int CharStringScanner::numberAt(std::size_t place) const {
+    const std::uint8_t* const bytes = bytes_.data() + place;
+    const int first = bytes[0];
+    if (first == kShortInteger)
+        return ByteView::loadI16(bytes + 1);
+    if (first <= 246)
+        return first - 139;
+    if (first <= 250)
+        return (first - 247) * 256 + bytes[1] + 108;
+    if (first < kFixed)
+        return -(first - 251) * 256 - bytes[1] - 108;
+    return static_cast<int>(ByteView::loadU32(bytes + 1));
 }
 
 bool CharStringScanner::readOperator(std::uint8_t first) {
@@ -146,7 +156,7 @@ bool CharStringScanner::readOperator(std::uint8_t first) {
         break;
     }
     counts_.operands = 0;
-    if (op_ != Word::hintmask && op_ != Word::cntrmask)
+    if (!isMask())
         return true;
     const auto size = static_cast<std::size_t>(std::max((counts_.stems + 7) / 8, 1));
     mask_ = bytes_.sub(at_, size);

@@ -94,20 +94,15 @@ public:
             counts_.operands = 0;
             return true;
         }
-        if (first < 32 || first == 255 || (first > 246 && at_ == bytes_.size()))
+        if (!isShortNumber(first) || bytes_.size() - start_ < shortNumberSize(first))
             return readOther(first);
-        if (first <= 246)
-            number_ = first - 139;
-        else if (first <= 250)
-            number_ = (first - 247) * 256 + bytes_.data()[at_++] + 108;
-        else
-            number_ = -(first - 251) * 256 - bytes_.data()[at_++] - 108;
-        takeNumber(false);
+        at_ = start_ + shortNumberSize(first);
+        takeNumber();
         return true;
     }
 
-    /// To the next operator, and `each(number)` for the numbers before it; false at the end. What
-    /// `next` does, at a greater pace.
+    /// To the next operator, and `each(place)` for where the numbers before it begin; false at the
+    /// end. What `next` does, at a greater pace.
     template <class Each>
     bool nextOperator(Each&& each) {
         do {
@@ -115,16 +110,18 @@ public:
             if (!next())
                 return false;
             if (isNumber_)
-                each(number_);
+                each(numberStart_);
         } while (isNumber_);
         return true;
     }
 
     bool isNumber() const { return isNumber_; }
     /// The number; one of form 255 as the 32 bits that it has.
-    int number() const { return number_; }
+    int number() const { return numberAt(numberStart_); }
     /// True for form 255, which stands for 65536ths.
-    bool isFixed() const { return isFixed_; }
+    bool isFixed() const { return isNumber_ && bytes_.data()[numberStart_] == kFixed; }
+    /// The number that begins at a place which this has gone past.
+    int numberAt(std::size_t place) const;
 
     /// The empty word for a number, too.
     FS_Word op() const { return op_; }
@@ -134,13 +131,11 @@ public:
     std::optional<int> callOperand() const {
         if (!isCall() || !followsNumber_)
             return std::nullopt;
-        return number_;
+        return number();
     }
+    bool isMask() const { return op_ == FS_Word::hintmask || op_ == FS_Word::cntrmask; }
     /// The bytes behind `hintmask` and `cntrmask`.
-    ByteView mask() const {
-        const bool isMask = op_ == FS_Word::hintmask || op_ == FS_Word::cntrmask;
-        return isMask ? mask_ : ByteView();
-    }
+    ByteView mask() const { return isMask() ? mask_ : ByteView(); }
 
     /// Where the number or operator begins, and where the number before it does.
     std::size_t start() const { return start_; }
@@ -152,49 +147,45 @@ private:
     static constexpr std::uint32_t kOthers = 1U << 10 | 1U << 29 | 1U << 11 | 1U << 12 | 1U << 1 |
                                              1U << 3 | 1U << 18 | 1U << 23 | 1U << 19 | 1U << 20 |
                                              1U << 28;
+    static constexpr std::uint8_t kFixed = 255;
 
-    /// Goes past numbers of one byte and two. Nothing is stored on the way: the bytes, which may be
-    /// anything for the compiler, would keep it waiting for each store.
+    /// True for the first byte of a number of one byte or two.
+    static bool isShortNumber(std::uint8_t first) { return first >= 32 && first != kFixed; }
+    /// 2 from 247 on. Reckoned, since no processor guesses well how long the next number is.
+    static std::size_t shortNumberSize(std::uint8_t first) { return 1 + ((first + 9U) >> 8); }
+
+    /// Goes past numbers of one byte and two, but for the last bytes of the charstring. Nothing of
+    /// the scanner is stored on the way: the bytes, which may be anything for the compiler, would
+    /// keep it waiting for each store. The next number is there before it is known where it begins.
     template <class Each>
     void readShortNumbers(Each&& each) {
         const std::uint8_t* const bytes = bytes_.data();
         const std::size_t size = bytes_.size();
         std::size_t at = at_;
-        std::size_t begin = numberStart_;
-        int number = number_;
+        std::size_t begin = at;
         int count = 0;
-        for (; at < size; ++count) {
-            const std::uint8_t first = bytes[at];
-            if (first >= 32 && first <= 246) {
-                number = first - 139;
-                begin = at++;
-            } else if (first >= 247 && first != 255 && size - at > 1) {
-                const int second = bytes[at + 1];
-                number = first <= 250 ? (first - 247) * 256 + second + 108
-                                      : -(first - 251) * 256 - second - 108;
-                begin = at;
-                at += 2;
-            } else {
-                break;
-            }
-            each(number);
+        std::uint8_t first = at < size ? bytes[at] : std::uint8_t{0};
+        for (; at + 2 < size && isShortNumber(first); ++count) {
+            const unsigned ahead = bytes[at + 1] | unsigned{bytes[at + 2]} << 8;
+            const std::size_t more = shortNumberSize(first) - 1;
+            begin = at;
+            at += 1 + more;
+            first = static_cast<std::uint8_t>(ahead >> (more * 8));
+            each(begin);
         }
         if (count == 0)
             return;
         at_ = at;
         numberStart_ = begin;
-        number_ = number;
         isNumber_ = true;
-        isFixed_ = false;
         counts_.operands = std::min(counts_.operands + count, KWCommonNS::kMaxCharStringOperands);
     }
 
     bool readOther(std::uint8_t first);
     bool readNumber(std::uint8_t first);
     bool readOperator(std::uint8_t first);
-    void takeNumber(bool isFixed) {
+    void takeNumber() {
         isNumber_ = true;
-        isFixed_ = isFixed;
         numberStart_ = start_;
         counts_.operands = std::min(counts_.operands + 1, KWCommonNS::kMaxCharStringOperands);
     }
@@ -206,8 +197,6 @@ private:
     std::size_t numberStart_ = 0;
     bool isNumber_ = false;
     bool followsNumber_ = false;
-    bool isFixed_ = false;
-    int number_ = 0;
     FS_Word op_ = FS_Word::none;
     ByteView mask_;
 };

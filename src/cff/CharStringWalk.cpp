@@ -103,7 +103,7 @@ SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& count
         return {};
     CharStringScanner scanner(charString, counts);
     int numbers = 0;
-    while (scanner.nextOperator([&numbers](int) { ++numbers; })) {
+    while (scanner.nextOperator([&numbers](std::size_t) { ++numbers; })) {
         effect.addOperands(std::exchange(numbers, 0));
         switch (scanner.op()) {
         case FS_Word::callsubr:

@@ -59,23 +59,24 @@ void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* acc
     std::size_t noted = 0;
     CharStringCounts counts;
     CharStringScanner scan(charString, counts);
+    SeacStack::Run run;
     const auto toNextOperator = [&] {
-        if (accents == nullptr || hasEnded)
-            return scan.nextOperator([](int) {});
-        SeacStack::Run run;
-        const bool isOperator = scan.nextOperator([&run](int number) { run.add(number); });
-        accents->numbers(run);
-        return isOperator;
+        return accents != nullptr ? scan.nextOperator([&run](std::size_t place) { run.add(place); })
+                                  : scan.nextOperator([](std::size_t) {});
     };
     while (toNextOperator()) {
-        if (!hasEnded && scan.op() == FS_Word::endchar) {
-            if (accents != nullptr)
+        const bool isEnd = scan.op() == FS_Word::endchar;
+        if (!isEnd && !scan.isCall())
+            continue;
+        if (accents != nullptr && !hasEnded)
+            accents->numbers(run, scan);
+        if (isEnd) {
+            if (accents != nullptr && !hasEnded)
                 accents->endchar();
             // What stands behind is not used, only renumbered.
             hasEnded = true;
-        }
-        if (!scan.isCall())
             continue;
+        }
         const auto operand = scan.callOperand();
         if (accents != nullptr && !hasEnded)
             accents->call(scan.isGlobalCall(), operand, counts);

@@ -45,22 +45,22 @@ SeacFinder::Effect SeacFinder::walk(ByteView charString, CharStringCounts counts
     if (!budget_.charge(charString.size()))
         return effect;
     CharStringScanner scanner(charString, counts);
-    for (;;) {
-        SeacStack::Run run;
-        const bool isOperator = scanner.nextOperator([&run](int number) { run.add(number); });
-        effect.stack.push(run);
-        if (!isOperator)
-            return effect;
-        if (scanner.op() == FS_Word::endchar) {
+    SeacStack::Run run;
+    while (scanner.nextOperator([&run](std::size_t place) { run.add(place); })) {
+        const bool isEnd = scanner.op() == FS_Word::endchar;
+        if (!isEnd && !scanner.isCall())
+            continue;
+        effect.stack.push(run, scanner);
+        if (isEnd) {
             addEnd(effect, effect.stack);
             return effect;
         }
-        if (scanner.isCall()) {
-            effect.stack.drop(1);
-            if (const auto operand = scanner.callOperand())
-                call(scanner.isGlobalCall(), *operand, counts, effect, depth);
-        }
+        effect.stack.drop(1);
+        if (const auto operand = scanner.callOperand())
+            call(scanner.isGlobalCall(), *operand, counts, effect, depth);
     }
+    effect.stack.push(run, scanner);
+    return effect;
 }
 
 void SeacFinder::call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect,

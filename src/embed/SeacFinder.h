@@ -20,25 +20,28 @@ class SeacStack {
     static constexpr unsigned kMost = 1U << 30;
 
 public:
-    /// Numbers that come one after the other, of which the last ones are at hand.
+    /// Numbers of a charstring between calls: where the last of them begin.
     class Run {
     public:
-        void add(int value) {
-            const bool isCode = value >= 0 && value <= 0xFF;
-            last_[count_++ % kKept] = isCode ? static_cast<std::uint8_t>(value) : std::uint8_t{0};
-        }
+        void add(std::size_t place) { last_[count_++ % kKept] = place; }
 
     private:
         friend SeacStack;
-        std::array<std::uint8_t, kKept> last_{};
-        unsigned count_ = 0;
+        std::array<std::size_t, kKept> last_; ///< in turns; those that were added
+        std::size_t count_ = 0;
     };
 
-    void push(const Run& run) {
-        const unsigned known = std::min(run.count_, kKept);
-        count_ = std::min(count_ + (run.count_ - known), kMost);
-        for (unsigned i = run.count_ - known; i < run.count_; ++i)
-            push(run.last_[i % kKept]);
+    /// Takes them: the run is empty after that.
+    /// @param scan  has gone past them
+    void push(Run& run, const CharStringScanner& scan) {
+        const std::size_t known = std::min<std::size_t>(run.count_, kKept);
+        count_ = static_cast<unsigned>(std::min<std::size_t>(count_ + (run.count_ - known), kMost));
+        for (std::size_t i = run.count_ - known; i < run.count_; ++i) {
+            const int value = scan.numberAt(run.last_[i % kKept]);
+            const bool isCode = value >= 0 && value <= 0xFF;
+            push(isCode ? static_cast<std::uint8_t>(value) : std::uint8_t{0});
+        }
+        run.count_ = 0;
     }
     void drop(unsigned number);
     /// As if the numbers of another stack were dropped and pushed here.
@@ -86,7 +89,9 @@ public:
         walker_ = &walker;
         top_ = Effect();
     }
-    void numbers(const SeacStack::Run& run) { top_.stack.push(run); }
+    /// Takes the numbers since the call before, or since the start, ahead of what ends them: a
+    /// call, or `endchar`.
+    void numbers(SeacStack::Run& run, const CharStringScanner& scan) { top_.stack.push(run, scan); }
     /// @param operand  that stands right before the call, if any
     /// @param counts   what the charstring has before the call
     void call(bool isGlobal, std::optional<int> operand, CharStringCounts counts) {

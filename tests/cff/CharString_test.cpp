@@ -188,7 +188,8 @@ TEST(CharStringScanner, ToTheNextOperatorIsTheSameAsStepByStep) {
             std::vector<int> sameNumbers;
             while ((goesOn = steps.next()) && steps.isNumber())
                 numbers.push_back(steps.number());
-            ASSERT_EQ(leaps.nextOperator([&](int number) { sameNumbers.push_back(number); }),
+            ASSERT_EQ(leaps.nextOperator(
+                          [&](std::size_t place) { sameNumbers.push_back(leaps.numberAt(place)); }),
                       goesOn);
             ASSERT_EQ(sameNumbers, numbers);
             ASSERT_EQ(sameCounts, counts);
@@ -211,10 +212,10 @@ TEST(CharStringScanner, ManyNumbersBeforeAnOperatorAreAtTheLimitAsOneByOne) {
     CharStringCounts counts;
     CharStringScanner scanner(viewOf(charString), counts);
     int numbers = 0;
-    EXPECT_TRUE(scanner.nextOperator([&numbers](int) { ++numbers; }));
+    EXPECT_TRUE(scanner.nextOperator([&numbers](std::size_t) { ++numbers; }));
     EXPECT_EQ(numbers, KWCommonNS::kMaxCharStringOperands + 100);
     EXPECT_EQ(counts.stems, KWCommonNS::kMaxCharStringOperands / 2);
-    EXPECT_FALSE(scanner.nextOperator([&numbers](int) { ++numbers; }));
+    EXPECT_FALSE(scanner.nextOperator([&numbers](std::size_t) { ++numbers; }));
 }
 
 TEST(CharStringBudget, WhatIsLeftIsNotExceeded) {

@@ -22,20 +22,19 @@ std::vector<int> codesOf(const Bytes& charString, const Subrs& subrs, SeacFinder
     CharStringCounts counts;
     CharStringScanner scan(viewOf(charString), counts);
     finder.begin(walker);
-    for (;;) {
-        SeacStack::Run run;
-        const bool isOperator = scan.nextOperator([&run](int number) { run.add(number); });
-        finder.numbers(run);
-        if (!isOperator)
-            break;
+    SeacStack::Run run;
+    while (scan.nextOperator([&run](std::size_t place) { run.add(place); })) {
         if (scan.op() == FS_Word::endchar) {
+            finder.numbers(run, scan);
             finder.endchar();
             break;
-        } else if (scan.isCall()) {
-            finder.call(scan.isGlobalCall(), scan.callOperand(), counts);
-            if (const auto operand = scan.callOperand())
-                walker.call(scan.isGlobalCall(), *operand, counts);
         }
+        if (!scan.isCall())
+            continue;
+        finder.numbers(run, scan);
+        finder.call(scan.isGlobalCall(), scan.callOperand(), counts);
+        if (const auto operand = scan.callOperand())
+            walker.call(scan.isGlobalCall(), *operand, counts);
     }
     std::vector<int> codes;
     finder.parts([&codes](std::uint8_t code) { codes.push_back(code); });
@@ -147,6 +146,27 @@ TEST(SeacFinder, WhatASubrHidesIsNotKnownEither) {
     const Bytes before = joined(numbers({65, 66, 67, 68}), callOf(0));
     EXPECT_THAT(codesOf(joined(before, kEndchar), subrs), ElementsAre(8, 7));
     EXPECT_THAT(codesOf(joined(before, Bytes().fill(7, 10), kEndchar), subrs), IsEmpty());
+}
+
+TEST(SeacFinder, ASingleNumberThatASubrForgotHidesToo) {
+    // Nine numbers less one: seven are known of eight.
+    const Subrs subrs({}, {joined(numbers({1, 2, 3, 4, 5, 6, 7, 8, 9}), Bytes{10})});
+    const Bytes before = joined(numbers({65, 66, 67, 68}), callOf(0));
+    EXPECT_THAT(codesOf(joined(before, Bytes().fill(6, 10), kEndchar), subrs), ElementsAre(2));
+    EXPECT_THAT(codesOf(joined(before, Bytes().fill(7, 10), kEndchar), subrs), IsEmpty());
+}
+
+TEST(SeacFinder, ASubrThatForgotNothingHidesNothing) {
+    const Subrs subrs({}, {numbers({194})});
+    EXPECT_THAT(codesOf(joined(numbers({10, 20, 65}), callOf(0), kEndchar), subrs),
+                ElementsAre(194, 65));
+}
+
+TEST(SeacFinder, NumbersOfEveryFormAreCodes) {
+    const Bytes charString{139, 139, 139, 204, 247, 86, 14};
+    EXPECT_THAT(codesOf(charString), ElementsAre(194, 65));
+    EXPECT_THAT(codesOf(joined(Bytes{139, 139, 255, 0, 0, 0, 65, 255, 0, 0, 0, 194}, kEndchar)),
+                ElementsAre(194, 65));
 }
 
 TEST(SeacFinder, ASubrThatCallsItselfIsKnownByItsOutermostCall) {
