@@ -130,6 +130,8 @@ SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& count
         if (scanner.op() == FS_Word::endchar)
             break;
     }
+    if (scanner.isMask())
+        effect.isKnown = false; // cut off: behind fewer stems it would be whole
     effect.addOperands(numbers);
     return effect;
 }

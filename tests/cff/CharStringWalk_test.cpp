@@ -249,6 +249,13 @@ TEST(SubrWalker, ASubrWithoutMasksIsKnownForAllCounts) {
                             CharStringCounts{0, 6}, CharStringCounts{0, 3}));
 }
 
+TEST(SubrWalker, ASubrWhoseMaskIsCutOffIsNotKnownForOtherCounts) {
+    // Behind nine stems the mask is two bytes, of which one is there; behind one it is one.
+    EXPECT_THAT(afterCalls({{140, 19, 140}}, {{0, 9}, {0, 1}, {4, 1}, {0, 9}}),
+                testing::ElementsAre(CharStringCounts{0, 9}, CharStringCounts{0, 1},
+                                     CharStringCounts{0, 3}, CharStringCounts{0, 9}));
+}
+
 TEST(SubrWalker, WhatIsKnownHoldsAtTheLimitsOfTheCounts) {
     constexpr int kMost = KWCommonNS::kMaxCharStringOperands;
     constexpr int kMostStems = KWCommonNS::kMaxCharStringStems;
