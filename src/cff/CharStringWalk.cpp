@@ -98,7 +98,7 @@ void SubrWalker::Effect::add(const Effect& more) {
 }
 
 SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& counts, int depth) {
-    Effect effect{.isKnown = true};
+    Effect effect{.isKnown = true, .isLeaf = true};
     if (!budget_->charge(charString.size()))
         return {};
     CharStringScanner scanner(charString, counts);
@@ -108,6 +108,7 @@ SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& count
         switch (scanner.op()) {
         case FS_Word::callsubr:
         case FS_Word::callgsubr:
+            effect.isLeaf = false;
             effect.addOperands(-1);
             if (const auto operand = scanner.callOperand())
                 effect.add(call(scanner.isGlobalCall(), *operand, counts, depth));
@@ -127,8 +128,10 @@ SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& count
         default:
             effect.clear(false);
         }
-        if (scanner.op() == FS_Word::endchar)
+        if (scanner.op() == FS_Word::endchar) {
+            effect.isLeaf = effect.isLeaf && scanner.start() + 1 == charString.size();
             break;
+        }
     }
     if (scanner.isMask())
         effect.isKnown = false; // cut off: behind fewer stems it would be whole

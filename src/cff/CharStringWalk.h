@@ -69,6 +69,11 @@ public:
     bool isPlain(bool isGlobal, int operand) const {
         return (isGlobal ? plainGlobals_ : plainLocals_).find(operand) != nullptr;
     }
+    /// True for a plain one without calls, and nothing behind `endchar`.
+    bool isLeaf(bool isGlobal, int operand) const {
+        const Effect* const plain = (isGlobal ? plainGlobals_ : plainLocals_).find(operand);
+        return plain != nullptr && plain->isLeaf;
+    }
 
 private:
     /// What a charstring without masks does to any counts that leave room for its operands.
@@ -76,6 +81,7 @@ private:
         static constexpr int kMostOperands = KWCommonNS::kMaxCharStringOperands / 2;
 
         bool isKnown : 1 = false;
+        bool isLeaf : 1 = false;     ///< calls nothing
         bool clears : 1 = false;     ///< what lay there before goes
         bool makesStems : 1 = false; ///< and becomes stems, with `stemOperands` on top of it
         std::int16_t operands = 0;   ///< that it leaves, or adds

@@ -231,8 +231,13 @@ bool CFFSubrUse::writeSubrs(KWCommonNS::KWMemStream& output, const CFFIndex& sub
     data.reserve(size);
     const bool fits = entries.visit([&](int operand, const SubrEntryState& entry) {
         const std::uint8_t owner = fontDict.value_or(entry.fontDict);
-        copyCharString(data, subrOf(subrs, operand), counterOf(owner), globalNumbers_,
-                       users_[owner].numbers, entry.counts);
+        SubrWalker& counter = counterOf(owner);
+        const ByteView subr = subrOf(subrs, operand);
+        if (counter.isLeaf(!fontDict, operand))
+            data.insert(data.end(), subr.data(), subr.data() + subr.size());
+        else
+            copyCharString(data, subr, counter, globalNumbers_, users_[owner].numbers,
+                           entry.counts);
         offsets.push_back(static_cast<std::uint32_t>(data.size()));
         return data.size() < kMostData;
     });

@@ -256,6 +256,20 @@ TEST(SubrWalker, ASubrWhoseMaskIsCutOffIsNotKnownForOtherCounts) {
                                      CharStringCounts{0, 3}, CharStringCounts{0, 9}));
 }
 
+TEST(SubrWalker, ALeafHoldsNothingToRenumber) {
+    const Subrs subrs({}, {{140, 22, 11}, {140, 22, 14}, {140, k0, 10}, {14, k0, 10}, {19, 0}, {}});
+    CharStringBudget budget(kPlenty);
+    SubrWalker walker(subrs, budget);
+    for (int i = 0; i < 6; ++i) {
+        const bool isLeaf = i < 2 || i == 5;
+        EXPECT_FALSE(walker.isLeaf(false, subrNumber(i)));
+        CharStringCounts counts;
+        walker.call(false, subrNumber(i), counts);
+        EXPECT_EQ(walker.isLeaf(false, subrNumber(i)), isLeaf) << i;
+        EXPECT_FALSE(walker.isLeaf(true, subrNumber(i)));
+    }
+}
+
 TEST(SubrWalker, WhatIsKnownHoldsAtTheLimitsOfTheCounts) {
     constexpr int kMost = KWCommonNS::kMaxCharStringOperands;
     constexpr int kMostStems = KWCommonNS::kMaxCharStringStems;

@@ -133,6 +133,21 @@ TEST(CFFSubrUse, CallsOfSubrsThatAreNotThereStay) {
                                          callOf(0), Bytes{10, 14})}));
 }
 
+TEST(CFFSubrUse, ASubrIsCopiedByItsMaskWhereAnotherEntryCutsThatOff) {
+    // Behind 33 stems the mask would be longer than the subr, but the first entry has none.
+    Use subrs({}, {{{11}, {11}, joined(Bytes{19, 200}, callOf(1), Bytes{11})}});
+    Bytes stems;
+    for (int i = 0; i < 33; ++i)
+        stems.bytes(Bytes{140, 141});
+    const Bytes first = joined(callOf(2), Bytes{14});
+    const Bytes second = joined(stems, Bytes{18}, callOf(2), Bytes{14});
+    subrs.use->add(viewOf(first), 0);
+    subrs.use->add(viewOf(second), 0);
+    subrs.use->renumber();
+    EXPECT_THAT(subrs.locals(0),
+                ElementsAre(Bytes{11}, joined(Bytes{19, 200}, callOf(0), Bytes{11})));
+}
+
 TEST(CFFSubrUse, CallsBehindEndcharAreRenumberedButUseNothing) {
     Use subrs({}, {{{11}, {11}, {11}}});
     const Bytes first = joined(callOf(1), Bytes{14}, callOf(1), callOf(2), Bytes{14});
