@@ -287,23 +287,37 @@ public:
     virtual const PANOSE* getPanose(int faceIndex) const;
 
     // --- Type 1 codes and programs --------------------------------------------------------------
-    // A code has two bytes: the number of a font program, and a code in that program.
+    // A code has two bytes: the number of a font program, and a code in that program. Codes are
+    // handed out on first use and stay for the life of the font: see `FS_FontInfo`.
 
     using Type1CMapArray = std::vector<std::pair<unsigned char, std::string>>;
 
     /// 0 when the character has no code.
     virtual unsigned short getType1CharCode(int ch, int faceIndex);
+    /// The code of a glyph of a name-keyed font with `CFF ` outlines; 0 for other fonts and for a
+    /// glyph without a name.
     virtual unsigned short getType1GlyphIDCode(unsigned short gid, int faceIndex);
+    /// The codes of a font program that have to be named, with their glyph names; null when there
+    /// are none.
     virtual const Type1CMapArray* getType1CMapArray(unsigned char fontNumber, int faceIndex) const;
+    /// An entry of that array, counted from 0; false when there is none.
     virtual bool getType1CMapPair(unsigned char fontNumber, int index, unsigned char& code,
                                   std::string& name, int faceIndex) const;
+    /// The name that the array has for a code; false when it has none.
     virtual bool getType1GlyphName(unsigned char fontNumber, unsigned char code, std::string& name,
                                    int faceIndex) const;
-    virtual bool getType1EmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
+    /// Subset of the glyphs behind these codes of a font with `CFF ` outlines: that table.
+    virtual bool getType1EmbedFont(const std::vector<unsigned short>& codes, KWMemStream& output,
                                    std::istream* stream, int faceIndex);
-    virtual bool getType1EmbedFont(unsigned char fontNumber, const char* fontName, int option,
+    /// Subset of a Type 1 font as a PFB file: the glyphs behind some codes of one font program.
+    /// @param codes    `count` bytes
+    /// @param length1  set to the bytes of the clear text
+    /// @param length2  set to those of the encrypted section
+    /// @param length3  set to those of the closing text; on failure they keep what was not reached
+    virtual bool getType1EmbedFont(unsigned char fontNumber, const char* codes, int count,
                                    KWMemStream& output, int& length1, int& length2, int& length3,
                                    int faceIndex);
+    /// A whole Type 1 font as a PFB file.
     virtual bool getType1FontStream(KWMemStream& output, int& length1, int& length2, int& length3,
                                     int faceIndex);
 

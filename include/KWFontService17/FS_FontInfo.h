@@ -317,9 +317,30 @@ public:
     /// Subset for a PostScript Type 42 font whose glyphs are kept apart. False for `CFF ` outlines.
     bool getPSEmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                         FS_TTGlyphMap& glyphMap) const;
-    bool getType1EmbedFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
-    bool getType1EmbedFont(unsigned char fontNumber, const char* fontName, int option,
+    /// Subset of a name-keyed font with `CFF ` outlines by Type 1 codes: what `getEmbedFont` gives
+    /// for the glyphs behind them. Codes that were not given out are passed over. False when no
+    /// code is left, and for other fonts.
+    /// @param codes  two-byte codes, of any font programs
+    bool getType1EmbedFont(const std::vector<unsigned short>& codes, KWMemStream& output) const;
+    /// Subset of a Type 1 font as a PFB file (PDF `FontFile` is the same without segment headers):
+    /// the glyphs that some codes of one font program stand for, `.notdef`, and the parts of
+    /// accented glyphs. Everything else stays as it is: Encoding, Subrs, the Private dictionary.
+    /// The outlines come from the printer font, in either form.
+    ///
+    /// The name of a code is the one that program 0 of a font with an encoding of its own has for
+    /// it; else that of `getType1CMapArray`; else that of the font's metrics; for program 0 at last
+    /// that of StandardEncoding. A code without a glyph selects nothing.
+    /// @param fontNumber  the high byte of the codes
+    /// @param codes       their low bytes, `count` of them in any order; null takes all glyphs
+    /// @param output      appended to
+    /// @param length1     set to the length of the clear text in bytes (PDF `Length1`)
+    /// @param length2     set to that of the encrypted section (PDF `Length2`)
+    /// @param length3     set to that of the closing text (PDF `Length3`)
+    /// @return false for other fonts, without a printer font, and when it cannot be read or has no
+    ///         CharStrings; a length that was not reached is left as it was
+    bool getType1EmbedFont(unsigned char fontNumber, const char* codes, int count,
                            KWMemStream& output, int& length1, int& length2, int& length3) const;
+    /// A whole Type 1 font as a PFB file, whichever form its printer font has. Otherwise as above.
     bool getType1FontStream(KWMemStream& output, int& length1, int& length2, int& length3) const;
     /// Subset with every table of the font. `CFF ` outlines end behind the highest glyph listed.
     bool makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output) const;
@@ -344,11 +365,31 @@ public:
 
     // --- Type 1 data ----------------------------------------------------------------------------
 
+    // A Type 1 font program has room for 256 codes, and a document may use more glyphs of a font.
+    // So a code has two bytes: the number of a font program (high byte) and a code in that (low
+    // byte, never 0). A host asks for the code of each character, then for a subset of each font
+    // program that the codes name. Fonts hand out codes on first use, keep them as long as they
+    // live, and share them among all that use the font; any thread may ask.
+
+    /// The code of a character. In font program 0 that is the character itself where
+    /// StandardEncoding, or the font, agrees; what is left gets codes from 128 on.
+    /// @return 0 when the font lacks the character; for CID-keyed fonts; for fonts that are neither
+    ///         Type 1 fonts nor have `CFF ` outlines
     unsigned short getType1CharCode(int ch) const;
+    /// The code of a glyph of a name-keyed font with `CFF ` outlines; 0 for a glyph without a name
+    /// and for other fonts. It is the code of the characters that lead to the glyph, too.
     unsigned short getType1GlyphIDCode(unsigned short gid) const;
+    /// The codes of a font program that a host has to name, with the names of their glyphs, in the
+    /// order in which they were given: what goes into a `Differences` array. A code that is not in
+    /// it has the glyph that StandardEncoding, or a Type 1 font itself, has for it.
+    /// @return null when there are none. Alive as long as the font; another code may add to it
     const FS_BaseFont::Type1CMapArray* getType1CMapArray(unsigned char fontNumber) const;
+    /// An entry of that array.
+    /// @param index  from 0
+    /// @return       false, with `code` and `name` as they were, when there is none
     bool getType1CMapPair(unsigned char fontNumber, int index, unsigned char& code,
                           std::string& name) const;
+    /// The name that the array has for a code; false, with `name` as it was, when it has none.
     bool getType1GlyphName(unsigned char fontNumber, unsigned char code, std::string& name) const;
 
     // --- end-user-defined characters ------------------------------------------------------------

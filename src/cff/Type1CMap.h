@@ -49,6 +49,18 @@ public:
     /// Whether the Top DICT asks for StandardEncoding or has an Encoding of its own.
     FS_EncodingScheme getEncodingScheme() const;
 
+    // --- codes ----------------------------------------------------------------------------------
+    // A glyph of a name-keyed font holds one code, which it gets with the first question; all
+    // characters that lead to it share that. A glyph without a name has none, and so CID-keyed
+    // fonts have none: what a code stands for is a name.
+
+    /// The two-byte code of a glyph; 0 when it has none. In font program 0, a code of the font's
+    /// own Encoding; else one that is handed out.
+    unsigned short giveGlyphCode(unsigned short gid);
+    /// The same for a character whose glyph that is. One that StandardEncoding has for the glyph's
+    /// name is its own code, in font program 0, and that is not listed among the names of codes.
+    unsigned short giveCharCode(int ch, unsigned short gid);
+
     // --- what stays in the file -----------------------------------------------------------------
     // False on a short read and where the table does not have what is asked for.
 
@@ -85,6 +97,7 @@ public:
 
 private:
     std::uint32_t topOffset(FS_Word key) const;
+    std::string_view nameOfGlyph(unsigned short gid) const;
 
     bool charsetRepeats_ = false; ///< ranges share values, so that their order is no guide
 };

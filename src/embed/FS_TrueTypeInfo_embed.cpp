@@ -126,6 +126,19 @@ bool FS_TrueTypeInfo::getEmbedFont(const std::vector<unsigned short>& glyphs, KW
     return table && subsetCFFRenumbered(*table, *font, glyphs, output);
 }
 
+bool FS_TrueTypeInfo::getType1EmbedFont(const std::vector<unsigned short>& codes,
+                                        KWMemStream& output, std::istream* stream) {
+    if (cffOf(*this) == nullptr)
+        return false;
+    std::vector<unsigned short> glyphs;
+    for (const unsigned short code : codes) {
+        const unsigned short gid = glyphOfCode(code);
+        if (gid != FS_NO_GLYPH)
+            glyphs.push_back(gid);
+    }
+    return getEmbedFont(glyphs, output, stream);
+}
+
 bool FS_TrueTypeInfo::makeSubsetFont(const std::vector<unsigned short>& glyphs, KWMemStream& output,
                                      std::istream* stream) {
     if (const TTI_TableRecord* const record = cffOf(*this))

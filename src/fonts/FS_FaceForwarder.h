@@ -51,6 +51,7 @@ protected:
 template <class Derived, class Base>
 class FS_CffFaceForwarder : public Base {
 public:
+    using Base::getType1EmbedFont; // one of the two is written anew
 #define FS_FORWARD_NODFONT(...)
 #define FS_FORWARD_CFF FS_FORWARD
 #define FS_OPERATION(faces, wrapper, facade, ...) FS_FORWARD_##faces(__VA_ARGS__)

@@ -172,9 +172,9 @@ bool FS_FontInfo::getPSEmbedFont(const std::vector<unsigned short>& glyphs, KWMe
     return font && font->getPSEmbedFont(glyphs, output, glyphMap, nullptr, faceIndex);
 }
 
-bool FS_FontInfo::getType1EmbedFont(const std::vector<unsigned short>& glyphs,
+bool FS_FontInfo::getType1EmbedFont(const std::vector<unsigned short>& codes,
                                     KWMemStream& output) const {
-    return font && font->getType1EmbedFont(glyphs, output, nullptr, faceIndex);
+    return font && font->getType1EmbedFont(codes, output, nullptr, faceIndex);
 }
 
 bool FS_FontInfo::makeSubsetFont(const std::vector<unsigned short>& glyphs,

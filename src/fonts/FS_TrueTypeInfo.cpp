@@ -146,6 +146,32 @@ bool FS_TrueTypeInfo::getCIDSystemInfo(FS_CIDSystemInfo& info) const {
     return hasLoadedCff() && Type1CMap::getCIDSystemInfo(info);
 }
 
+unsigned short FS_TrueTypeInfo::getType1CharCode(int ch) {
+    if (!hasLoadedCff())
+        return 0;
+    const unsigned short known = unicodeCode(ch);
+    return known != 0 ? known : giveCharCode(ch, getGlyphID(ch, false));
+}
+
+unsigned short FS_TrueTypeInfo::getType1GlyphIDCode(unsigned short gid) {
+    return hasLoadedCff() ? giveGlyphCode(gid) : static_cast<unsigned short>(0);
+}
+
+const FS_BaseFont::Type1CMapArray*
+FS_TrueTypeInfo::getType1CMapArray(unsigned char fontNumber) const {
+    return Type1CMap::getType1CMapArray(fontNumber);
+}
+
+bool FS_TrueTypeInfo::getType1CMapPair(unsigned char fontNumber, int index, unsigned char& code,
+                                       std::string& name) const {
+    return Type1CMap::getType1CMapPair(fontNumber, index, code, name);
+}
+
+bool FS_TrueTypeInfo::getType1GlyphName(unsigned char fontNumber, unsigned char code,
+                                        std::string& name) const {
+    return Type1CMap::getType1GlyphName(fontNumber, code, name);
+}
+
 const Type1CMap* FS_TrueTypeInfo::getCFFInfo() const {
     return isLoaded() ? this : nullptr;
 }

@@ -23,8 +23,6 @@ using KWCommonNS::KWPtr;
 namespace {
 
 constexpr int kUnitsPerEm = 1000;
-/// Codes are handed out above what characters use as they stand.
-constexpr int kLastFreeCode = 127;
 constexpr int kSpace = ' ';
 constexpr int kFirstSymbolCode = 32;
 constexpr int kLastSymbolCode = 255;
@@ -51,7 +49,6 @@ FS_Type1::FS_Type1(const KWUri& fontUri)
     : FS_BaseFont(fontUri), printerFont(findPrinterFont<FS_Type1PFB>(fontUri, ".pfb")) {
     if (!printerFont)
         printerFont = findPrinterFont<FS_Type1PFA>(fontUri, ".pfa");
-    nextCode = kLastFreeCode;
 }
 
 unsigned int FS_Type1::getClassId() const {

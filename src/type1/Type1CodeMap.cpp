@@ -53,21 +53,73 @@ void Type1CodeMap::raiseNextCode(int least) {
     nextCode = std::min(std::max(nextCode, least), kAllCodes - 1) + 1;
 }
 
-unsigned short Type1CodeMap::allocateCode(int ch, std::string_view name) {
-    KWMutex mutex(lock_);
-    mutex.lock();
+bool Type1CodeMap::isTaken(unsigned short code) const {
+    if (!maps_)
+        return false;
+    const FontCMap* const cmap = findCMap(static_cast<unsigned char>(code >> 8));
+    return maps_->codeToGlyph.contains(code) ||
+           (cmap != nullptr && cmap->names.contains(static_cast<unsigned char>(code & 0xFF)));
+}
+
+unsigned short Type1CodeMap::takeNextCode(std::string_view name) {
     for (; nextCode < kAllCodes; ++nextCode) {
         if (nextCode % kCodesOfAFont == 0)
             continue;
         const auto fontNumber = static_cast<unsigned char>(nextCode / kCodesOfAFont);
         const auto code = static_cast<unsigned char>(nextCode % kCodesOfAFont);
-        const FontCMap* const cmap = findCMap(fontNumber);
-        if (cmap != nullptr && cmap->names.contains(code))
+        const auto both = static_cast<unsigned short>(fontNumber << 8 | code);
+        if (isTaken(both))
             continue;
         addCMapEntry(fontNumber, code, name);
-        return assignCode(ch, static_cast<unsigned short>(fontNumber << 8 | code));
+        return both;
     }
     return 0;
+}
+
+unsigned short Type1CodeMap::allocateCode(int ch, std::string_view name) {
+    KWMutex mutex(lock_);
+    mutex.lock();
+    const unsigned short code = takeNextCode(name);
+    return code != 0 ? assignCode(ch, code) : code;
+}
+
+unsigned short Type1CodeMap::glyphCode(unsigned short gid) const {
+    KWMutex mutex(lock_);
+    mutex.lock();
+    if (!maps_)
+        return 0;
+    const auto found = maps_->glyphToCode.find(gid);
+    return found != maps_->glyphToCode.end() ? found->second : static_cast<unsigned short>(0);
+}
+
+unsigned short Type1CodeMap::glyphOfCode(unsigned short code) const {
+    KWMutex mutex(lock_);
+    mutex.lock();
+    if (!maps_)
+        return FS_NO_GLYPH;
+    const auto found = maps_->codeToGlyph.find(code);
+    return found != maps_->codeToGlyph.end() ? found->second : FS_NO_GLYPH;
+}
+
+bool Type1CodeMap::assignGlyphCode(unsigned short gid, unsigned short code) {
+    KWMutex mutex(lock_);
+    mutex.lock();
+    if (isTaken(code))
+        return false;
+    maps().glyphToCode.emplace(gid, code);
+    maps().codeToGlyph.emplace(code, gid);
+    return true;
+}
+
+unsigned short Type1CodeMap::allocateGlyphCode(unsigned short gid, std::string_view name) {
+    KWMutex mutex(lock_);
+    mutex.lock();
+    const unsigned short code = takeNextCode(name);
+    if (code != 0) {
+        maps().glyphToCode.emplace(gid, code);
+        maps().codeToGlyph.emplace(code, gid);
+    }
+    return code;
 }
 
 const FS_BaseFont::Type1CMapArray* Type1CodeMap::getType1CMapArray(unsigned char fontNumber) const {

@@ -11,7 +11,7 @@
 
 namespace KWFontService_NS {
 
-/// The one-byte codes that a font hands out to the characters of a document, on first use.
+/// The codes that a font hands out to the characters and glyphs of a document, on first use.
 ///
 /// A document may use more glyphs than a font program has codes for. So a code has two bytes: the
 /// number of a font program, and a code in that. Low byte 0 is never handed out, and so 0 means
@@ -25,6 +25,8 @@ public:
     static constexpr int kCodesOfAFont = 254;
     /// The counter value that all font programs are full at.
     static constexpr int kAllCodes = 256 * kCodesOfAFont;
+    /// In font program 0 the codes up to this one are left to characters that use their own value.
+    static constexpr int kLastOwnCode = 127;
 
     Type1CodeMap();
     ~Type1CodeMap();
@@ -40,8 +42,19 @@ public:
     /// Raises `nextCode` above itself and above `least`, up to where all font programs are full.
     void raiseNextCode(int least = 0);
     /// Gives the code of `nextCode` to a character and a glyph name, past what the font program has
-    /// named already; 0 when all font programs are full.
+    /// named or given to a glyph already; 0 when all font programs are full.
     unsigned short allocateCode(int ch, std::string_view name);
+
+    // For fonts whose glyphs hold codes, whichever characters lead to them.
+
+    /// The code that a glyph holds, 0 when it has none yet.
+    unsigned short glyphCode(unsigned short gid) const;
+    /// The glyph that holds a code, `FS_NO_GLYPH` when none does.
+    unsigned short glyphOfCode(unsigned short code) const;
+    /// Gives a glyph that holds no code this one; false when it is named, or another glyph's.
+    bool assignGlyphCode(unsigned short gid, unsigned short code);
+    /// As `allocateCode`, for a glyph that holds no code.
+    unsigned short allocateGlyphCode(unsigned short gid, std::string_view name);
 
     /// The codes and glyph names of a font program, in the order in which they were added; null
     /// when it has none. Alive as long as this object; another code may add to it.
@@ -55,7 +68,7 @@ public:
     KWCommonNS::KWLock& codeLock() const { return lock_; }
 
     /// The last counter value that was used. A lookup raises it first, then tests it, then uses it.
-    int nextCode = 0;
+    int nextCode = kLastOwnCode;
 
 private:
     struct FontCMap {
@@ -64,12 +77,17 @@ private:
     };
     /// Most fonts never hand out a code.
     struct Maps {
+        std::map<unsigned short, unsigned short> glyphToCode;
+        std::map<unsigned short, unsigned short> codeToGlyph;
         std::map<int, unsigned short> unicodeToCode;
         std::map<unsigned char, FontCMap> fontCMaps;
     };
 
     Maps& maps();
     const FontCMap* findCMap(unsigned char fontNumber) const;
+    bool isTaken(unsigned short code) const;
+    /// The code of `nextCode`, or of the next value whose code is not taken, with a name for it.
+    unsigned short takeNextCode(std::string_view name);
 
     mutable KWCommonNS::KWLock lock_;
     std::unique_ptr<Maps> maps_;

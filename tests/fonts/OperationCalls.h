@@ -260,6 +260,10 @@ inline bool equalAnswers(const Type1CMap* a, const Type1CMap* b) {
                ? a == b
                : a->isCID == b->isCID && a->getGlyphOfCID(9) == b->getGlyphOfCID(9);
 }
+inline bool equalAnswers(const FS_BaseFont::Type1CMapArray* a,
+                         const FS_BaseFont::Type1CMapArray* b) {
+    return a == nullptr || b == nullptr ? a == b : *a == *b;
+}
 inline bool equalAnswers(FS_GSUBGPOSInfo* a, FS_GSUBGPOSInfo* b) {
     return a == nullptr || b == nullptr
                ? a == b

@@ -10,8 +10,6 @@ namespace {
 /// A font of some glyphs, as its metrics file and its program describe it.
 class CharCode : public testing::Test {
 protected:
-    CharCode() { codes.nextCode = 127; }
-
     void setMetrics(std::vector<Type1CharMetric> records) {
         metrics = Type1Metrics(std::move(records));
         metrics.addAll();

@@ -61,8 +61,51 @@ TEST(Type1CodeMap, PairsAreCountedFromZero) {
     EXPECT_FALSE(codes.getType1GlyphName(0, 67, name));
 }
 
+TEST(Type1CodeMap, TheFirstCodeThatIsHandedOutIs128) {
+    Type1CodeMap codes;
+    codes.raiseNextCode();
+    EXPECT_EQ(codes.allocateCode(0x100, "Amacron"), 128);
+    EXPECT_EQ(codes.glyphOfCode(128), FS_NO_GLYPH) << "it is a character's and not a glyph's";
+}
+
+TEST(Type1CodeMap, AGlyphHoldsOneCode) {
+    Type1CodeMap codes;
+    EXPECT_EQ(codes.glyphCode(7), 0);
+    EXPECT_EQ(codes.glyphOfCode(65), FS_NO_GLYPH);
+    EXPECT_TRUE(codes.assignGlyphCode(7, 65));
+    EXPECT_EQ(codes.glyphCode(7), 65);
+    EXPECT_EQ(codes.glyphOfCode(65), 7);
+    EXPECT_EQ(codes.glyphCode(8), 0);
+    EXPECT_EQ(codes.unicodeCode(65), 0) << "characters are another matter";
+}
+
+TEST(Type1CodeMap, ACodeThatIsTakenGoesToNoOtherGlyph) {
+    Type1CodeMap codes;
+    EXPECT_TRUE(codes.assignGlyphCode(7, 65));
+    EXPECT_FALSE(codes.assignGlyphCode(8, 65));
+    EXPECT_EQ(codes.glyphCode(8), 0);
+    codes.addCMapEntry(0, 66, "B");
+    EXPECT_FALSE(codes.assignGlyphCode(9, 66));
+}
+
+TEST(Type1CodeMap, AllocatingForAGlyphNamesItAndPassesByTheCodesOfGlyphs) {
+    Type1CodeMap codes;
+    codes.raiseNextCode();
+    EXPECT_TRUE(codes.assignGlyphCode(7, 128));
+    EXPECT_EQ(codes.allocateGlyphCode(8, "Amacron"), 129);
+    EXPECT_EQ(codes.glyphCode(8), 129);
+    EXPECT_EQ(codes.glyphOfCode(129), 8);
+    std::string name;
+    EXPECT_TRUE(codes.getType1GlyphName(0, 129, name));
+    EXPECT_EQ(name, "Amacron");
+    codes.nextCode = Type1CodeMap::kAllCodes;
+    EXPECT_EQ(codes.allocateGlyphCode(9, "x"), 0);
+    EXPECT_EQ(codes.glyphCode(9), 0);
+}
+
 TEST(Type1CodeMap, After253CodesTheNextIs0101) {
     Type1CodeMap codes;
+    codes.nextCode = 0;
     for (int i = 1; i <= 253; ++i) {
         codes.raiseNextCode();
         EXPECT_EQ(codes.allocateCode(i, "x"), i);
@@ -77,6 +120,7 @@ TEST(Type1CodeMap, After253CodesTheNextIs0101) {
 
 TEST(Type1CodeMap, AllCodesAreDifferentAndNoLowByteIsZero) {
     Type1CodeMap codes;
+    codes.nextCode = 0;
     std::set<int> given;
     int ch = 0;
     for (;; ++ch) {
@@ -105,7 +149,6 @@ TEST(Type1CodeMap, CodesThatAFontProgramHasNamedAreNotGivenAgain) {
 
 TEST(Type1CodeMap, RaisingGoesAboveALeastValue) {
     Type1CodeMap codes;
-    codes.nextCode = 127;
     codes.raiseNextCode(254);
     EXPECT_EQ(codes.nextCode, 255);
     codes.raiseNextCode(254);
