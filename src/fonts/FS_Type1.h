@@ -68,6 +68,13 @@ public:
     bool getType1GlyphName(unsigned char fontNumber, unsigned char code, std::string& name,
                            int faceIndex) const override;
 
+    using FS_BaseFont::getType1EmbedFont; // one of the two is written anew
+    bool getType1EmbedFont(unsigned char fontNumber, const char* codes, int count,
+                           KWMemStream& output, int& length1, int& length2, int& length3,
+                           int faceIndex) override;
+    bool getType1FontStream(KWMemStream& output, int& length1, int& length2, int& length3,
+                            int faceIndex) override;
+
     void setEudcFont(const FS_FontRef& eudcFont, int faceIndex) override;
     FS_FontRef getEudcFont(int faceIndex) const override;
     /// The printer font's.

@@ -21,4 +21,8 @@ std::optional<Type1FileError> FS_Type1PFA::scanHead(std::istream& stream,
     return scanPFAHead(stream, head);
 }
 
+bool FS_Type1PFA::readSections(std::istream& stream, Type1Sections& sections) const {
+    return readPFASections(stream, sections);
+}
+
 } // namespace KWFontService_NS

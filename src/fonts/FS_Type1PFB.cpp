@@ -21,4 +21,8 @@ std::optional<Type1FileError> FS_Type1PFB::scanHead(std::istream& stream,
     return scanPFBHead(stream, head);
 }
 
+bool FS_Type1PFB::readSections(std::istream& stream, Type1Sections& sections) const {
+    return readPFBSections(stream, sections);
+}
+
 } // namespace KWFontService_NS

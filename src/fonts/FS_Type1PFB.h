@@ -16,6 +16,7 @@ public:
 protected:
     std::optional<Type1FileError> scanHead(std::istream& stream,
                                            PrinterFontHead& head) const override;
+    bool readSections(std::istream& stream, Type1Sections& sections) const override;
 };
 
 } // namespace KWFontService_NS

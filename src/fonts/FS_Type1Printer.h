@@ -3,14 +3,25 @@
 #include "type1/PrinterFontHead.h"
 #include "type1/Type1CharCode.h"
 #include "type1/Type1Metrics.h"
+#include "type1/Type1Sections.h"
 
 #include <KWFontService17/FS_BaseFont.h>
 
 #include <KWCommon15/KWLock.h>
 
 #include <optional>
+#include <string_view>
 
 namespace KWFontService_NS {
+
+struct Type1CodeNames;
+
+/// Where the lengths of the segments of a program go.
+struct Type1SegmentLengths {
+    int& length1; ///< clear text
+    int& length2; ///< encrypted section
+    int& length3; ///< closing text
+};
 
 /// The font program of a Type 1 font, in a file of its own beside the font's metrics. The scan
 /// reads the clear text at its head; the load asks FreeType for the glyphs, whose ids are
@@ -63,6 +74,14 @@ public:
     /// @return          whether FreeType could
     virtual bool loadGlyph(unsigned int index, bool unscaled) const;
 
+    /// Appends the font program in segments, as a PFB file is. The file is read anew; the font need
+    /// not be loaded, but without a load `names` has no built-in ones.
+    /// @param codes    of the font program that `names` is for; nothing for the whole font
+    /// @param lengths  of the three segments; those that were not reached stay as they were
+    /// @return false when the file cannot be read, is cut short, or has no CharStrings to select of
+    bool writeProgram(const std::optional<std::string_view>& codes, const Type1CodeNames& names,
+                      KWMemStream& output, const Type1SegmentLengths& lengths) const;
+
     /// What the scan read.
     const PrinterFontHead& head() const { return head_; }
     /// What the load read: a record for each glyph, in the order of their ids; those without a code
@@ -77,6 +96,8 @@ protected:
 
     virtual std::optional<Type1FileError> scanHead(std::istream& stream,
                                                    PrinterFontHead& head) const = 0;
+    /// See `Type1Sections.h`.
+    virtual bool readSections(std::istream& stream, Type1Sections& sections) const = 0;
 
 private:
     FT_FaceRec_* openFace() const;

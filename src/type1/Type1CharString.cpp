@@ -3,6 +3,7 @@
 #include "common/StreamBytes.h"
 #include "type1/Type1Cipher.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -124,30 +125,61 @@ private:
     std::span<const std::uint8_t> left_;
 };
 
-} // namespace
-
-int scanCharString(std::span<const std::uint8_t> charString, std::vector<KWValue>& tokens) {
-    const OperatorNames& names = operatorNames();
+/// Gives each number and each operator to a function, until that of operators answers false.
+template <class OnNumber, class OnOperator>
+void walk(std::span<const std::uint8_t> charString, OnNumber onNumber, OnOperator onOperator) {
     Bytes bytes(charString);
-    int last = -1;
     while (const auto first = bytes.next()) {
         if (*first >= kFirstNumber) {
             const auto number = bytes.number(*first);
             if (!number)
-                break;
-            tokens.emplace_back(*number);
+                return;
+            onNumber(*number);
             continue;
         }
         int op = *first;
         if (op == kEscape) {
             const auto second = bytes.next();
             if (!second)
-                break;
+                return;
             op = type1Escape(static_cast<std::uint8_t>(*second));
         }
-        tokens.emplace_back(names.of(op));
-        last = op;
+        if (!onOperator(op))
+            return;
     }
+}
+
+} // namespace
+
+std::optional<Type1Seac> findType1Seac(std::span<const std::uint8_t> charString) {
+    std::optional<Type1Seac> seac;
+    Type1Seac last;
+    int numbers = 0;
+    walk(
+        charString,
+        [&](int number) {
+            last = {.base = last.accent, .accent = number};
+            numbers = std::min(numbers + 1, 2);
+        },
+        [&](int op) {
+            if (op == kType1Seac && numbers == 2)
+                seac = last;
+            numbers = 0;
+            return op != kType1Seac;
+        });
+    return seac;
+}
+
+int scanCharString(std::span<const std::uint8_t> charString, std::vector<KWValue>& tokens) {
+    const OperatorNames& names = operatorNames();
+    int last = -1;
+    walk(
+        charString, [&](int number) { tokens.emplace_back(number); },
+        [&](int op) {
+            tokens.emplace_back(names.of(op));
+            last = op;
+            return true;
+        });
     return last;
 }
 

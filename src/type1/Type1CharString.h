@@ -6,6 +6,7 @@
 #include <KWCommon15/KWValue.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -16,6 +17,15 @@ constexpr int type1Escape(std::uint8_t second) {
     return 12 << 8 | second;
 }
 inline constexpr int kType1Seac = type1Escape(6);
+
+/// What `seac` makes a glyph of: two others, by their codes in StandardEncoding.
+struct Type1Seac {
+    int base = 0;
+    int accent = 0;
+};
+/// The first `seac` of a charstring; nothing when it has none with two numbers before it.
+/// @param charString  decrypted, without its lead bytes
+std::optional<Type1Seac> findType1Seac(std::span<const std::uint8_t> charString);
 
 /// Takes a Type 1 charstring apart (Adobe Type 1 Font Format, chapter 6): an integer for each
 /// number, a name for each operator. 12 with a byte that means nothing is "?12-%d" with its number,

@@ -97,6 +97,7 @@ bool readPFASections(std::istream& stream, Type1Sections& sections) {
     sections.eexec.clear();
     decodeHexadecimal(text.substr(start, length), sections.eexec);
     sections.trailer.assign(place(start + length), file.end());
+    sections.isWhole = true;
     return true;
 }
 
@@ -131,6 +132,7 @@ bool readPFBSections(std::istream& stream, Type1Sections& sections) {
         if (KWCommonNS::appendFromStream(stream, length, *parts[part]) < length)
             return false;
     }
+    sections.isWhole = part + 1 == std::size(kTypes);
     return part > 0;
 }
 

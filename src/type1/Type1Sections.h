@@ -12,6 +12,7 @@ struct Type1Sections {
     std::vector<std::uint8_t> clearText; ///< up to and with "currentfile eexec" and its line end
     std::vector<std::uint8_t> eexec;     ///< as it is encrypted, in bytes
     std::vector<std::uint8_t> trailer;   ///< the 512 zeros and `cleartomark`
+    bool isWhole = false;                ///< the file has all three, though one may be empty
 };
 
 /// Takes a program in hexadecimal text apart, from the stream's position on. Digits go in pairs

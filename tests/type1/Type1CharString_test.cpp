@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace KWFontService_NS {
@@ -121,6 +123,36 @@ TEST(Type1CharString, OneShorterThanItsLeadBytesIsEmpty) {
 TEST(Type1CharString, APlainOneIsReadFromThePosition) {
     EXPECT_EQ(scanStream({14, 13, 139}, true, 1).tokens, "(hsbw)(0)");
     EXPECT_EQ(scanStream({14}, true, 1).tokens, "");
+}
+
+// --- seac ---------------------------------------------------------------------------------------
+
+std::optional<std::pair<int, int>> seacOf(const KWTest::Type1CharString& charString) {
+    const auto seac = findType1Seac(charString.build().vector());
+    return seac ? std::optional(std::pair(seac->base, seac->accent)) : std::nullopt;
+}
+
+TEST(Type1CharString, TheLastTwoNumbersOfSeacAreItsParts) {
+    using KWTest::Type1CharString;
+    EXPECT_EQ(seacOf(Type1CharString().hsbw(20, 600).seac(100, 250, 0, 65, 194)),
+              std::pair(65, 194));
+    EXPECT_EQ(seacOf(Type1CharString().op({65, 194}, 0x0C06)), std::pair(65, 194));
+    EXPECT_EQ(seacOf(Type1CharString().seac(0, 0, 0, -1, 100000)), std::pair(-1, 100000));
+}
+
+TEST(Type1CharString, TheFirstSeacCounts) {
+    using KWTest::Type1CharString;
+    EXPECT_EQ(seacOf(Type1CharString().seac(0, 0, 0, 1, 2).endchar().seac(0, 0, 0, 3, 4)),
+              std::pair(1, 2));
+}
+
+TEST(Type1CharString, SeacNeedsTwoNumbersRightBeforeIt) {
+    using KWTest::Type1CharString;
+    EXPECT_EQ(seacOf(Type1CharString().hsbw(20, 600).endchar()), std::nullopt);
+    EXPECT_EQ(seacOf(Type1CharString().hsbw(20, 600).op({}, 0x0C06)), std::nullopt);
+    EXPECT_EQ(seacOf(Type1CharString().op({65}, 0x0C06)), std::nullopt);
+    EXPECT_EQ(seacOf({}), std::nullopt);
+    EXPECT_FALSE(findType1Seac(Bytes{140, 141, 12}.vector()));
 }
 
 TEST(Type1CharString, TokensAreAppended) {

@@ -22,6 +22,7 @@ struct Result {
     std::string clearText;
     Bytes eexec;
     std::string trailer;
+    bool isWhole = false;
 };
 
 std::string textOf(const std::vector<std::uint8_t>& bytes) {
@@ -36,6 +37,7 @@ Result read(Reader reader, const std::string& file) {
     result.clearText = textOf(sections.clearText);
     result.eexec = Bytes(sections.eexec);
     result.trailer = textOf(sections.trailer);
+    result.isWhole = sections.isWhole;
     return result;
 }
 
@@ -58,6 +60,7 @@ TEST(PFASections, AFontFallsIntoThreeParts) {
         EXPECT_TRUE(result.read);
         EXPECT_EQ(result.clearText, font.clearText());
         EXPECT_EQ(result.eexec, font.eexec());
+        EXPECT_TRUE(result.isWhole);
         EXPECT_EQ(result.trailer, font.trailer());
     }
 }
@@ -116,6 +119,7 @@ TEST(PFBSections, AFontFallsIntoThreeParts) {
     EXPECT_EQ(result.clearText, font.clearText());
     EXPECT_EQ(result.eexec, font.eexec());
     EXPECT_EQ(result.trailer, font.trailer());
+    EXPECT_TRUE(result.isWhole);
 }
 
 TEST(PFBSections, SegmentsOfOneKindInARowAreOnePart) {
@@ -135,7 +139,10 @@ TEST(PFBSections, TheLastTextAndTheMarkMayBeMissing) {
     file.bytes(pfbSegment(2, Bytes{1}).vector());
     EXPECT_TRUE(pfb(file).read);
     EXPECT_TRUE(pfb(Bytes(file).u8(0x80).u8(3)).read);
-    EXPECT_TRUE(pfb(file.bytes(pfbSegment(1, {}).vector())).read);
+    EXPECT_FALSE(pfb(file).isWhole);
+    const Result empty = pfb(file.bytes(pfbSegment(1, {}).vector()));
+    EXPECT_TRUE(empty.read);
+    EXPECT_TRUE(empty.isWhole) << "the text is there, and empty";
 }
 
 TEST(PFBSections, AnotherOrderIsRefused) {
