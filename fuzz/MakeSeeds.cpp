@@ -267,6 +267,24 @@ void makeType1Seeds(const std::filesystem::path& root) {
     add("symbols", Type1Font::symbols());
 }
 
+void makeType1SubsetSeeds(const SeedFolder& folder) {
+    const auto add = [&folder](const std::string& name, std::string_view codes,
+                               const Type1Font& font) {
+        folder.add(
+            name,
+            Bytes().u8(codes.size()).text(codes).text("lead").bytes(font.privateText().vector()));
+    };
+    Type1Font font = Type1Font::latin();
+    add("latin", "BA", font);
+    font.subrs = {Type1CharString().op({}, 11)};
+    add("subrs", "", font);
+    font.announcedGlyphs = 2;
+    add("more-than-announced", "AB", font);
+    font.lenIV = -1;
+    font.announcedGlyphs = 99999;
+    add("fewer-than-announced", "A", font);
+}
+
 void makeMetricsSeeds(const std::filesystem::path& root) {
     const SeedFolder afm(root / "afm");
     AfmFile text = AfmFile::latin();
@@ -303,6 +321,7 @@ int main(int argc, char** argv) {
         makeCffSeeds(SeedFolder(root / "cff"));
         makeTextSeeds(root);
         makeType1Seeds(root);
+        makeType1SubsetSeeds(SeedFolder(root / "type1subset"));
         makeMetricsSeeds(root);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

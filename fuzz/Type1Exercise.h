@@ -1,5 +1,6 @@
 #pragma once
 
+#include "embed/Type1Subset.h"
 #include "fonts/FS_FontFileOptions.h"
 #include "fonts/FS_Type1.h"
 #include "type1/Type1CharString.h"
@@ -13,8 +14,10 @@
 #include <cmath>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 
 namespace KWFuzz {
 
@@ -38,6 +41,28 @@ inline void exerciseSections(const std::string& file,
         std::abort();
 }
 
+/// Writes a program whole, and with the glyphs of all codes. No output is much larger than the
+/// file.
+template <class Font>
+void exerciseProgram(const Font& font, const std::string& file) {
+    using namespace KWFontService_NS;
+    std::string codes;
+    for (int code = 0; code < 256; ++code)
+        codes += static_cast<char>(code);
+    const Type1CodeNames names{.builtInNames = &font.builtInNames(), .metrics = &font.metrics()};
+    for (const std::optional<std::string_view>& selected :
+         {std::optional<std::string_view>(), std::optional<std::string_view>(codes)}) {
+        KWMemStream output;
+        int length1 = 0;
+        int length2 = 0;
+        int length3 = 0;
+        constexpr std::size_t kHeaders = 64; // of segments, and of the CharStrings
+        if (font.writeProgram(selected, names, output, {length1, length2, length3}) &&
+            output.size() > file.size() + kHeaders)
+            std::abort();
+    }
+}
+
 /// Scans a printer font, loads it and asks it all.
 template <class Font>
 void exercisePrinterFont(const std::string& file) {
@@ -52,13 +77,14 @@ void exercisePrinterFont(const std::string& file) {
     if (!font->scanFont(error, stream) && !error.isError())
         std::abort();
     font->getSubFamilyName(0, 0);
+    exerciseProgram(*font, file);
     if (font->loadFont(error, 0, nullptr)) {
+        exerciseProgram(*font, file);
         for (const Type1CharMetric& record : font->metrics().records()) {
             if (!record.name.empty() && font->metrics().findName(record.name) == nullptr)
                 std::abort();
         }
         Type1CodeMap codes;
-        codes.nextCode = 127;
         const Type1CodeSource source{.isSymbolic = font->isSymbolicFont(0),
                                      .metrics = &font->metrics(),
                                      .builtInNames = &font->builtInNames(),
