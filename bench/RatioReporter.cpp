@@ -33,7 +33,9 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
         const std::string subject = name.substr(0, slash);
         if (!times_.contains(subject))
             order_.push_back(subject);
-        const double time = run.GetAdjustedCPUTime();
+        // What another process took is told by hand, and counts as real time.
+        const bool isTold = run.run_name.time_type == "manual_time";
+        const double time = isTold ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
         const std::string who = name.substr(slash + 1);
         if (median || !times_[subject].contains(who))
             times_[subject][who] = time;

@@ -1,8 +1,8 @@
-#include "bench/Subjects.h"
-#include "fonts/FS_Type1AFM.h"
-#include "support/TempDir.h"
+#include "bench/Type1Pair.h"
 
 #include <benchmark/benchmark.h>
+#include <ft2build.h>
+#include FT_FREETYPE_H
 
 #include <stdexcept>
 #include <string>
@@ -11,36 +11,14 @@ namespace KWBench {
 
 namespace {
 
-using KWFontService_NS::FS_Type1AFM;
-using KWFontService_NS::KWError;
-
-/// A metrics file and its printer font in one folder, as they are installed elsewhere.
-class Pair {
-public:
-    explicit Pair(const std::string& name) {
-        folder_.write("font.afm", KWTest::readFile(KWTest::packagedFont(name + "-AFM")));
-        folder_.write("font.pfb", KWTest::readFile(KWTest::packagedFont(name + "-PFB")));
-    }
-    KWCommonNS::KWUri metrics() const { return folder_.uri("font.afm"); }
-    std::string printerFont() const { return folder_.path("font.pfb").string(); }
-
-private:
-    KWTest::TempDir folder_;
-};
-
 void scanOurs(benchmark::State& state, const std::string& name) {
-    const Pair pair(name);
-    for (auto _ : state) {
-        const KWCommonNS::KWPtr<FS_Type1AFM> font(new FS_Type1AFM(pair.metrics()));
-        const std::unique_ptr<std::istream> stream(pair.metrics().getIStream(nullptr, nullptr));
-        KWError error;
-        if (!font->scanFont(error, *stream) || font->getPrinterFont() == nullptr)
-            throw std::runtime_error("cannot scan " + name);
-    }
+    const Type1Pair pair(name);
+    for (auto _ : state)
+        pair.scan();
 }
 
 void openFreeType(benchmark::State& state, const std::string& name) {
-    const Pair pair(name);
+    const Type1Pair pair(name);
     FT_Library library = nullptr;
     if (FT_Init_FreeType(&library) != 0)
         throw std::runtime_error("no FreeType");

@@ -40,6 +40,7 @@ bench_packages=(
   fonts-noto-core fonts-nanum fonts-unfonts-core fonts-unifont fonts-vlgothic
   fonts-freefont-otf fonts-sil-padauk
   cm-super-minimal texlive-fonts-recommended xfonts-scalable
+  afdko-bin
 )
 
 list_only=false
