@@ -62,10 +62,10 @@ public:
     bool createFont(const UnicodeString& family, int weight, bool italic, FS_ExtraFonts* extraFonts,
                     bool skipAliases);
     /// Where the file of a font is, in spite of its name: that of the font which `createFont`
-    /// would bind to, aliases included. Nothing is opened, and this object is not looked at.
+    /// would bind to, aliases included. Nothing is opened.
     /// @return  the empty URI when there is no such font
-    KWUri getFontFolderPath(const UnicodeString& family, int weight, bool italic, int stretch,
-                            FS_ExtraFonts* extraFonts) const;
+    static KWUri getFontFolderPath(const UnicodeString& family, int weight, bool italic,
+                                   int stretch, FS_ExtraFonts* extraFonts);
     /// The family name, in a language, of the font that a name means in its normal style; the
     /// typographic family name where the service prefers that and the font has one.
     /// @param language  a Windows language id; 0 for the font's default
@@ -147,7 +147,8 @@ public:
     bool hasVerticalGlyph(int ch) const;
     /// True for a character that stands as it is in vertical text: by its kind it has no vertical
     /// form, and neither has it one in this font.
-    /// @param hasVertical  set to whether the font has a vertical form for such a character
+    /// @param hasVertical  set to whether the font has a vertical form for such a character; not
+    ///                     null
     bool isNoVerticalGlyph(int ch, bool* hasVertical) const;
 
     // --- metrics --------------------------------------------------------------------------------
@@ -372,7 +373,9 @@ public:
     // live, and share them among all that use the font; any thread may ask.
 
     /// The code of a character. In font program 0 that is the character itself where
-    /// StandardEncoding, or the font, agrees; what is left gets codes from 128 on.
+    /// StandardEncoding, or the font, agrees; what is left gets the codes from 128 on of a Type 1
+    /// font, those that StandardEncoding leaves of a `CFF ` font, and those from 0x0101 on of one
+    /// with an encoding of its own.
     /// @return 0 when the font lacks the character; for CID-keyed fonts; for fonts that are neither
     ///         Type 1 fonts nor have `CFF ` outlines
     unsigned short getType1CharCode(int ch) const;
@@ -394,9 +397,14 @@ public:
 
     // --- end-user-defined characters ------------------------------------------------------------
 
+    // The font that this one is linked to is asked first, then the service's: for a font with
+    // vertical glyphs the one for vertical text, and no other. Any thread may ask; the first call
+    // of all opens the service.
+
     /// True for a code point that the service counts as end-user-defined.
     static bool isEUDC(int code);
-    /// Name and style of the font that has an end-user-defined character; untouched when none has.
+    /// The font that has an end-user-defined character; untouched when none has.
+    /// @param name  its PostScript name, by which `createFont` finds this font and no other
     bool getEudcFontName(int code, UnicodeString& name, int& weight, bool& italic) const;
     /// Glyph of an end-user-defined character in that font, 0xFFFF when none has it.
     unsigned short getEudcGlyphID(int code) const;

@@ -30,7 +30,7 @@ public:
     FS_GlyphBMP(const FS_GlyphBMP&) = delete;
     FS_GlyphBMP& operator=(const FS_GlyphBMP&) = delete;
 
-    /// Draws a glyph of `font` into this bitmap. See `FS_FontInfo::drawGlyph`.
+    /// Draws a glyph of `font`, which is not null, into this bitmap. See `FS_FontInfo::drawGlyph`.
     bool draw(unsigned short gid, float pointSize, unsigned int dpi, FS_FontInfo* font,
               const FS_GlyphBMPSetting& setting, KWCommonNS::KWError& error);
     /// Frees the pixels; everything is 0 afterwards.

@@ -19,7 +19,8 @@ public:
     FS_GlyphBMPStore& operator=(const FS_GlyphBMPStore&) = delete;
 
     /// Draws a glyph and keeps it in the place of an earlier one. False with `getError` set when it
-    /// cannot be drawn; the glyph is absent then, also when there was an earlier one.
+    /// cannot be drawn; the glyph is absent then, also when there was an earlier one. `font` is not
+    /// null.
     bool insertGlyph(unsigned short gid, float pointSize, unsigned int dpi, FS_FontInfo* font,
                      const FS_GlyphBMPSetting& setting);
     /// Null when absent. Belongs to the store, until it is replaced or cleared.

@@ -8,7 +8,9 @@
 namespace KWFontService_NS {
 
 FS_BaseFont::FS_BaseFont(const KWUri& fontUri) : uri(fontUri) {}
-FS_BaseFont::~FS_BaseFont() = default;
+FS_BaseFont::~FS_BaseFont() {
+    ftFace.reset(); // before the bytes that it uses in place
+}
 
 unsigned int FS_BaseFont::getClassId() const {
     return FS_CLASSID_BASE_FONT;

@@ -44,24 +44,29 @@ bool FS_MultiFaceFont::scanFace(KWError& error, std::istream& stream, std::uint6
 
 void FS_MultiFaceFont::finishScan() {
     ftFaces.resize(faces.size());
+    isCharged_.assign(faces.size(), false);
 }
 
 bool FS_MultiFaceFont::loadFont(KWError& error, int faceIndex, std::istream* stream) {
     FS_TrueTypeInfo* const info = face(faceIndex);
     if (info == nullptr)
         return false;
-    if (!info->isLoaded() && !chargeLoad(*info))
+    if (!info->isLoaded() && !chargeLoad(faceIndex))
         return fontError(error, FS_ERROR_FONT_READ, UnicodeString());
     return info->loadTables(error, stream, false);
 }
 
-bool FS_MultiFaceFont::chargeLoad(const FS_TrueTypeInfo& info) {
-    const std::uint64_t cost = info.loadSize(fileSize_);
+bool FS_MultiFaceFont::chargeLoad(int faceIndex) {
+    const std::uint64_t cost = face(faceIndex)->loadSize(fileSize_);
     KWCommonNS::KWMutex mutex(loadBytesLock_);
     mutex.lock();
+    const auto place = static_cast<std::size_t>(faceIndex);
+    if (isCharged_[place])
+        return true;
     if (cost > loadBytesLeft_)
         return false;
     loadBytesLeft_ -= cost;
+    isCharged_[place] = true;
     return true;
 }
 

@@ -52,10 +52,11 @@ protected:
     std::vector<std::optional<FS_FTFacePtr>> ftFaces; ///< without a value: not asked for yet
 
 private:
-    bool chargeLoad(const FS_TrueTypeInfo& info);
+    bool chargeLoad(int faceIndex);
 
     std::uint64_t fileSize_ = 0;
     std::uint64_t loadBytesLeft_ = 0;
+    std::vector<bool> isCharged_;      ///< by face: its load is paid for
     KWCommonNS::KWLock loadBytesLock_; ///< each face may be loaded in a thread of its own
 };
 

@@ -77,6 +77,9 @@ bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool 
     step(loadVorg(reader));
     step(loadMath(reader));
     step(loadVerticalAdvances(reader));
+    // Font program 0 is left to an encoding that is the font's own.
+    if (nextCode == 0 && getEncodingScheme() != FS_ENCODING_STANDARD)
+        nextCode = kCodesOfAFont;
     return allOk;
 }
 

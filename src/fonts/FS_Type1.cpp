@@ -49,6 +49,7 @@ FS_Type1::FS_Type1(const KWUri& fontUri)
     : FS_BaseFont(fontUri), printerFont(findPrinterFont<FS_Type1PFB>(fontUri, ".pfb")) {
     if (!printerFont)
         printerFont = findPrinterFont<FS_Type1PFA>(fontUri, ".pfa");
+    nextCode = kLastOwnCode;
 }
 
 unsigned int FS_Type1::getClassId() const {

@@ -5,6 +5,7 @@
 #include "common/StreamBytes.h"
 #include "common/TagText.h"
 #include "fonts/FS_OpenType.h"
+#include "fonts/FS_ServiceContext.h"
 #include "fonts/FontTyping.h"
 #include "fonts/TTI_Directory.h"
 
@@ -94,6 +95,13 @@ bool FS_WOFF::loadFont(KWError& error, int faceIndex, std::istream*) {
 }
 
 FT_FaceRec_* FS_WOFF::getFTFace(int faceIndex) {
+    {
+        // An open face does not wait for a writer, which has the stream for long.
+        KWMutex mutex(FS_ServiceContext::freeTypeLock());
+        mutex.lock();
+        if (ftFaceTried)
+            return ftFace.get();
+    }
     KWMutex mutex(streamLock_);
     mutex.lock();
     // Not the font inside, whose file is the packed one.

@@ -91,11 +91,9 @@ FS_FTFacePtr openFTFace(FS_BaseFont& font, FTFaceBytes held, int faceIndex) {
 }
 
 FT_FaceRec_* FS_BaseFont::getFTFace(int faceIndex) {
-    if (faceIndex < 0 || faceIndex >= getFontCount())
-        return nullptr;
     KWMutex mutex(FS_ServiceContext::freeTypeLock());
     mutex.lock();
-    if (!ftFaceTried) {
+    if (!ftFaceTried && faceIndex >= 0 && faceIndex < getFontCount()) {
         ftFaceTried = true;
         ftFace = openFTFace(*this, {fontBytes, fontByteCount}, faceIndex);
     }

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <optional>
 #include <string>
 
 namespace KWFontService_NS {
@@ -32,7 +33,8 @@ std::u16string keyOf(const UnicodeString& codePage) {
     return u"EUDC\\" + std::u16string(KWCommonNS::toView(codePage));
 }
 
-/// A country counts where `wanted` has one.
+/// Default locales carry a country and may carry a script, which these, but for the country that
+/// tells the two Chinese ones apart, do not.
 bool isLocale(const icu::Locale& locale, const icu::Locale& wanted) {
     return std::strcmp(locale.getLanguage(), wanted.getLanguage()) == 0 &&
            (wanted.getCountry()[0] == '\0' ||
@@ -52,26 +54,30 @@ int clampedCodePoint(long value) {
     return static_cast<int>(std::clamp(value, -1L, 0x10000L));
 }
 
-/// The file of an end-user-defined font and its folder; without one when the configuration leaves
-/// the file out, or when its type is no TrueType or OpenType. An unknown extension is TrueType.
+/// A file of end-user-defined characters that is to be loaded.
 struct EudcFile {
     FS_FontFile file;
-    const FS_FontFolder* folder = nullptr;
+    const FS_FontFolder& folder;
 
-    EudcFile(FS_FontService& service, const KWUri& uri) : file(uri) {
-        const FS_FontFileType type =
-            fontFileType(service, file.extension(), FS_FILETYPE_REQUEST_TRUETYPE, nullptr);
-        if (type != FS_FILETYPE_TRUETYPE && type != FS_FILETYPE_OPENTYPE)
-            return;
-        const FS_FontFolder& place = folderOfFile(service, uri);
-        const FS_FontFileOptions* const options = place.findOptions(file.lowerName);
-        if (options == nullptr || !options->fontExclude)
-            folder = &place;
-    }
     FS_BaseFont* load(FS_FontService& service) const {
-        return loadFont(service, *folder, file, FS_LOAD_EUDC);
+        return loadFont(service, folder, file, FS_LOAD_EUDC);
     }
 };
+
+/// Nothing for a file that the configuration leaves out, and for one whose type is neither TrueType
+/// nor OpenType; an unknown extension is TrueType. Its folder joins those of the service.
+std::optional<EudcFile> findEudcFile(FS_FontService& service, const KWUri& uri) {
+    const FS_FontFile file(uri);
+    const FS_FontFileType type =
+        fontFileType(service, file.extension(), FS_FILETYPE_REQUEST_TRUETYPE, nullptr);
+    if (type != FS_FILETYPE_TRUETYPE && type != FS_FILETYPE_OPENTYPE)
+        return std::nullopt;
+    const FS_FontFolder& folder = folderOfFile(service, uri);
+    const FS_FontFileOptions* const options = folder.findOptions(file.lowerName);
+    if (options != nullptr && options->fontExclude)
+        return std::nullopt;
+    return EudcFile{file, folder};
+}
 
 /// What an alias stands for; any other family is itself.
 UnicodeString familyOf(FS_FontService& service, const UnicodeString& family) {
@@ -146,12 +152,12 @@ void readEudcRegistry(FS_FontService& service) {
 }
 
 void loadDefaultEudcFont(FS_FontService& service) {
-    const EudcFile source(service, service.eudcSystemDefault);
-    if (source.folder == nullptr)
+    const std::optional<EudcFile> source = findEudcFile(service, service.eudcSystemDefault);
+    if (!source)
         return;
     KWError error;
-    const auto take = [&](bool vertical, const UnicodeString& prefix, FS_FontRef& place) {
-        FS_BaseFont* const font = source.load(service);
+    const auto loadFor = [&](bool vertical, const UnicodeString& prefix, FS_FontRef& place) {
+        FS_BaseFont* const font = source->load(service);
         if (font == nullptr || !font->loadFont(error, 0, nullptr))
             return false;
         if (vertical)
@@ -160,16 +166,16 @@ void loadDefaultEudcFont(FS_FontService& service) {
         service.fontPool.registerNamedFont(*font, prefix);
         return true;
     };
-    if (take(false, UnicodeString(), service.defaultEudcFont))
-        take(true, u"V", service.defaultEudcFontVertical);
+    if (loadFor(false, UnicodeString(), service.defaultEudcFont))
+        loadFor(true, u"V", service.defaultEudcFontVertical);
     if (error.isError())
         service.errors.append(error);
 }
 
 void linkEudcMap(FS_FontService& service) {
     for (const auto& [entry, uri] : service.eudcMap) {
-        const EudcFile source(service, uri);
-        FS_BaseFont* const font = source.folder != nullptr ? source.load(service) : nullptr;
+        const std::optional<EudcFile> source = findEudcFile(service, uri);
+        FS_BaseFont* const font = source ? source->load(service) : nullptr;
         if (font == nullptr)
             continue;
         FS_FontFamilyMap* faces = nullptr;

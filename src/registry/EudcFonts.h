@@ -32,8 +32,10 @@ void readEudcRegistry(FS_FontService& service);
 /// vertical text. What keeps one from opening is recorded.
 void loadDefaultEudcFont(FS_FontService& service);
 
-/// Loads the files of `eudcMap` and links each to the face of its family that sorts first: the
-/// lightest upright one. Entries that lead nowhere are passed over.
+/// Loads the files of `eudcMap` and links each to the face of its family that sorts first: by
+/// weight, upright before italic, by stretch. The family is asked for its normal style before,
+/// which may fill a gap with another face. Entries that lead nowhere are passed over. A linked font
+/// is opened with the first font that is bound to its family.
 void linkEudcMap(FS_FontService& service);
 
 } // namespace KWFontService_NS

@@ -69,7 +69,7 @@ bool FS_FontInfo::createFont(const UnicodeString& family, int weight, bool itali
 }
 
 KWUri FS_FontInfo::getFontFolderPath(const UnicodeString& family, int weight, bool italic,
-                                     int stretch, FS_ExtraFonts* extraFonts) const {
+                                     int stretch, FS_ExtraFonts* extraFonts) {
     const Found found =
         search(family, FS_FontKey::ofRequest(weight, italic, stretch), extraFonts, false);
     return found.ref ? found.ref.font->getUri() : KWUri();

@@ -50,8 +50,9 @@ void attachAliases(FS_FontService& service, const FS_FontFolder& folder) {
             continue;
         for (const FS_FontAlias& alias : aliases) {
             FS_FontRef ref = selectFont(file->second, file->second.begin()->first);
+            // An entry of 0 is reported and taken nevertheless; no font has such a face.
             ref.face = static_cast<std::int16_t>(
-                std::clamp<int>(target.faceIndex, 0, std::numeric_limits<std::int16_t>::max()));
+                std::clamp<int>(target.faceIndex, -1, std::numeric_limits<std::int16_t>::max()));
             FS_FontPool::addName(service.aliasPool.byName, normaliseFontName(alias.familyName), ref,
                                  keyOf(alias));
         }
@@ -72,8 +73,8 @@ public:
         service.folders.clear();
     }
     ~FolderWalk() {
-        queueSubfolders();
-        std::move(waiting_.begin(), waiting_.end(), std::back_inserter(service_.folders));
+        for (Folders* const rest : {&below_, &waiting_})
+            std::move(rest->begin(), rest->end(), std::back_inserter(service_.folders));
     }
     FolderWalk(const FolderWalk&) = delete;
     FolderWalk& operator=(const FolderWalk&) = delete;
@@ -107,6 +108,10 @@ private:
             KWUri::fromFileName(parent, KWCommonNS::toText(entry.name)), true);
         if (service_.findFolder(folder->pathKey()) != nullptr || !enter(*folder))
             return;
+        // The walk may end for want of memory, and then gives back all it has.
+        const std::size_t count = service_.folders.size() + waiting_.size() + below_.size() + 1;
+        if (service_.folders.capacity() < count)
+            service_.folders.reserve(2 * count);
         below_.push_back(std::move(folder));
         service_.folderByPath.emplace(below_.back()->pathKey(), below_.back().get());
     }

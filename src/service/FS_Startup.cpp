@@ -68,10 +68,6 @@ std::span<const FS_StartupStep> g_steps = kSteps;
 
 } // namespace
 
-std::span<const FS_StartupStep> startupSteps() {
-    return g_steps;
-}
-
 void startUp(FS_FontService& service, const FS_OpenArguments& arguments) {
     for (const ExtensionRow& row : kExtensions)
         service.fileTypeByExtension.emplace(UnicodeString(row.extension), row.type);

@@ -23,9 +23,6 @@ struct FS_StartupStep {
     void (*run)(FS_FontService& service, const FS_OpenArguments& arguments);
 };
 
-/// The steps in their order.
-std::span<const FS_StartupStep> startupSteps();
-
 /// Fills the extension table and runs every step on `service`; `g_fontServiceLock` is held.
 void startUp(FS_FontService& service, const FS_OpenArguments& arguments);
 

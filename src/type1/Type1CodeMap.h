@@ -25,7 +25,8 @@ public:
     static constexpr int kCodesOfAFont = 254;
     /// The counter value that all font programs are full at.
     static constexpr int kAllCodes = 256 * kCodesOfAFont;
-    /// In font program 0 the codes up to this one are left to characters that use their own value.
+    /// Where the counter of a Type 1 font starts: in font program 0 the codes up to this one are left
+    /// to characters that use their own value.
     static constexpr int kLastOwnCode = 127;
 
     Type1CodeMap();
@@ -68,7 +69,7 @@ public:
     KWCommonNS::KWLock& codeLock() const { return lock_; }
 
     /// The last counter value that was used. A lookup raises it first, then tests it, then uses it.
-    int nextCode = kLastOwnCode;
+    int nextCode = 0;
 
 private:
     struct FontCMap {

@@ -39,36 +39,36 @@ TEST(Type1CMapCodes, ACharacterOfStandardEncodingIsItsOwnCodeAndNotListed) {
     EXPECT_EQ(cff.getType1CMapArray(0), nullptr);
 }
 
-TEST(Type1CMapCodes, OtherGlyphsGetCodesFrom128On) {
+TEST(Type1CMapCodes, OtherGlyphsGetTheCodesThatStandardEncodingLeaves) {
     LoadedCff cff(names());
-    EXPECT_EQ(cff.giveCharCode('A', 2), 128) << "the character is not what its glyph is called";
-    EXPECT_EQ(nameOf(cff, 128), "foo");
-    EXPECT_EQ(cff.giveCharCode(0x3B1, 3), 129);
-    EXPECT_EQ(nameOf(cff, 129), "bar");
-    EXPECT_EQ(cff.glyphOfCode(129), 3);
+    EXPECT_EQ(cff.giveCharCode('A', 2), 1) << "the character is not what its glyph is called";
+    EXPECT_EQ(nameOf(cff, 1), "foo");
+    EXPECT_EQ(cff.giveCharCode(0x3B1, 3), 2);
+    EXPECT_EQ(nameOf(cff, 2), "bar");
+    EXPECT_EQ(cff.glyphOfCode(2), 3);
 }
 
 TEST(Type1CMapCodes, ACharacterKeepsItsCode) {
     LoadedCff cff(names());
-    EXPECT_EQ(cff.giveCharCode(0x3B1, 2), 128);
-    EXPECT_EQ(cff.giveCharCode(0x3B1, 3), 128) << "whatever glyph it is asked with";
+    EXPECT_EQ(cff.giveCharCode(0x3B1, 2), 1);
+    EXPECT_EQ(cff.giveCharCode(0x3B1, 3), 1) << "whatever glyph it is asked with";
     EXPECT_EQ(cff.glyphCode(3), 0);
 }
 
 TEST(Type1CMapCodes, CharactersOfOneGlyphShareItsCode) {
     LoadedCff cff(names());
-    EXPECT_EQ(cff.giveCharCode(0x391, 1), 128);
-    EXPECT_EQ(cff.giveCharCode('A', 1), 128) << "the glyph holds a code already";
-    EXPECT_EQ(cff.giveGlyphCode(1), 128);
+    EXPECT_EQ(cff.giveCharCode(0x391, 1), 1);
+    EXPECT_EQ(cff.giveCharCode('A', 1), 1) << "the glyph holds a code already";
+    EXPECT_EQ(cff.giveGlyphCode(1), 1);
 }
 
 TEST(Type1CMapCodes, AGlyphWithoutACharacterIsHandedOutACode) {
     LoadedCff cff(names());
-    EXPECT_EQ(cff.giveGlyphCode(1), 128);
-    EXPECT_EQ(nameOf(cff, 128), "A");
-    EXPECT_EQ(cff.giveGlyphCode(1), 128);
-    EXPECT_EQ(cff.giveGlyphCode(0), 129);
-    EXPECT_EQ(nameOf(cff, 129), ".notdef");
+    EXPECT_EQ(cff.giveGlyphCode(1), 1);
+    EXPECT_EQ(nameOf(cff, 1), "A");
+    EXPECT_EQ(cff.giveGlyphCode(1), 1);
+    EXPECT_EQ(cff.giveGlyphCode(0), 2);
+    EXPECT_EQ(nameOf(cff, 2), ".notdef");
 }
 
 TEST(Type1CMapCodes, CodesOfStandardEncodingAreSteppedOverInFontProgram0) {
@@ -92,7 +92,7 @@ TEST(Type1CMapCodes, AnEncodingOfTheFontsOwnGivesItsCodesAndNamesThem) {
     EXPECT_EQ(cff.giveCharCode(0x3B1, 2), 0x90);
     EXPECT_EQ(nameOf(cff, 0x90), "foo");
     EXPECT_EQ(cff.glyphOfCode(0x90), 2);
-    EXPECT_EQ(cff.giveGlyphCode(3), 128) << "it has no code there";
+    EXPECT_EQ(cff.giveGlyphCode(3), 1) << "it has no code there";
 }
 
 TEST(Type1CMapCodes, AStandardCharacterComesBeforeTheFontsEncoding) {
@@ -103,7 +103,7 @@ TEST(Type1CMapCodes, AStandardCharacterComesBeforeTheFontsEncoding) {
 TEST(Type1CMapCodes, ACodeThatAnotherGlyphHoldsIsNotGivenTwice) {
     LoadedCff encoded(namesWithEncoding({0x90, 0x41, 0x90}));
     EXPECT_EQ(encoded.giveCharCode('A', 1), 'A');
-    EXPECT_EQ(encoded.giveGlyphCode(2), 128) << "0x41 is taken";
+    EXPECT_EQ(encoded.giveGlyphCode(2), 1) << "0x41 is taken";
     EXPECT_EQ(encoded.giveGlyphCode(3), 0x90);
 
     LoadedCff standard(namesWithEncoding({0x90, 0x41}));
@@ -113,7 +113,7 @@ TEST(Type1CMapCodes, ACodeThatAnotherGlyphHoldsIsNotGivenTwice) {
 
 TEST(Type1CMapCodes, CodeZeroOfAnEncodingIsNone) {
     LoadedCff cff(namesWithEncoding({0, 0}));
-    EXPECT_EQ(cff.giveGlyphCode(2), 128);
+    EXPECT_EQ(cff.giveGlyphCode(2), 1);
 }
 
 TEST(Type1CMapCodes, AGlyphWithoutANameHasNoCode) {
@@ -123,7 +123,7 @@ TEST(Type1CMapCodes, AGlyphWithoutANameHasNoCode) {
     EXPECT_EQ(cff.giveGlyphCode(FS_NO_GLYPH), 0);
     EXPECT_EQ(cff.giveCharCode(0x80, FS_NO_GLYPH), 0);
     EXPECT_EQ(cff.unicodeCode(0x80), 0);
-    EXPECT_EQ(cff.nextCode, 127);
+    EXPECT_EQ(cff.nextCode, 0);
 }
 
 TEST(Type1CMapCodes, CIDKeyedFontsHaveNone) {

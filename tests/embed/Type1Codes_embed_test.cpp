@@ -36,14 +36,14 @@ TEST_F(Type1Codes, WhatTheFontLacksHasNone) {
 }
 
 TEST_F(Type1Codes, GlyphsAreHandedOutCodesWithTheirNames) {
-    EXPECT_EQ(font.font().getType1GlyphIDCode(TestFont::kB, 0), 128);
-    EXPECT_EQ(font.font().getType1CharCode('B', 0), 128);
+    EXPECT_EQ(font.font().getType1GlyphIDCode(TestFont::kB, 0), 1);
+    EXPECT_EQ(font.font().getType1CharCode('B', 0), 1);
     std::string name;
-    EXPECT_TRUE(font.font().getType1GlyphName(0, 128, name, 0));
+    EXPECT_TRUE(font.font().getType1GlyphName(0, 1, name, 0));
     EXPECT_EQ(name, "B");
     unsigned char code = 0;
     EXPECT_TRUE(font.font().getType1CMapPair(0, 0, code, name, 0));
-    EXPECT_EQ(code, 128);
+    EXPECT_EQ(code, 1);
     EXPECT_FALSE(font.font().getType1CMapPair(0, 1, code, name, 0));
     ASSERT_NE(font.font().getType1CMapArray(0, 0), nullptr);
     EXPECT_EQ(font.font().getType1CMapArray(0, 0)->size(), 1U);
@@ -88,6 +88,18 @@ TEST(Type1CodesOf, AFaceThatIsNotLoadedHasNone) {
     EXPECT_EQ(font->getType1GlyphIDCode(1, 0), 0);
 }
 
+TEST(Type1CodesOf, FontProgram0IsLeftToAnEncodingOfTheFontsOwn) {
+    TestFont source = TestFont::openType();
+    CffSections table;
+    table.encoding = Bytes{0, 1, 0x90};
+    table.charset = Bytes{0}.u16s({1, 34, 35}); // space, A, B
+    table.charStrings = std::vector<Bytes>(TestFont::kOpenTypeGlyphs, Bytes{14});
+    table.privateDict = CffPrivate{};
+    EmbeddableFont font(source.with("CFF ", table).build());
+    EXPECT_EQ(font.font().getType1GlyphIDCode(1, 0), 0x90);
+    EXPECT_EQ(font.font().getType1GlyphIDCode(TestFont::kB, 0), 0x0101);
+}
+
 TEST(Type1CodesOf, MembersOfACollectionHaveCodesOfTheirOwn) {
     const TestFont source = TestFont::openType();
     std::istringstream stream(collectionOf({source, source}).build().str());
@@ -97,13 +109,13 @@ TEST(Type1CodesOf, MembersOfACollectionHaveCodesOfTheirOwn) {
     ASSERT_TRUE(font->scanFont(error, stream));
     for (const int face : {0, 1})
         ASSERT_TRUE(font->loadFont(error, face, &stream));
-    EXPECT_EQ(font->getType1GlyphIDCode(TestFont::kA, 0), 128);
-    EXPECT_EQ(font->getType1GlyphIDCode(TestFont::kB, 1), 128);
+    EXPECT_EQ(font->getType1GlyphIDCode(TestFont::kA, 0), 1);
+    EXPECT_EQ(font->getType1GlyphIDCode(TestFont::kB, 1), 1);
     std::string name;
-    EXPECT_TRUE(font->getType1GlyphName(0, 128, name, 1));
+    EXPECT_TRUE(font->getType1GlyphName(0, 1, name, 1));
     EXPECT_EQ(name, "B");
     KWMemStream out;
-    ASSERT_TRUE(font->getType1EmbedFont({128}, out, &stream, 1));
+    ASSERT_TRUE(font->getType1EmbedFont({1}, out, &stream, 1));
     EXPECT_EQ(bytesOf(out), renumbered(source.extras.get("CFF "), {TestFont::kB}));
 }
 

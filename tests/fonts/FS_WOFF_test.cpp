@@ -396,9 +396,9 @@ TEST_F(WoffFileAndSource, TheWholeFileOutlivesTheFontThatGaveIt) {
 }
 
 TEST_F(WoffFileAndSource, FreeTypeOpensTheUnpackedFont) {
+    EXPECT_EQ(woff->getFTFace(1), nullptr);
     EXPECT_NE(woff->getFTFace(0), nullptr);
     EXPECT_EQ(woff->getFTFace(0), woff->getFTFace(0));
-    EXPECT_EQ(woff->getFTFace(1), nullptr);
 }
 
 TEST(Woff, SettingsOfTheFileHoldForTheFontInside) {

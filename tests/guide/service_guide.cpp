@@ -66,7 +66,7 @@ Lacking lacking(const FS_FontInfo& font, int weight, bool italic) {
 //! [where]
 /// The file behind a name, empty when there is none; nothing is opened.
 UnicodeString fileOf(const UnicodeString& name) {
-    return FS_FontInfo().getFontFolderPath(name, 400, false, 5, nullptr).getLocalPath();
+    return FS_FontInfo::getFontFolderPath(name, 400, false, 5, nullptr).getLocalPath();
 }
 
 /// The name to show for a font that a document names in whatever way.

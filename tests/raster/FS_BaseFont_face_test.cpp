@@ -149,7 +149,25 @@ TEST(FTFace, AnIndexThatTheFileDoesNotHaveIsNoFaceAndSpoilsNothing) {
     const auto font = probe(folder.uri("font.ttf"));
     EXPECT_EQ(font->getFTFace(-1), nullptr);
     EXPECT_EQ(font->getFTFace(1), nullptr);
-    EXPECT_NE(font->getFTFace(0), nullptr);
+    FT_Face face = font->getFTFace(0);
+    EXPECT_NE(face, nullptr);
+    for (const int any : {-1, 1, 99})
+        EXPECT_EQ(font->getFTFace(any), face) << "once it is open";
+}
+
+TEST(FTFace, TheFaceIsClosedBeforeTheBytesThatItUsesAreGone) {
+    static int first;
+    first = -1;
+    {
+        const auto font = probe(dataUri(squares().build()));
+        FT_Face face = font->getFTFace(0);
+        ASSERT_NE(face, nullptr);
+        ASSERT_GT(font->bytesHeld(), 0U);
+        face->generic.finalizer = [](void* object) {
+            first = static_cast<FT_Face>(object)->stream->base[1];
+        };
+    }
+    EXPECT_EQ(first, 1) << "the version 0x00010000";
 }
 
 TEST(FTFace, AFetcherThatThrowsIsNoFace) {

@@ -1,11 +1,13 @@
 #include "registry/EudcFonts.h"
 
+#include "fonts/FaceFixture.h"
 #include "registry/FolderScan.h"
 #include "registry/RegistryFixture.h"
+#include "support/DefaultLocale.h"
 #include "support/SystemDouble.h"
+#include "support/WoffFile.h"
 
 #include <gmock/gmock.h>
-#include <unicode/locid.h>
 
 #include <map>
 #include <string>
@@ -58,22 +60,6 @@ public:
 
 private:
     std::map<std::pair<RegistryHive, std::u16string>, std::vector<RegistryText>> values_;
-};
-
-/// The process's default locale, for the scope.
-class DefaultLocale {
-public:
-    explicit DefaultLocale(const char* name) { set(icu::Locale(name)); }
-    ~DefaultLocale() { set(before_); }
-    DefaultLocale(const DefaultLocale&) = delete;
-    DefaultLocale& operator=(const DefaultLocale&) = delete;
-
-private:
-    static void set(const icu::Locale& locale) {
-        UErrorCode status = U_ZERO_ERROR;
-        icu::Locale::setDefault(locale, status);
-    }
-    icu::Locale before_;
 };
 
 std::string utf8(const UnicodeString& text) {
@@ -167,6 +153,15 @@ TEST_F(EudcFonts, RangesPastThePlaneAreCutOff) {
     EXPECT_FALSE(service().isEudcCodePoint(0x10000));
 }
 
+TEST_F(EudcFonts, ARangeThatRunsBackwardsSetsNothingAndIsARangeAllTheSame) {
+    FakeRegistry registry;
+    registry.setRanges(u"E7FF-E000");
+    readEudcRanges(service());
+    EXPECT_TRUE(service().eudcRangeGiven);
+    for (const int ch : {0xE000, 0xE400, 0xE7FF})
+        EXPECT_FALSE(service().isEudcCodePoint(ch));
+}
+
 TEST_F(EudcFonts, ARangeOfAnotherTypeIsNone) {
     FakeRegistry registry;
     registry.setRanges(u"E000-E7FF", RegistryType::multiString);
@@ -242,6 +237,23 @@ TEST_F(EudcFonts, FamiliesOfTheCodePagesGetTheirFilesAndTheFirstStays) {
                                               Pair("Delta", "configured.tte")));
 }
 
+TEST_F(EudcFonts, CodePagesGoInTheirOrder) {
+    FakeRegistry registry;
+    const std::u16string pages[] = {u"950", u"949", u"936", u"932"};
+    for (std::size_t i = 0; i < 4; ++i) {
+        // The family of this number stands under the pages up to this one.
+        for (std::size_t family = i; family < 4; ++family) {
+            registry.setUser(u"EUDC\\" + pages[i],
+                             u"Family" + std::u16string(1, u'0' + char16_t(family)),
+                             path(std::filesystem::path(pages[i]).string() + ".tte"));
+        }
+    }
+    readEudcRegistry(service());
+    EXPECT_THAT(links(),
+                UnorderedElementsAre(Pair("Family0", "950.tte"), Pair("Family1", "949.tte"),
+                                     Pair("Family2", "936.tte"), Pair("Family3", "932.tte")));
+}
+
 TEST_F(EudcFonts, TheRegistryAddsNothingToWhatTheConfigurationGave) {
     const DefaultLocale japanese("ja_JP");
     FakeRegistry registry;
@@ -278,13 +290,18 @@ TEST_F(EudcFonts, TheDefaultFontIsLoadedForBothDirectionsUnderNamesOfItsOwn) {
 }
 
 TEST_F(EudcFonts, ADefaultFontOfAnotherTypeIsNotLoaded) {
-    for (const char* const name : {"a.ttc", "a.dfont", "a.woff", "a.afm"}) {
-        write(name, privateFont(u"Own Signs", {0xE000}));
+    const Bytes sfnt = privateFont(u"Own Signs", {0xE000}).build();
+    const Bytes collection = collectionOf({privateFont(u"Own Signs", {0xE000})}).build();
+    const std::pair<const char*, Bytes> sources[] = {
+        {"a.ttc", collection}, {"a.woff", WoffFile::of(sfnt).build()}, {"a.dfont", sfnt}};
+    for (const auto& [name, bytes] : sources) {
+        files().write(name, bytes);
         service().eudcSystemDefault = uriOf(name);
         loadDefaultEudcFont(service());
         EXPECT_FALSE(service().defaultEudcFont) << name;
     }
     EXPECT_THAT(folderNames(), IsEmpty());
+    EXPECT_TRUE(service().errors.empty());
     write("a.otf", privateFont(u"Own Signs", {0xE000}));
     service().eudcSystemDefault = uriOf("a.otf");
     loadDefaultEudcFont(service());
@@ -322,7 +339,7 @@ TEST_F(EudcFonts, ADefaultFontThatDoesNotOpenIsToldAndKeptUnused) {
 
 // --- fonts of single families -------------------------------------------------------------------
 
-TEST_F(EudcFonts, AFamilyIsLinkedByItsLightestUprightFace) {
+TEST_F(EudcFonts, AFamilyIsLinkedByTheFaceThatSortsFirst) {
     loadBase({{"italic.ttf", namedFont(u"Alpha", 300, true)},
               {"bold.ttf", namedFont(u"Alpha", 700)},
               {"light.ttf", namedFont(u"Alpha", 300)}});
@@ -335,6 +352,49 @@ TEST_F(EudcFonts, AFamilyIsLinkedByItsLightestUprightFace) {
     EXPECT_THAT(eudcFiles(), ElementsAre("own/a.tte"));
     EXPECT_EQ(found(u"Alpha-RegularOwnSigns-Regular"), "own/a.tte") << "under a name made of both";
     EXPECT_EQ(found(u"OwnSigns-Regular"), "");
+}
+
+TEST_F(EudcFonts, ALighterItalicFaceGoesBeforeTheUprightOneOfNormalWeight) {
+    loadBase({{"italic.ttf", namedFont(u"Alpha", 300, true)}, {"a.ttf", namedFont(u"Alpha")}});
+    write("own/a.tte", privateFont(u"Own Signs", {0xE000}));
+    service().eudcMap.emplace(u"Alpha", uriOf("own/a.tte"));
+    linkEudcMap(service());
+    EXPECT_EQ(linkOf(u"Alpha", 300, true), "own/a.tte");
+    EXPECT_EQ(linkOf(u"Alpha", 400), "");
+}
+
+TEST_F(EudcFonts, TheFamilyIsAskedForItsNormalStyleBeforeWhichFillsItsGaps) {
+    loadBase({{"italic.ttf", namedFont(u"Alpha", 300, true)}, {"b.ttf", namedFont(u"Alpha", 700)}});
+    write("own/a.tte", privateFont(u"Own Signs", {0xE000}));
+    service().eudcMap.emplace(u"Alpha", uriOf("own/a.tte"));
+    linkEudcMap(service());
+    EXPECT_EQ(linkOf(u"Alpha", 700), "own/a.tte") << "as the upright face of weight 100";
+}
+
+TEST_F(EudcFonts, AFaceOfACollectionIsLinkedByItself) {
+    files().write("base/two.ttc", collectionOf({namedFont(u"Zeta"), namedFont(u"Alpha")}).build());
+    loadBase({});
+    FS_BaseFont& base = *service().fontPool.fonts.at(0);
+    FS_FontPool::addName(service().aliasPool.byName, normaliseFontName(u"Nickname"), {&base, 1},
+                         FS_FontKey());
+    write("own/a.tte", privateFont(u"Own Signs", {0xE000}));
+    service().eudcMap.emplace(u"Nickname", uriOf("own/a.tte"));
+    linkEudcMap(service());
+    EXPECT_FALSE(base.getEudcFont(0));
+    ASSERT_TRUE(base.getEudcFont(1));
+    EXPECT_EQ(utf8(base.getEudcFont(1).font->getPostScriptName(0, 0)),
+              "Alpha-RegularOwnSigns-Regular");
+}
+
+TEST_F(EudcFonts, ALinkedFontIsNotOpenedBeforeItIsNeeded) {
+    loadBase({{"a.ttf", namedFont(u"Alpha")}});
+    TestFont font = privateFont(u"Own Signs", {0xE000});
+    font.without("cmap");
+    write("own/a.tte", font);
+    service().eudcMap.emplace(u"Alpha", uriOf("own/a.tte"));
+    linkEudcMap(service());
+    EXPECT_EQ(linkOf(u"Alpha"), "own/a.tte");
+    EXPECT_TRUE(service().errors.empty());
 }
 
 TEST_F(EudcFonts, AnAliasStandsForTheFamilyOfItsFont) {
@@ -362,12 +422,13 @@ TEST_F(EudcFonts, AFamilyThatIsNotThereLeavesItsFontLoadedWithoutANameAndGoesOn)
     linkEudcMap(service());
     EXPECT_THAT(eudcFiles(), ElementsAre("own/a.tte", "own/a.tte"));
     EXPECT_EQ(linkOf(u"Beta"), "own/a.tte");
+    EXPECT_EQ(found(u"OwnSigns-Regular"), "");
 }
 
 TEST_F(EudcFonts, FilesThatAreMissingExcludedOrOfAnotherTypeLinkNothing) {
     loadBase({{"a.ttf", namedFont(u"Alpha")}});
     write("own/excluded.tte", privateFont(u"Own Signs", {0xE000}));
-    write("own/c.ttc", privateFont(u"Own Signs", {0xE000}));
+    files().write("own/c.ttc", collectionOf({privateFont(u"Own Signs", {0xE000})}).build());
     files().write("own/d.tte", "no font");
     addFolder("own", false).optionsOf(u"excluded.tte").fontExclude = true;
     for (const char* const name : {"own/gone.tte", "own/excluded.tte", "own/c.ttc", "own/d.tte"}) {

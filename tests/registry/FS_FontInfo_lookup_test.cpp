@@ -244,8 +244,8 @@ TEST_F(Lookup, QueriesByNameAskTheExtraFontsFirst) {
     const KWPtr<PooledFont> brought(new PooledFont(u"/document/brought.ttf"));
     extra.fonts.push_back(brought);
     FS_FontPool::addName(extra.byName, u"NAME", {brought.get(), 0}, FS_FontKey());
-    EXPECT_EQ(FS_FontInfo().getFontFolderPath(u"Name", 0, false, 0, &extra), brought->getUri());
-    EXPECT_EQ(FS_FontInfo().getFontFolderPath(u"Name", 0, false, 0, nullptr), real->getUri());
+    EXPECT_EQ(FS_FontInfo::getFontFolderPath(u"Name", 0, false, 0, &extra), brought->getUri());
+    EXPECT_EQ(FS_FontInfo::getFontFolderPath(u"Name", 0, false, 0, nullptr), real->getUri());
 }
 
 TEST_F(Lookup, FontFolderPathIsDespiteItsNameTheUriOfTheFile) {
@@ -253,14 +253,14 @@ TEST_F(Lookup, FontFolderPathIsDespiteItsNameTheUriOfTheFile) {
     write("b.ttf", namedFont(u"Alpha", 700));
     ASSERT_EQ(addAll(), 2);
     const FS_FontInfo none;
-    EXPECT_EQ(none.getFontFolderPath(u"alpha", 700, false, 0, nullptr), files.uri("b.ttf"));
-    EXPECT_TRUE(none.getFontFolderPath(u"beta", 700, false, 0, nullptr).isEmpty());
+    EXPECT_EQ(FS_FontInfo::getFontFolderPath(u"alpha", 700, false, 0, nullptr), files.uri("b.ttf"));
+    EXPECT_TRUE(FS_FontInfo::getFontFolderPath(u"beta", 700, false, 0, nullptr).isEmpty());
 }
 
 TEST_F(Lookup, FontFolderPathOpensNothing) {
     const auto font = pooled(service().fontPool, u"Main");
     font->opens = false;
-    EXPECT_EQ(FS_FontInfo().getFontFolderPath(u"Main", 0, false, 0, nullptr), font->getUri());
+    EXPECT_EQ(FS_FontInfo::getFontFolderPath(u"Main", 0, false, 0, nullptr), font->getUri());
     EXPECT_EQ(font->loads, 0);
 }
 

@@ -1,5 +1,6 @@
 #include "registry/FolderScan.h"
 
+#include "fonts/FaceFixture.h"
 #include "registry/RegistryFixture.h"
 #include "support/SystemDouble.h"
 
@@ -376,6 +377,19 @@ TEST_F(FolderScan, AnAliasTakesTheFaceOfItsEntry) {
     scanFolders(service());
     EXPECT_EQ(service().aliasPool.byName.at(u"THIRD").begin()->second.face, 2);
     EXPECT_EQ(service().aliasPool.byName.at(u"FAR").begin()->second.face, 0x7FFF);
+}
+
+TEST_F(FolderScan, AnAliasOfEntryZeroIsAFaceThatNoFontHas) {
+    files().write("a.ttc", collectionOf({namedFont(u"Alpha"), namedFont(u"Beta")}).build());
+    alias(addFolder("", false), u"a.ttc", {u"None"}, -1);
+    alias(*service().folders[0], u"a.ttc", {u"Deep"}, -0x7FFFFFFF);
+    scanFolders(service());
+    for (const char16_t* const name : {u"NONE", u"DEEP"}) {
+        const FS_FontRef ref = service().aliasPool.byName.at(name).begin()->second;
+        EXPECT_EQ(ref.face, -1);
+        KWError error;
+        EXPECT_FALSE(ref.font->loadFont(error, ref.face, nullptr));
+    }
 }
 
 TEST_F(FolderScan, AnAliasOfAFileThatFailedToLoadHasNoEffectAndNoReport) {

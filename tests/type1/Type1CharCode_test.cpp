@@ -10,6 +10,8 @@ namespace {
 /// A font of some glyphs, as its metrics file and its program describe it.
 class CharCode : public testing::Test {
 protected:
+    CharCode() { codes.nextCode = Type1CodeMap::kLastOwnCode; }
+
     void setMetrics(std::vector<Type1CharMetric> records) {
         metrics = Type1Metrics(std::move(records));
         metrics.addAll();
