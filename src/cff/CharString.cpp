@@ -45,7 +45,6 @@ constexpr std::array<Word, kEscapedOperators> kEscapes = [] {
 }();
 
 constexpr std::uint8_t kEscape = 12;
-constexpr std::uint8_t kShortInteger = 28;
 
 } // namespace
 
@@ -96,7 +95,7 @@ std::optional<ByteView> CharStringSubrs::find(bool isGlobal, int operand) const 
 
 /// Operators, the longer numbers, and what is cut off.
 bool CharStringScanner::readOther(std::uint8_t first) {
-    isNumber_ = first == kShortInteger || first >= 32;
+    isNumber_ = first == kCharStringShortInteger || first >= 32;
     if (isNumber_ ? readNumber(first) : readOperator(first))
         return true;
     at_ = bytes_.size();
@@ -104,26 +103,12 @@ bool CharStringScanner::readOther(std::uint8_t first) {
 }
 
 bool CharStringScanner::readNumber(std::uint8_t first) {
-    const std::size_t more = first == kShortInteger ? 2 : first == kFixed ? 4 : 1;
+    const std::size_t more = charStringNumberSize(first) - 1;
     if (!bytes_.contains(at_, more))
         return false;
     at_ += more;
     takeNumber();
     return true;
-}
-
-int CharStringScanner::numberAt(std::size_t place) const {
-    const std::uint8_t* const bytes = bytes_.data() + place;
-    const int first = bytes[0];
-    if (first == kShortInteger)
-        return ByteView::loadI16(bytes + 1);
-    if (first <= 246)
-        return first - 139;
-    if (first <= 250)
-        return (first - 247) * 256 + bytes[1] + 108;
-    if (first < kFixed)
-        return -(first - 251) * 256 - bytes[1] - 108;
-    return static_cast<int>(ByteView::loadU32(bytes + 1));
 }
 
 bool CharStringScanner::readOperator(std::uint8_t first) {

@@ -27,6 +27,32 @@ extern const std::array<FS_Word, 32> kCharStringOperators;
 FS_Word charStringOperator(std::uint8_t byte);
 FS_Word charStringEscape(std::uint8_t second);
 
+/// The first bytes of the numbers that are longer than two.
+inline constexpr std::uint8_t kCharStringShortInteger = 28;
+inline constexpr std::uint8_t kCharStringFixed = 255;
+
+/// The bytes that a number takes, by the first of them.
+constexpr std::size_t charStringNumberSize(std::uint8_t first) {
+    return first == kCharStringShortInteger ? 3
+           : first == kCharStringFixed      ? 5
+           : first < 247                    ? 1
+                                            : 2;
+}
+/// The number that begins at a byte, all of which is there; one of form 255 as the 32 bits that it
+/// has.
+inline int charStringNumber(const std::uint8_t* bytes) {
+    const int first = bytes[0];
+    if (first == kCharStringShortInteger)
+        return ByteView::loadI16(bytes + 1);
+    if (first <= 246)
+        return first - 139;
+    if (first <= 250)
+        return (first - 247) * 256 + bytes[1] + 108;
+    if (first < kCharStringFixed)
+        return -(first - 251) * 256 - bytes[1] - 108;
+    return static_cast<int>(ByteView::loadU32(bytes + 1));
+}
+
 /// The subrs that a charstring may call.
 struct CharStringSubrs {
     const CFFIndex& global;
@@ -101,8 +127,8 @@ public:
         return true;
     }
 
-    /// To the next operator, and `each(place)` for where the numbers before it begin; false at the
-    /// end. What `next` does, at a greater pace.
+    /// To the next operator, and `each(begin, count)` for numbers before it that stand side by
+    /// side; false at the end. What `next` does, at a greater pace.
     template <class Each>
     bool nextOperator(Each&& each) {
         do {
@@ -110,18 +136,16 @@ public:
             if (!next())
                 return false;
             if (isNumber_)
-                each(numberStart_);
+                each(numberStart_, 1);
         } while (isNumber_);
         return true;
     }
 
     bool isNumber() const { return isNumber_; }
-    /// The number; one of form 255 as the 32 bits that it has.
-    int number() const { return numberAt(numberStart_); }
+    /// As `charStringNumber`.
+    int number() const { return charStringNumber(bytes_.data() + numberStart_); }
     /// True for form 255, which stands for 65536ths.
-    bool isFixed() const { return isNumber_ && bytes_.data()[numberStart_] == kFixed; }
-    /// The number that begins at a place which this has gone past.
-    int numberAt(std::size_t place) const;
+    bool isFixed() const { return isNumber_ && bytes_.data()[numberStart_] == kCharStringFixed; }
 
     /// The empty word for a number, too.
     FS_Word op() const { return op_; }
@@ -147,10 +171,11 @@ private:
     static constexpr std::uint32_t kOthers = 1U << 10 | 1U << 29 | 1U << 11 | 1U << 12 | 1U << 1 |
                                              1U << 3 | 1U << 18 | 1U << 23 | 1U << 19 | 1U << 20 |
                                              1U << 28;
-    static constexpr std::uint8_t kFixed = 255;
 
     /// True for the first byte of a number of one byte or two.
-    static bool isShortNumber(std::uint8_t first) { return first >= 32 && first != kFixed; }
+    static bool isShortNumber(std::uint8_t first) {
+        return first >= 32 && first != kCharStringFixed;
+    }
     /// 2 from 247 on. Reckoned, since no processor guesses well how long the next number is.
     static std::size_t shortNumberSize(std::uint8_t first) { return 1 + ((first + 9U) >> 8); }
 
@@ -163,7 +188,7 @@ private:
         const std::size_t size = bytes_.size();
         std::size_t at = at_;
         std::size_t begin = at;
-        int count = 0;
+        std::size_t count = 0;
         std::uint8_t first = at < size ? bytes[at] : std::uint8_t{0};
         for (; at + 2 < size && isShortNumber(first); ++count) {
             const unsigned ahead = bytes[at + 1] | unsigned{bytes[at + 2]} << 8;
@@ -171,14 +196,16 @@ private:
             begin = at;
             at += 1 + more;
             first = static_cast<std::uint8_t>(ahead >> (more * 8));
-            each(begin);
         }
         if (count == 0)
             return;
+        each(at_, count);
         at_ = at;
         numberStart_ = begin;
         isNumber_ = true;
-        counts_.operands = std::min(counts_.operands + count, KWCommonNS::kMaxCharStringOperands);
+        constexpr std::size_t kMost = KWCommonNS::kMaxCharStringOperands;
+        counts_.operands =
+            static_cast<int>(std::min(static_cast<std::size_t>(counts_.operands) + count, kMost));
     }
 
     bool readOther(std::uint8_t first);

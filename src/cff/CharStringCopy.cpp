@@ -22,7 +22,7 @@ void copyCharString(std::vector<std::uint8_t>& output, ByteView charString, Subr
     };
     std::size_t copied = 0;
     CharStringScanner scanner(charString, counts);
-    while (scanner.nextOperator([](std::size_t) {})) {
+    while (scanner.nextOperator([](std::size_t, std::size_t) {})) {
         const auto operand = scanner.callOperand();
         if (!operand)
             continue;

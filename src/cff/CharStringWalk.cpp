@@ -67,9 +67,9 @@ SubrWalker::SubrWalker(const CharStringSubrs& subrs, CharStringBudget& budget,
     : subrs_(subrs), budget_(&budget), globalEntries_(globalEntries), localEntries_(localEntries),
       fontDict_(fontDict) {}
 
-void SubrWalker::Effect::addOperands(int more) {
+void SubrWalker::Effect::addOperands(std::int64_t more) {
     // Below 0 it takes what others left, if there is any; with many, the limit may strike.
-    const int sum = operands + more;
+    const std::int64_t sum = operands + more;
     isKnown = isKnown && sum >= 0 && sum <= kMostOperands;
     operands = static_cast<std::int16_t>(isKnown ? sum : 0);
 }
@@ -97,13 +97,20 @@ void SubrWalker::Effect::add(const Effect& more) {
         static_cast<std::int16_t>(std::min(stems + more.stems, KWCommonNS::kMaxCharStringStems));
 }
 
-SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& counts, int depth) {
+SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& counts, int depth,
+                                    Look* look) {
     Effect effect{.isKnown = true, .isLeaf = true};
     if (!budget_->charge(charString.size()))
         return {};
     CharStringScanner scanner(charString, counts);
-    int numbers = 0;
-    while (scanner.nextOperator([&numbers](std::size_t) { ++numbers; })) {
+    bool hasEnded = false;
+    std::int64_t numbers = 0;
+    const auto note = [&numbers, look](std::size_t begin, std::size_t count) {
+        numbers += static_cast<std::int64_t>(count);
+        if (look != nullptr)
+            look->numbers.add(begin, count);
+    };
+    while (scanner.nextOperator(note)) {
         effect.addOperands(std::exchange(numbers, 0));
         switch (scanner.op()) {
         case FS_Word::callsubr:
@@ -129,18 +136,24 @@ SubrWalker::Effect SubrWalker::walk(ByteView charString, CharStringCounts& count
             effect.clear(false);
         }
         if (scanner.op() == FS_Word::endchar) {
-            effect.isLeaf = effect.isLeaf && scanner.start() + 1 == charString.size();
+            hasEnded = true;
             break;
         }
     }
+    if (look != nullptr) {
+        look->isLeaf = effect.isLeaf;
+        look->hasEnded = hasEnded;
+    }
+    if (hasEnded && scanner.start() + 1 < charString.size())
+        effect.isLeaf = false;
     if (scanner.isMask())
         effect.isKnown = false; // cut off: behind fewer stems it would be whole
     effect.addOperands(numbers);
     return effect;
 }
 
-SubrWalker::Effect SubrWalker::call(bool isGlobal, int operand, CharStringCounts& counts,
-                                    int depth) {
+SubrWalker::Effect SubrWalker::call(bool isGlobal, int operand, CharStringCounts& counts, int depth,
+                                    Look* look) {
     if (const Effect* const plain = plainEffect(isGlobal, operand, counts)) {
         plain->apply(counts);
         return *plain;
@@ -167,7 +180,7 @@ SubrWalker::Effect SubrWalker::call(bool isGlobal, int operand, CharStringCounts
         return {};
     }
     const bool wasCutBefore = std::exchange(wasCut_, false);
-    const Effect effect = walk(*subr, counts, depth + 1);
+    const Effect effect = walk(*subr, counts, depth + 1, look);
     SubrTable<Effect>& plain = isGlobal ? plainGlobals_ : plainLocals_;
     if (!effect.isKnown || !budget_->charge(plain.costOf(operand)) ||
         !plain.insert(operand, effect))

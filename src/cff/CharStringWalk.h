@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cff/CharString.h"
+#include "cff/NumberRun.h"
 #include "cff/SubrTable.h"
 
 #include <algorithm>
@@ -39,6 +40,13 @@ void walkCharString(ByteView charString, CharStringTokens& tokens, const CharStr
 /// it is looked at for each of the counts that it is entered with.
 class SubrWalker {
 public:
+    /// What a look at a subr shows beside the counts.
+    struct Look {
+        bool isLeaf = false;   ///< it was looked at just now, all of it, and calls nothing
+        bool hasEnded = false; ///< with `endchar`
+        NumberRun numbers;     ///< of a leaf
+    };
+
     /// @param subrs          alive as long as this object, as are the entries and the budget
     /// @param globalEntries  null, or gets the subrs that are called and not in it yet
     /// @param localEntries   likewise
@@ -59,11 +67,12 @@ public:
     /// As `walkCharString`.
     void walk(ByteView charString, CharStringCounts& counts) { walk(charString, counts, 0); }
     /// What the subr of a call does to the counts.
-    void call(bool isGlobal, int operand, CharStringCounts& counts) {
+    /// @param look  null, or gets what else there is to see
+    void call(bool isGlobal, int operand, CharStringCounts& counts, Look* look = nullptr) {
         if (const Effect* const plain = plainEffect(isGlobal, operand, counts))
             plain->apply(counts);
         else
-            call(isGlobal, operand, counts, 0);
+            call(isGlobal, operand, counts, 0, look);
     }
     /// True for a subr that was called and goes through the same bytes whatever the counts are.
     bool isPlain(bool isGlobal, int operand) const {
@@ -95,12 +104,13 @@ private:
         }
         /// As if another charstring stood behind.
         void add(const Effect& more);
-        void addOperands(int more);
+        void addOperands(std::int64_t more);
         void clear(bool intoStems);
     };
 
-    Effect walk(ByteView charString, CharStringCounts& counts, int depth);
-    Effect call(bool isGlobal, int operand, CharStringCounts& counts, int depth);
+    Effect walk(ByteView charString, CharStringCounts& counts, int depth, Look* look = nullptr);
+    Effect call(bool isGlobal, int operand, CharStringCounts& counts, int depth,
+                Look* look = nullptr);
     /// Null for what is not known, and where the counts are too high for it.
     const Effect* plainEffect(bool isGlobal, int operand, const CharStringCounts& counts) const {
         return counts.operands <= Effect::kMostOperands

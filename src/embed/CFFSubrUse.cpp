@@ -56,29 +56,29 @@ void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* acc
     if (accents != nullptr)
         accents->begin(*user.walker);
     bool hasEnded = !findBudget_.charge(charString.size());
+    if (hasEnded)
+        accents = nullptr;
     std::size_t noted = 0;
     CharStringCounts counts;
     CharStringScanner scan(charString, counts);
-    SeacStack::Run run;
-    const auto toNextOperator = [&] {
-        return accents != nullptr ? scan.nextOperator([&run](std::size_t place) { run.add(place); })
-                                  : scan.nextOperator([](std::size_t) {});
-    };
-    while (toNextOperator()) {
+    NumberRun run;
+    while (scan.nextOperator([&run](std::size_t at, std::size_t count) { run.add(at, count); })) {
         const bool isEnd = scan.op() == FS_Word::endchar;
         if (!isEnd && !scan.isCall())
             continue;
-        if (accents != nullptr && !hasEnded)
-            accents->numbers(run, scan);
+        if (accents != nullptr)
+            accents->numbers(run, charString);
+        run.clear();
         if (isEnd) {
-            if (accents != nullptr && !hasEnded)
+            if (accents != nullptr)
                 accents->endchar();
             // What stands behind is not used, only renumbered.
             hasEnded = true;
+            accents = nullptr;
             continue;
         }
         const auto operand = scan.callOperand();
-        if (accents != nullptr && !hasEnded)
+        if (accents != nullptr)
             accents->call(scan.isGlobalCall(), operand, counts);
         if (!operand)
             continue;
@@ -87,7 +87,9 @@ void CFFSubrUse::add(ByteView charString, std::uint8_t fontDict, SeacFinder* acc
                  *operand);
             noted = scan.start();
         }
-        (hasEnded ? counterOf(fontDict) : *user.walker).call(scan.isGlobalCall(), *operand, counts);
+        if (accents == nullptr)
+            (hasEnded ? counterOf(fontDict) : *user.walker)
+                .call(scan.isGlobalCall(), *operand, counts);
     }
     callEnds_.push_back(static_cast<std::uint32_t>(calls_.size()));
 }

@@ -89,6 +89,7 @@ private:
     bool addGlyphs(std::vector<std::uint16_t> gids, AccentParts* accents);
     bool collectGlyphs(const std::vector<unsigned short>& listed);
     bool orderGlyphs();
+    void renumberStrings();
     bool writeHead();
     bool writeStrings();
     bool writeCharset();
@@ -230,29 +231,34 @@ std::uint16_t RenumberedSubset::newSID(std::uint16_t sid) const {
 bool RenumberedSubset::orderGlyphs() {
     for (SubsetGlyph& glyph : glyphs_) {
         glyph.key = font_.isCID ? glyph.gid : font_.getSIDOfGlyph(glyph.gid);
-        if (!font_.isCID && isCustomSID(glyph.key))
-            usedSIDs_.push_back(glyph.key);
         if (usedFDs_.empty() || usedFDs_.back() != glyph.fontDict)
             usedFDs_.push_back(glyph.fontDict);
     }
     sortOut(usedFDs_);
-    sortOut(usedSIDs_);
-    if (!font_.isCID) {
-        auto strings = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
-        sortOut(strings);
-        std::vector<std::uint16_t> all;
-        std::ranges::set_union(usedSIDs_, strings, std::back_inserter(all));
-        usedSIDs_ = std::move(all);
-    }
-    for (SubsetGlyph& glyph : glyphs_)
-        if (!font_.isCID && isCustomSID(glyph.key))
-            glyph.key = newSID(glyph.key);
     if (!std::ranges::is_sorted(glyphs_, {}, &SubsetGlyph::key))
         std::ranges::stable_sort(glyphs_, {}, &SubsetGlyph::key);
     const auto sameKey = [](const SubsetGlyph& a, const SubsetGlyph& b) { return a.key == b.key; };
     glyphs_.erase(std::unique(glyphs_.begin(), glyphs_.end(), sameKey), glyphs_.end());
+    if (!font_.isCID)
+        renumberStrings();
     subrs_->renumber();
     return true;
+}
+
+/// The new ids ascend with the old ones: the order of the glyphs stays.
+void RenumberedSubset::renumberStrings() {
+    auto strings = stringsOfTopDict(ByteView(topDict_.data(), topDict_.size()));
+    sortOut(strings);
+    const auto custom = std::ranges::find_if(glyphs_, isCustomSID, &SubsetGlyph::key);
+    std::vector<std::uint16_t> names;
+    names.reserve(glyphs_.size());
+    std::ranges::transform(custom, glyphs_.end(), std::back_inserter(names), &SubsetGlyph::key);
+    std::ranges::set_union(names, strings, std::back_inserter(usedSIDs_));
+    auto old = usedSIDs_.begin();
+    for (auto glyph = custom; glyph != glyphs_.end(); ++glyph) {
+        old = std::find(old, usedSIDs_.end(), glyph->key);
+        glyph->key = static_cast<std::uint16_t>(kStandardStringCount + (old - usedSIDs_.begin()));
+    }
 }
 
 /// Header, names, Top DICT and strings.

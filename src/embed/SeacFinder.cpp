@@ -44,37 +44,51 @@ SeacFinder::Effect SeacFinder::walk(ByteView charString, CharStringCounts counts
     Effect effect;
     if (!budget_.charge(charString.size()))
         return effect;
-    CharStringScanner scanner(charString, counts);
-    SeacStack::Run run;
-    while (scanner.nextOperator([&run](std::size_t place) { run.add(place); })) {
-        const bool isEnd = scanner.op() == FS_Word::endchar;
-        if (!isEnd && !scanner.isCall())
+    CharStringScanner scan(charString, counts);
+    NumberRun run;
+    while (scan.nextOperator([&run](std::size_t at, std::size_t count) { run.add(at, count); })) {
+        const bool isEnd = scan.op() == FS_Word::endchar;
+        if (!isEnd && !scan.isCall())
             continue;
-        effect.stack.push(run, scanner);
+        effect.stack.push(run, charString);
+        run.clear();
         if (isEnd) {
             addEnd(effect, effect.stack);
             return effect;
         }
         effect.stack.drop(1);
-        if (const auto operand = scanner.callOperand())
-            call(scanner.isGlobalCall(), *operand, counts, effect, depth);
+        if (const auto operand = scan.callOperand())
+            call(scan.isGlobalCall(), *operand, counts, effect, depth);
     }
-    effect.stack.push(run, scanner);
+    effect.stack.push(run, charString);
+    return effect;
+}
+
+/// What `walk` answers for a subr without calls, at the same price.
+SeacFinder::Effect SeacFinder::leaf(ByteView charString, const SubrWalker::Look& look) {
+    Effect effect;
+    if (!budget_.charge(charString.size()))
+        return effect;
+    effect.stack.push(look.numbers, charString);
+    if (look.hasEnded)
+        addEnd(effect, effect.stack);
     return effect;
 }
 
 void SeacFinder::call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect,
                       int depth) {
-    const auto subr = subrs_.find(isGlobal, operand);
-    if (!subr || depth == KWCommonNS::kMaxSubrDepth)
+    if (depth == KWCommonNS::kMaxSubrDepth)
         return;
     const CharStringCounts before = counts;
-    walker_->call(isGlobal, operand, counts);
+    SubrWalker::Look look;
+    walker_->call(isGlobal, operand, counts, &look);
     const Effect* more = known(isGlobal, operand, before);
     if (more == nullptr) {
-        if (!budget_.charge(sizeof(Effect) + KWCommonNS::kKnownSubrCost))
+        const auto subr = subrs_.find(isGlobal, operand);
+        if (!subr || !budget_.charge(sizeof(Effect) + KWCommonNS::kKnownSubrCost))
             return;
-        more = &remember(isGlobal, operand, before, walk(*subr, before, depth + 1));
+        more = &remember(isGlobal, operand, before,
+                         look.isLeaf ? leaf(*subr, look) : walk(*subr, before, depth + 1));
     }
     for (const SeacStack& end : more->ends) {
         SeacStack whole = effect.stack;
@@ -87,10 +101,10 @@ void SeacFinder::call(bool isGlobal, int operand, CharStringCounts& counts, Effe
 /// Null for what is not known. Counts only matter where masks are.
 const SeacFinder::Effect* SeacFinder::known(bool isGlobal, int operand,
                                             const CharStringCounts& before) const {
-    if (walker_->isPlain(isGlobal, operand)) {
-        const std::uint32_t* const place = (isGlobal ? plainGlobals_ : plainLocals_).find(operand);
-        return place != nullptr ? &effects_[*place] : nullptr;
-    }
+    if (const std::uint32_t* const place = (isGlobal ? plainGlobals_ : plainLocals_).find(operand))
+        return &effects_[*place];
+    if (walker_->isPlain(isGlobal, operand))
+        return nullptr;
     const auto found = known_.find(subrCallKey(isGlobal, operand, before));
     return found != known_.end() ? &effects_[found->second] : nullptr;
 }

@@ -16,32 +16,20 @@ namespace KWFontService_NS {
 /// than calls take none away.
 class SeacStack {
     // Calls take the number right before them away, so the top is hardly ever dug up.
-    static constexpr unsigned kKept = 8;
+    static constexpr unsigned kKept = NumberRun::kKept;
     static constexpr unsigned kMost = 1U << 30;
 
 public:
-    /// Numbers of a charstring between calls: where the last of them begin.
-    class Run {
-    public:
-        void add(std::size_t place) { last_[count_++ % kKept] = place; }
-
-    private:
-        friend SeacStack;
-        std::array<std::size_t, kKept> last_; ///< in turns; those that were added
-        std::size_t count_ = 0;
-    };
-
-    /// Takes them: the run is empty after that.
-    /// @param scan  has gone past them
-    void push(Run& run, const CharStringScanner& scan) {
-        const std::size_t known = std::min<std::size_t>(run.count_, kKept);
-        count_ = static_cast<unsigned>(std::min<std::size_t>(count_ + (run.count_ - known), kMost));
-        for (std::size_t i = run.count_ - known; i < run.count_; ++i) {
-            const int value = scan.numberAt(run.last_[i % kKept]);
+    /// @param charString  where the numbers stand
+    void push(const NumberRun& numbers, ByteView charString) {
+        unsigned top = top_;
+        numbers.visitLast(charString, [this, &top](int value) {
             const bool isCode = value >= 0 && value <= 0xFF;
-            push(isCode ? static_cast<std::uint8_t>(value) : std::uint8_t{0});
-        }
-        run.count_ = 0;
+            codes_[top++ % kKept] = isCode ? static_cast<std::uint8_t>(value) : std::uint8_t{0};
+        });
+        top_ = static_cast<std::uint8_t>(top);
+        kept_ = static_cast<std::uint8_t>(std::min<std::size_t>(kept_ + numbers.size(), kKept));
+        count_ = static_cast<unsigned>(std::min<std::size_t>(count_ + numbers.size(), kMost));
     }
     void drop(unsigned number);
     /// As if the numbers of another stack were dropped and pushed here.
@@ -87,14 +75,15 @@ public:
     /// @param walker  knows what subrs do to the counts, alive as long as the charstring is told
     void begin(SubrWalker& walker) {
         walker_ = &walker;
-        top_ = Effect();
+        top_.stack = SeacStack();
+        top_.ends.clear();
     }
     /// Takes the numbers since the call before, or since the start, ahead of what ends them: a
     /// call, or `endchar`.
-    void numbers(SeacStack::Run& run, const CharStringScanner& scan) { top_.stack.push(run, scan); }
+    void numbers(const NumberRun& run, ByteView charString) { top_.stack.push(run, charString); }
     /// @param operand  that stands right before the call, if any
-    /// @param counts   what the charstring has before the call
-    void call(bool isGlobal, std::optional<int> operand, CharStringCounts counts) {
+    /// @param counts   gets what the subr does to it, as with the walker's `call`
+    void call(bool isGlobal, std::optional<int> operand, CharStringCounts& counts) {
         top_.stack.drop(1);
         if (operand)
             call(isGlobal, *operand, counts, top_, 0);
@@ -126,6 +115,7 @@ private:
     const Effect& remember(bool isGlobal, int operand, const CharStringCounts& before,
                            Effect effect);
     Effect walk(ByteView charString, CharStringCounts counts, int depth);
+    Effect leaf(ByteView charString, const SubrWalker::Look& look);
     void call(bool isGlobal, int operand, CharStringCounts& counts, Effect& effect, int depth);
     static void addEnd(Effect& effect, const SeacStack& end);
 

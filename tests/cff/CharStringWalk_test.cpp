@@ -288,6 +288,53 @@ TEST(SubrWalker, WhatIsKnownHoldsAtTheLimitsOfTheCounts) {
         EXPECT_EQ(afterCalls({subr, {140, 140, 11}}, befores).size(), befores.size());
 }
 
+/// What the look at local subr 0 shows.
+SubrWalker::Look lookAt(SubrWalker& walker) {
+    SubrWalker::Look look;
+    CharStringCounts counts;
+    walker.call(false, subrNumber(0), counts, &look);
+    return look;
+}
+
+TEST(SubrWalker, TheFirstLookAtALeafShowsItsNumbers) {
+    // With masks, too, and without an end.
+    for (const Bytes& subr :
+         {Bytes{140, 141, 21, 142, 14, 143}, Bytes{140, 141, 18, 19, 140, 142, 14}}) {
+        const Subrs subrs({}, {subr});
+        CharStringBudget budget(kPlenty);
+        SubrWalker walker(subrs, budget);
+        const SubrWalker::Look look = lookAt(walker);
+        EXPECT_TRUE(look.isLeaf);
+        EXPECT_TRUE(look.hasEnded);
+        std::vector<int> numbers;
+        look.numbers.visitLast(viewOf(subr), [&numbers](int number) { numbers.push_back(number); });
+        EXPECT_EQ(numbers, (std::vector<int>{1, 2, 3}));
+        EXPECT_FALSE(lookAt(walker).isLeaf);
+    }
+    const Subrs subrs({}, {{140, 11}});
+    CharStringBudget budget(kPlenty);
+    SubrWalker walker(subrs, budget);
+    EXPECT_FALSE(lookAt(walker).hasEnded);
+}
+
+TEST(SubrWalker, ASubrThatCallsIsNoLeaf) {
+    for (const Bytes& subr : {Bytes{k1, 10, 140, 14}, Bytes{140, 5, 10, 11}, Bytes{k2, 29, 11}}) {
+        const Subrs subrs({}, {subr, {140, 11}});
+        CharStringBudget budget(kPlenty);
+        SubrWalker walker(subrs, budget);
+        EXPECT_FALSE(lookAt(walker).isLeaf);
+    }
+}
+
+TEST(SubrWalker, ALookThatIsNotPaidForShowsNothing) {
+    const Subrs subrs({}, {{140, 141, 11}});
+    for (const std::size_t bytes : {std::size_t{0}, KWCommonNS::kKnownSubrCost + 2}) {
+        CharStringBudget budget(bytes);
+        SubrWalker walker(subrs, budget);
+        EXPECT_FALSE(lookAt(walker).isLeaf);
+    }
+}
+
 TEST(SubrWalker, WhatItKnowsStaysWhenNothingIsNotedAnyMore) {
     const Subrs subrs({{11}}, {{140, 11}, {141, 11}});
     CharStringBudget budget(kPlenty);

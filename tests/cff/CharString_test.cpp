@@ -188,9 +188,12 @@ TEST(CharStringScanner, ToTheNextOperatorIsTheSameAsStepByStep) {
             std::vector<int> sameNumbers;
             while ((goesOn = steps.next()) && steps.isNumber())
                 numbers.push_back(steps.number());
-            ASSERT_EQ(leaps.nextOperator(
-                          [&](std::size_t place) { sameNumbers.push_back(leaps.numberAt(place)); }),
-                      goesOn);
+            const auto read = [&](std::size_t begin, std::size_t count) {
+                for (const std::uint8_t* at = viewOf(charString).data() + begin; count > 0;
+                     --count, at += charStringNumberSize(*at))
+                    sameNumbers.push_back(charStringNumber(at));
+            };
+            ASSERT_EQ(leaps.nextOperator(read), goesOn);
             ASSERT_EQ(sameNumbers, numbers);
             ASSERT_EQ(sameCounts, counts);
             if (!goesOn)
@@ -211,11 +214,12 @@ TEST(CharStringScanner, ManyNumbersBeforeAnOperatorAreAtTheLimitAsOneByOne) {
     const Bytes charString = Bytes().fill(KWCommonNS::kMaxCharStringOperands + 100, 140).u8(1);
     CharStringCounts counts;
     CharStringScanner scanner(viewOf(charString), counts);
-    int numbers = 0;
-    EXPECT_TRUE(scanner.nextOperator([&numbers](std::size_t) { ++numbers; }));
-    EXPECT_EQ(numbers, KWCommonNS::kMaxCharStringOperands + 100);
+    std::size_t numbers = 0;
+    const auto count = [&numbers](std::size_t, std::size_t more) { numbers += more; };
+    EXPECT_TRUE(scanner.nextOperator(count));
+    EXPECT_EQ(numbers, KWCommonNS::kMaxCharStringOperands + std::size_t{100});
     EXPECT_EQ(counts.stems, KWCommonNS::kMaxCharStringOperands / 2);
-    EXPECT_FALSE(scanner.nextOperator([&numbers](std::size_t) { ++numbers; }));
+    EXPECT_FALSE(scanner.nextOperator(count));
 }
 
 TEST(CharStringBudget, WhatIsLeftIsNotExceeded) {

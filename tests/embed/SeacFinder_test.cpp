@@ -1,6 +1,7 @@
 #include "embed/SeacFinder.h"
 
 #include "CffOutput.h"
+#include "support/Rng.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,29 +17,32 @@ using testing::IsEmpty;
 constexpr std::size_t kPlenty = 1 << 20;
 
 /// Tells the finder what a charstring holds, as who goes through it does.
-std::vector<int> codesOf(const Bytes& charString, const Subrs& subrs, SeacFinder& finder) {
-    CharStringBudget budget(kPlenty);
-    SubrWalker walker(subrs, budget);
+std::vector<int> codesOf(const Bytes& charString, SubrWalker& walker, SeacFinder& finder) {
     CharStringCounts counts;
     CharStringScanner scan(viewOf(charString), counts);
     finder.begin(walker);
-    SeacStack::Run run;
-    while (scan.nextOperator([&run](std::size_t place) { run.add(place); })) {
+    NumberRun run;
+    while (scan.nextOperator([&run](std::size_t at, std::size_t count) { run.add(at, count); })) {
         if (scan.op() == FS_Word::endchar) {
-            finder.numbers(run, scan);
+            finder.numbers(run, viewOf(charString));
             finder.endchar();
             break;
         }
         if (!scan.isCall())
             continue;
-        finder.numbers(run, scan);
+        finder.numbers(run, viewOf(charString));
+        run.clear();
         finder.call(scan.isGlobalCall(), scan.callOperand(), counts);
-        if (const auto operand = scan.callOperand())
-            walker.call(scan.isGlobalCall(), *operand, counts);
     }
     std::vector<int> codes;
     finder.parts([&codes](std::uint8_t code) { codes.push_back(code); });
     return codes;
+}
+
+std::vector<int> codesOf(const Bytes& charString, const Subrs& subrs, SeacFinder& finder) {
+    CharStringBudget budget(kPlenty);
+    SubrWalker walker(subrs, budget);
+    return codesOf(charString, walker, finder);
 }
 
 std::vector<int> codesOf(const Bytes& charString, const Subrs& subrs = Subrs(),
@@ -182,6 +186,59 @@ TEST(SeacFinder, ASubrIsGoneThroughWithTheStemsBeforeIt) {
     const Subrs subrs({}, {joined(Bytes{140, 140, 19, 0xAA}, Bytes{139 + 70, 11})});
     const Bytes stems = joined(Bytes().fill(14, 140), Bytes{18});
     EXPECT_THAT(codesOf(joined(stems, callOf(0), kEndchar), subrs), ElementsAre(70, 1));
+}
+
+TEST(SeacFinder, WhatTheWalkerLookedAtBeforeMakesNoDifference) {
+    Rng random(17);
+    const std::vector<Bytes> pieces{{140}, {141, 142}, {247, 86},  {28, 0, 65}, {139, 200}, {21},
+                                    {5},   {18},       {19, 0xAA}, {12, 35},    {10},       {29},
+                                    {11},  {14},       {255},      {200, 201},  {142, 143}};
+    // The subrs ahead of a place call those behind it.
+    const auto some = [&](int place) {
+        Bytes charString;
+        for (std::uint32_t i = random.below(20); i > 0; --i) {
+            const int called = place + 1 + static_cast<int>(random.below(4));
+            if (called < 4 && random.below(3) == 0)
+                charString.bytes(callOf(called, random.below(2) == 0));
+            else
+                charString.bytes(pieces[random.below(static_cast<std::uint32_t>(pieces.size()))]);
+        }
+        return charString;
+    };
+    int found = 0;
+    for (int round = 0; round < 3000; ++round) {
+        const Subrs subrs({some(0), some(1), some(2), some(3)},
+                          {some(0), some(1), some(2), some(3)});
+        const Bytes charString = joined(some(-1), callOf(0), some(-1), kEndchar);
+        CharStringBudget walked(kPlenty);
+        CharStringBudget budget(kPlenty);
+        CharStringBudget sameBudget(kPlenty);
+        SubrWalker news(subrs, walked);
+        SubrWalker knows(subrs, walked);
+        CharStringCounts counts;
+        knows.walk(viewOf(charString), counts);
+        SeacFinder finder(subrs, budget);
+        SeacFinder sameFinder(subrs, sameBudget);
+        const auto codes = codesOf(charString, news, finder);
+        ASSERT_EQ(codes, codesOf(charString, knows, sameFinder));
+        ASSERT_EQ(budget.left(), sameBudget.left());
+        found += codes.empty() ? 0 : 1;
+    }
+    EXPECT_GT(found, 500);
+}
+
+TEST(SeacFinder, TheCountsGetWhatTheSubrDoesToThem) {
+    const Subrs subrs({}, {{140, 141, 18, 142, 11}});
+    CharStringBudget budget(kPlenty);
+    SubrWalker walker(subrs, budget);
+    SeacFinder finder(subrs, budget);
+    finder.begin(walker);
+    CharStringCounts counts{2, 1};
+    finder.call(false, subrNumber(0), counts);
+    EXPECT_EQ(counts, (CharStringCounts{1, 3}));
+    finder.call(false, std::nullopt, counts);
+    finder.call(false, subrNumber(1), counts);
+    EXPECT_EQ(counts, (CharStringCounts{1, 3}));
 }
 
 TEST(SeacFinder, SubrsThatCallEachOtherCostWhatTheirBytesCost) {
