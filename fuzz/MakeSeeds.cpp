@@ -194,31 +194,47 @@ void makeTableSeeds(const SeedFolder& folder) {
     add("prep", "prep", Bytes{0xB8, 0x01, 0xFF, 0x85});
 }
 
-/// A font for the target `layout`: two features of one tag with the sample's lookup and what it
-/// calls, under the scripts that the target asks for.
-Bytes layoutSeed(const LayoutSample& sample) {
+/// A font for the target `layout`: two features of one tag with the second of two lookups and the
+/// first, which it may call, under the scripts that the target asks for.
+Bytes layoutSeed(KWFontService_NS::TTI_LayoutTable::Kind kind, LayoutBytes table) {
     const Bytes gdef = Gdef{
         .glyphClassDef = classDefFormat2({{10, 10, 1}, {11, 12, 2}, {13, 14, 3}}),
         .markAttachClassDef = classDefFormat2(
             {{13, 13, 1}})}.build();
-    LayoutBytes table = sample.table(sample.bytes, 0x08);
     const Bytes script = scriptTable(langSysTable({0, 1}));
     table.scripts = scriptList({{"DFLT", script}, {"arab", script}, {"hebr", script}});
     table.features = featureList({{"test", featureTable({1, 0})}, {"test", featureTable({1})}});
     return Bytes()
-        .u8(sample.kind == KWFontService_NS::TTI_LayoutTable::Kind::Gpos ? 1 : 0)
+        .u8(kind == KWFontService_NS::TTI_LayoutTable::Kind::Gpos ? 1 : 0)
         .u16(gdef.size())
         .bytes(gdef)
         .bytes(table.build());
 }
 
+/// Lookups of which the second has a ligature that is no glyph, of the last glyphs that the target
+/// runs through, and a subtable that is asked after it.
+LayoutBytes ligatureOfNoGlyph() {
+    const auto none = [](std::uint16_t first) {
+        return std::pair(first,
+                         std::vector<LigatureBytes>{{.glyph = 0xFFFF, .components = {0xFFFF}}});
+    };
+    const auto other = [](std::uint16_t first) {
+        return std::pair(first, std::vector<LigatureBytes>{{.glyph = 1, .components = {2}}});
+    };
+    return {.lookups = lookupList({lookupTable(1, {SingleSubst{.pairs = {{10, 13}}}.build()}),
+                                   lookupTable(4, {ligatureSubst({none(0), none(14)}),
+                                                   ligatureSubst({other(0), other(14)})})})};
+}
+
 void makeLayoutSeeds(const SeedFolder& folder) {
+    folder.add("gsub4-no-glyph",
+               layoutSeed(KWFontService_NS::TTI_LayoutTable::Kind::Gsub, ligatureOfNoGlyph()));
     int number = 0;
     for (const LayoutSample& sample : layoutSamples()) {
         const bool isGpos = sample.kind == KWFontService_NS::TTI_LayoutTable::Kind::Gpos;
         folder.add((isGpos ? "gpos" : "gsub") + std::to_string(sample.lookupType) + '-' +
                        std::to_string(number++),
-                   layoutSeed(sample));
+                   layoutSeed(sample.kind, sample.table(sample.bytes, 0x08)));
     }
 }
 

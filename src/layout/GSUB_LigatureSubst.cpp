@@ -50,7 +50,9 @@ unsigned short GSUB_LigatureSubstFormat1::substituteLigature(LayoutCall& call,
         if (matches(
                 ligature->components, walk, [](unsigned short gid) { return gid; },
                 [&](int index) { skipped.push_back(index); })) {
-            position = walk.index() + 1;
+            // 0xFFFF is no ligature, and the subtables that are asked next start at the same glyph.
+            if (ligature->glyph != FS_NO_GLYPH)
+                position = walk.index() + 1;
             return ligature->glyph;
         }
     }

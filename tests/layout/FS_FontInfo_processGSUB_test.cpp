@@ -90,20 +90,19 @@ TEST(GsubAtAGlyph, AFeatureThatIsNotThereHasNothing) {
     EXPECT_EQ(font.at("a", 0, "ft01"), (At{0, 0, "-", "-"}));
 }
 
-/// Features of one tag, in the order given, over lookups that make of a: x, y.
-FS_GSUBGPOSInfo twoFeatures(TTI_LayoutTable& gsub, const TTI_Gdef& gdef,
-                            const std::vector<std::vector<std::uint16_t>>& features) {
+/// Features of one tag, in the order given, with their lookups.
+FS_GSUBGPOSInfo featuresOfOneTag(TTI_LayoutTable& gsub, const TTI_Gdef& gdef,
+                                 const std::vector<std::vector<std::uint16_t>>& features,
+                                 const std::vector<Bytes>& lookups) {
     std::vector<std::pair<std::string, Bytes>> tables;
     std::vector<std::uint16_t> indices;
-    for (const auto& lookups : features) {
+    for (const auto& indicesOfOne : features) {
         indices.push_back(static_cast<std::uint16_t>(tables.size()));
-        tables.emplace_back("test", featureTable(lookups));
+        tables.emplace_back("test", featureTable(indicesOfOne));
     }
-    const LayoutBytes bytes{
-        .scripts = scriptList({{"latn", scriptTable(langSysTable(indices))}}),
-        .features = featureList(tables),
-        .lookups = lookupList({lookupTable(kSingle, {single({{'a', 'x'}})}),
-                               lookupTable(kSingle, {single({{'a', 'y'}, {'b', 'z'}})})})};
+    const LayoutBytes bytes{.scripts = scriptList({{"latn", scriptTable(langSysTable(indices))}}),
+                            .features = featureList(tables),
+                            .lookups = lookupList(lookups)};
     gsub.read(bytes.build().vector(), TTI_LayoutTable::Kind::Gsub);
     static const TTI_LayoutTable noGpos;
     return findLayout(tagValue("latn"), 0, &gdef, gsub, noGpos);
@@ -111,9 +110,11 @@ FS_GSUBGPOSInfo twoFeatures(TTI_LayoutTable& gsub, const TTI_Gdef& gdef,
 
 TEST(GsubAtAGlyph, TheFirstLookupOfTheFirstFeatureOfTheTagThatAppliesEndsTheCall) {
     const TTI_Gdef gdef;
+    const std::vector<Bytes> lookups = {lookupTable(kSingle, {single({{'a', 'x'}})}),
+                                        lookupTable(kSingle, {single({{'a', 'y'}, {'b', 'z'}})})};
     const auto ask = [&](const std::vector<std::vector<std::uint16_t>>& features, char letter) {
         TTI_LayoutTable gsub;
-        const FS_GSUBGPOSInfo info = twoFeatures(gsub, gdef, features);
+        const FS_GSUBGPOSInfo info = featuresOfOneTag(gsub, gdef, features, lookups);
         GlyphIDArray run;
         run.push_back(static_cast<unsigned short>(letter), GlyphClassDef::None);
         GlyphIDArray out;
@@ -128,6 +129,29 @@ TEST(GsubAtAGlyph, TheFirstLookupOfTheFirstFeatureOfTheTagThatAppliesEndsTheCall
     EXPECT_EQ(ask({{0}, {1}}, 'a'), "x");
     EXPECT_EQ(ask({{0}, {1}}, 'b'), "z");
     EXPECT_EQ(ask({{9, 0}}, 'a'), "x") << "a lookup that is not there is passed by";
+}
+
+TEST(GsubAtAGlyph, ALigatureOf0xFFFFIsNoneAndTheNextLookupStartsAtTheSameGlyph) {
+    const TTI_Gdef gdef;
+    TTI_LayoutTable gsub;
+    const std::vector<Bytes> subtables = noLigatureThenOne();
+    const FS_GSUBGPOSInfo info = featuresOfOneTag(
+        gsub, gdef, {{0, 1}},
+        {lookupTable(kLigature, {subtables[0]}), lookupTable(kLigature, {subtables[1]})});
+    GlyphIDArray run;
+    for (const std::uint16_t gid : spelt("abac"))
+        run.push_back(gid, GlyphClassDef::None);
+    GlyphIDArray out;
+    GlyphIDArray skipped;
+    for (const int size : {2, 4}) {
+        GlyphIDArray part = run;
+        part.erase(size, part.size());
+        int position = 0;
+        EXPECT_EQ(
+            FS_FontInfo::processGSUB(&info, tagValue("test"), part, position, out, skipped, 1), 0);
+        EXPECT_EQ(position, 0);
+        EXPECT_EQ(letters(out), "");
+    }
 }
 
 // --- by lookup, over a run ----------------------------------------------------------------------

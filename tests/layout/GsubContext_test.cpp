@@ -263,6 +263,13 @@ TEST(GsubNested, ALigaturePassesOverMarksByItsOwnFlag) {
     EXPECT_EQ(font.whole("aMb"), (Result{true, "1M", {2, skippedAt(1)}}));
 }
 
+TEST(GsubNested, ALigatureOf0xFFFFIsNone) {
+    const SpeltGsub font = withContext(kChain, {chainOf({"a"}, {{0, kToMore}})}, 0,
+                                       {lookupTable(kLigature, noLigatureThenOne())});
+    EXPECT_EQ(font.whole("ab"), (Result{false, "ab", {1, 1}}));
+    EXPECT_EQ(font.whole("abac"), (Result{true, "ab1", {1, 1, 2}}));
+}
+
 TEST(GsubNested, ALookupBehindALigatureLeavesEmptySlots) {
     const SpeltGsub font =
         withContext(kChain, {chainOf({"a", "b", "c"}, {{0, kToLigature}, {2, kToSingle}})});

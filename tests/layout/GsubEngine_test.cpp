@@ -141,6 +141,12 @@ TEST(GsubRun, ALigatureLongerThanTheRestOfTheRunIsPassedBy) {
     EXPECT_EQ(font.whole("fM").text, "fM") << "the run ends behind the mark";
 }
 
+TEST(GsubRun, ALigatureOf0xFFFFIsNoneAndTheNextSubtableStartsAtTheSameGlyph) {
+    const SpeltGsub font({lookupTable(kLigature, noLigatureThenOne())});
+    EXPECT_EQ(font.whole("ab"), (Result{false, "ab", {1, 1}}));
+    EXPECT_EQ(font.whole("abac"), (Result{true, "ab1", {1, 1, 2}}));
+}
+
 TEST(GsubRun, AMaskedGlyphIsSwallowedByALigatureThatStartsBeforeIt) {
     const SpeltGsub font = one(kLigature, speltLigatures({{"fi", '1'}}));
     EXPECT_EQ(font.whole("fifi", 0, " m m"), (Result{true, "11", {2, 2}}));

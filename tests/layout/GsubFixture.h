@@ -56,6 +56,12 @@ inline Bytes speltLigatures(const std::vector<std::pair<std::string, char>>& lig
     return ligatureSubst(sets);
 }
 
+/// Subtables of a ligature lookup: a and b have a ligature that is no glyph, a and c one that is 1.
+inline std::vector<Bytes> noLigatureThenOne() {
+    return {ligatureSubst({{'a', {{.glyph = 0xFFFF, .components = {'b'}}}}}),
+            speltLigatures({{"ac", '1'}})};
+}
+
 /// Ranges of classes, one letter each: {{"ab", 1}, {"c", 2}}. Letters ascending.
 inline Bytes speltClasses(const std::vector<std::pair<std::string, int>>& classes) {
     std::vector<ClassRange> ranges;
