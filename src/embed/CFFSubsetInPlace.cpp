@@ -145,7 +145,12 @@ bool CFFInPlaceSubset::readFDArray(std::uint32_t at) {
     fontDicts_ = std::move(*index);
     fontDictsAt_ = at;
     fontDictsEnd_ = fontDicts_.end();
+    std::uint64_t size = 0;
     for (std::size_t i = 0; i < fontDicts_.size(); ++i) {
+        // Items that lie over each other would have all of the data written again and again.
+        size += fontDicts_[i].size();
+        if (size > fontDicts_.dataSize())
+            return false;
         for (CFFDictScanner scan(fontDicts_[i]); scan.next();) {
             const auto& operand = scan.last();
             if (scan.op() == kPrivateOp && operand.value.isInteger() &&
@@ -201,28 +206,31 @@ std::int64_t CFFInPlaceSubset::moved(std::int64_t offset) const {
 /// Writes the Font DICTs with new offsets, as far as what they point at moves at present.
 bool CFFInPlaceSubset::patchFontDicts() {
     newFontDicts_.clear();
-    for (std::size_t i = 0; i < fontDicts_.size(); ++i)
-        newFontDicts_.emplace_back(fontDicts_[i].data(),
-                                   fontDicts_[i].data() + fontDicts_[i].size());
     // In front of CharStrings they are left alone unless something moves.
     const bool isBehind = fontDictsAt_ > charStringsAt_;
-    if (!isBehind && std::ranges::all_of(privateOffsets_, [this](const PrivateOffset& offset) {
+    const bool stay =
+        !isBehind && std::ranges::all_of(privateOffsets_, [this](const PrivateOffset& offset) {
             return moved(offset.value) == offset.value;
-        }))
-        return true;
-    // From the back, so that places further in front stay.
-    for (std::size_t i = privateOffsets_.size(); i-- > 0;) {
-        const PrivateOffset& offset = privateOffsets_[i];
-        const auto bytes =
-            inSameForm(fontDicts_[offset.fontDict].sub(offset.begin, offset.end - offset.begin),
-                       moved(offset.value));
-        if (!bytes)
-            return false;
-        auto& dict = newFontDicts_[offset.fontDict];
-        const auto at = dict.begin() + static_cast<std::ptrdiff_t>(offset.begin);
-        dict.erase(at, dict.begin() + static_cast<std::ptrdiff_t>(offset.end));
-        dict.insert(dict.begin() + static_cast<std::ptrdiff_t>(offset.begin), bytes->begin(),
-                    bytes->end());
+        });
+    auto offset = stay ? privateOffsets_.end() : privateOffsets_.begin();
+    for (std::size_t i = 0; i < fontDicts_.size(); ++i) {
+        const ByteView source = fontDicts_[i];
+        auto& dict = newFontDicts_.emplace_back();
+        dict.reserve(source.size());
+        std::size_t copied = 0;
+        const auto copyTo = [&](std::size_t end) {
+            dict.insert(dict.end(), source.data() + copied, source.data() + end);
+        };
+        for (; offset != privateOffsets_.end() && offset->fontDict == i; ++offset) {
+            const auto bytes = inSameForm(source.sub(offset->begin, offset->end - offset->begin),
+                                          moved(offset->value));
+            if (!bytes)
+                return false;
+            copyTo(offset->begin);
+            dict.insert(dict.end(), bytes->begin(), bytes->end());
+            copied = offset->end;
+        }
+        copyTo(source.size());
     }
     return true;
 }

@@ -348,6 +348,51 @@ TEST(HostileCffSubset, ALongSpaceDoesNotMakeALongTable) {
     EXPECT_TRUE(subsetCFFInPlace(stream.table, {59999}, 2, output));
 }
 
+TEST(HostileCffSubset, FontDictsThatLieOverEachOtherGiveNothingInPlace) {
+    CffCID font;
+    font.glyphs = {{0, 0, Bytes{14}}, {1, 1, Bytes{14}}};
+    font.fontDicts.resize(3, CffFontDict{.privateDict = CffPrivate{.dict = Bytes{140, 20}}});
+    Bytes table = font.build();
+    const auto works = [&table] {
+        TableStream stream(table);
+        KWMemStream output;
+        return subsetCFFInPlace(stream.table, {1}, 1, output);
+    };
+    EXPECT_TRUE(works());
+    const std::size_t offsets = table.offsetOf("fdArray") + 3;
+    ASSERT_EQ(table[offsets - 1], 1); // bytes of an offset
+    const std::uint8_t end = table[offsets + 3];
+    // One has all the data, the next one no sense.
+    table.patchU8At(offsets + 1, end).patchU8At(offsets + 2, 1);
+    EXPECT_FALSE(works());
+    table.patchU8At(offsets + 2, end); // the others nothing
+    EXPECT_TRUE(works());
+}
+
+TEST(HostileCffSubset, AFontDictMayNameItsPrivateOverAndOver) {
+    constexpr int kTimes = 200000;
+    constexpr int kBehindAll = 0x00FFFFFF;
+    const auto privates = [](int offset) {
+        Bytes dict;
+        for (int i = 0; i < kTimes; ++i)
+            dict.u8(139).u8(29).u32(static_cast<std::uint32_t>(offset)).u8(18);
+        return dict;
+    };
+    CffCID font;
+    font.glyphs = {{0, 0, Bytes{14}}, {1, 0, Bytes{14}}, {2, 0, Bytes().fill(99, 139).u8(14)}};
+    font.fontDicts = {{.dict = privates(kBehindAll)}};
+    const Bytes table = font.build();
+    TableStream stream(table);
+    KWMemStream output;
+    ASSERT_TRUE(subsetCFFInPlace(stream.table, {1}, 1, output));
+    const WrittenCff written(bytesOf(output));
+    const Bytes dict = written.indexAt(written.offset(cffEscape(36))).items.at(0);
+    const int moves = static_cast<int>(output.size()) - static_cast<int>(table.size());
+    EXPECT_LT(moves, -90);
+    const Bytes expected = privates(kBehindAll + moves);
+    EXPECT_TRUE(dict.slice(0, expected.size()) == expected);
+}
+
 TEST(HostileCffSubset, SectionsThatLieOverEachOtherGiveNothing) {
     // FDArray inside CharStrings, before they end.
     const Bytes sound = cidKeyed().build();
