@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace KWFontService_NS {
 
@@ -26,8 +27,8 @@ public:
     /// A search among so few entries is as quick as remembering it.
     static constexpr std::size_t kNotWorthIt = 16;
 
-    /// What is searched. One place may be read as either of the first two, by a font that lies or
-    /// that has two equal tables but once; the others are questions to a whole lookup.
+    /// What is asked. A font may have the bytes of one place read as a coverage and as a class
+    /// definition too, and these are two questions. The others are put to a whole lookup.
     enum class Kind : std::uint32_t { Coverage, ClassDef, LookupStart, LookupNext };
 
     /// What `search` answers for a glyph.
@@ -36,17 +37,25 @@ public:
     int answer(Kind kind, const std::uint8_t* place, unsigned short gid, Search search) {
         if (entries_ == nullptr)
             return search();
-        const std::uint64_t address = reinterpret_cast<std::uintptr_t>(place);
-        // Of an address the upper 16 bits are the same everywhere.
-        const std::uint64_t key = address << 16 | gid;
-        const auto which = static_cast<std::uint32_t>(kind);
-        // The glyphs of one search, which often follow each other, get entries of their own, and
-        // so do the two questions to a lookup.
-        Entry& entry = entries_[(((address + which) * kSpread >> 40) + gid) % kEntries];
-        const std::uint32_t tableAndKind = tableNumber_ + which;
-        if (entry.key != key || entry.tableAndKind != tableAndKind)
-            entry = {.key = key, .tableAndKind = tableAndKind, .answer = search()};
-        return entry.answer;
+        const Slot slot = slotOf(kind, place, gid);
+        if (!slot.isFilled())
+            slot.fill(search());
+        return slot.entry->answer;
+    }
+    /// The same of a search that may be given up: nothing then, which is not remembered.
+    template <class Search>
+    std::optional<int> answerIfAny(Kind kind, const std::uint8_t* place, unsigned short gid,
+                                   Search search) {
+        if (entries_ == nullptr)
+            return search();
+        const Slot slot = slotOf(kind, place, gid);
+        if (!slot.isFilled()) {
+            const std::optional<int> found = search();
+            if (!found)
+                return std::nullopt;
+            slot.fill(*found);
+        }
+        return slot.entry->answer;
     }
 
 private:
@@ -58,7 +67,27 @@ private:
         std::uint32_t tableAndKind = 0; // 0 where nothing is remembered yet
         std::int32_t answer = 0;
     };
+    /// Where the answer to a question is, or goes.
+    struct Slot {
+        bool isFilled() const { return entry->key == key && entry->tableAndKind == tableAndKind; }
+        void fill(int answer) const {
+            *entry = {.key = key, .tableAndKind = tableAndKind, .answer = answer};
+        }
 
+        Entry* entry;
+        std::uint64_t key;
+        std::uint32_t tableAndKind;
+    };
+
+    Slot slotOf(Kind kind, const std::uint8_t* place, unsigned short gid) const {
+        const std::uint64_t address = reinterpret_cast<std::uintptr_t>(place);
+        const auto which = static_cast<std::uint32_t>(kind);
+        // The glyphs of one search, which often follow each other, get entries of their own, and
+        // so do the two questions to a lookup.
+        Entry& entry = entries_[(((address + which) * kSpread >> 40) + gid) % kEntries];
+        // Of an address the upper 16 bits are the same everywhere.
+        return {&entry, address << 16 | gid, tableNumber_ + which};
+    }
     static Entry* entriesOfThread();
 
     std::uint32_t tableNumber_ = 0;

@@ -18,7 +18,7 @@ bool positionAt(LayoutCall& call, const TTI_LookupList& lookups, const TTI_Looku
     const unsigned short gid = positions[place].getGlyphID();
     if (!lookup.mayApply(gid))
         return false;
-    SubTableFilter filter(lookup, call.memo());
+    SubTableFilter filter(lookup, call);
     if (SubTableFilter::isWorthIt(lookup, call.memo())) {
         filter.startAt(gid);
         RunWalk next(call, call.runOf(positions), contextFlag(lookup, positions, rtl), index,

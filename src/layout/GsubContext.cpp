@@ -76,7 +76,7 @@ int GsubContext::apply(const TTI_Lookup& lookup, const GlyphIDArray& run, int& p
     std::vector<int> passed = std::exchange(spare_, {});
     TTI_LookupRecords records;
     int matched = 0;
-    SubTableFilter filter(lookup, call_.memo());
+    SubTableFilter filter(lookup, call_);
     if (SubTableFilter::isWorthIt(lookup, call_.memo())) {
         filter.startAt(gid);
         RunWalk next(call_, run, lookup.flag, position, RunWalk::Direction::Forward);

@@ -9,20 +9,22 @@
 
 namespace KWFontService_NS {
 
+class LayoutCall;
 struct TTI_Lookup;
 
 /// Which subtables of a lookup are worth asking at a place. Fonts for Arabic have lookups of fifty
 /// contexts that begin with the same few letters; what a letter and the one after it rule out is
 /// remembered, so that one question stands for fifty.
 ///
-/// It never rules out a subtable that applies.
+/// It never rules out a subtable that applies, as long as the work that the call may do lasts.
 class SubTableFilter {
 public:
     /// False where asking each subtable is as quick.
     static bool isWorthIt(const TTI_Lookup& lookup, const GlyphMemo& memo);
 
-    /// @param memo  of the lookup's table
-    SubTableFilter(const TTI_Lookup& lookup, GlyphMemo& memo);
+    /// @param call  about the lookup's table. It pays a step for each subtable where the answer is
+    ///              not remembered; when it cannot, all are ruled out
+    SubTableFilter(const TTI_Lookup& lookup, LayoutCall& call);
 
     /// Rules out subtables that do not act on the glyph at the place.
     void startAt(unsigned short gid);
@@ -53,7 +55,7 @@ private:
     void rule(GlyphMemo::Kind kind, unsigned short gid, Admits admits);
 
     const TTI_Lookup& lookup_;
-    GlyphMemo& memo_;
+    LayoutCall& call_;
     std::size_t size_;
     std::size_t groupSize_;
     /// The groups that are still to come, one bit each.

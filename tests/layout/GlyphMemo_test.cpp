@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <optional>
 #include <thread>
 
 namespace KWFontService_NS {
@@ -49,6 +50,16 @@ TEST(GlyphMemo, WithoutATableItRemembersNothing) {
     memo.answer(Kind::Coverage, kPlaces, 5, search);
     EXPECT_EQ(memo.answer(Kind::Coverage, kPlaces, 5, search), 2);
     EXPECT_FALSE(memo.remembers());
+}
+
+TEST(GlyphMemo, ASearchThatIsGivenUpIsNotRemembered) {
+    GlyphMemo memo(GlyphMemo::newTableNumber());
+    const auto givenUp = []() -> std::optional<int> { return std::nullopt; };
+    EXPECT_EQ(memo.answerIfAny(Kind::LookupStart, kPlaces, 5, givenUp), std::nullopt);
+    EXPECT_EQ(memo.answerIfAny(Kind::LookupStart, kPlaces, 5, [] { return std::optional(1); }), 1);
+    EXPECT_EQ(memo.answerIfAny(Kind::LookupStart, kPlaces, 5, givenUp), 1);
+    EXPECT_EQ(memo.answer(Kind::LookupStart, kPlaces, 5, [] { return 2; }), 1);
+    EXPECT_EQ(GlyphMemo().answerIfAny(Kind::LookupStart, kPlaces, 5, givenUp), std::nullopt);
 }
 
 TEST(GlyphMemo, ManyAnswersDriveEachOtherOutAndNoneIsMixedUp) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace KWFontService_NS {
 namespace {
@@ -154,6 +155,23 @@ TEST(HostilePositioning, WalksAlongARunOfMarksEnd) {
     expectAnEnd({2, all[2].subtable, 0x02}, bases, true);
     expectAnEnd({3, all[3].subtable, 0x02}, bases, true);
     expectAnEnd({3, all[3].subtable}, Positions(kMany, base(10, 0)), false);
+}
+
+TEST(HostilePositioning, SubtablesThatAGlyphRulesOutArePaidFor) {
+    // Every glyph of the run is a new question to all of them, and only the last one is followed by
+    // what they want.
+    constexpr std::uint16_t kGlyphs = 200;
+    std::vector<std::uint16_t> starts(kGlyphs);
+    std::iota(starts.begin(), starts.end(), std::uint16_t{1});
+    const Positioner font({.lookups = {lookupOfOneContext(8, 1, kGlyphs, 999),
+                                       lookupTable(1, {singlePosFormat1({kGlyphs}, 0x04, {1})})}});
+    Positions two = {base(kGlyphs), base(999)};
+    EXPECT_EQ(font.everywhere(two), 0);
+    Positions all;
+    for (const std::uint16_t gid : starts)
+        all.push_back(base(gid));
+    all.push_back(base(999));
+    EXPECT_EQ(font.everywhere(all), -1);
 }
 
 TEST(HostilePositioning, AJoinedGroupWithoutEndIsLiftedUntilTheBudgetEnds) {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -140,6 +141,26 @@ TEST(HostileSubstitution, ManyDroppedGlyphsGoToAnOwnerFarBefore) {
     EXPECT_EQ(result.text, std::string(60000, 'c'));
     EXPECT_EQ(result.words.front(), 200000);
     EXPECT_EQ(std::ranges::count(result.words, 0), 59999);
+}
+
+TEST(HostileSubstitution, SubtablesThatAGlyphRulesOutArePaidFor) {
+    // Every glyph of the run is a new question to all of them, and only the last one is followed by
+    // what they want.
+    constexpr std::uint16_t kGlyphs = 200;
+    std::vector<std::uint16_t> starts(kGlyphs);
+    std::iota(starts.begin(), starts.end(), std::uint16_t{1});
+    const SpeltGsub font(
+        {lookupOfOneContext(kChain, 1, kGlyphs, 999), lookupTable(1, {single({{kGlyphs, 'x'}})})});
+    const auto changes = [&font](const std::vector<std::uint16_t>& glyphs) {
+        GlyphIDArray2 in;
+        for (const std::uint16_t gid : glyphs)
+            in.glyphs().push_back(gid, GlyphClassDef::None);
+        GlyphIDArray2 out;
+        return FS_FontInfo::processGSUB3(font.info(), 0, in, out, 1);
+    };
+    EXPECT_TRUE(changes({kGlyphs, 999}));
+    starts.push_back(999);
+    EXPECT_FALSE(changes(starts));
 }
 
 TEST(HostileSubstitution, ContextsThatCallThemselvesInAFanEnd) {

@@ -39,6 +39,24 @@ inline Bytes taggedList(Bytes head, const std::vector<std::pair<std::string, Byt
 inline Bytes lookupTable(int type, const std::vector<Bytes>& subtables, int flag = 0) {
     return offsetList(Bytes().u16(type).u16(flag), subtables);
 }
+/// A lookup that names 12000 times a chain context of coverages for the glyphs of a range in front
+/// of one other, which calls lookup 1.
+inline Bytes lookupOfOneContext(int type, std::uint16_t first, std::uint16_t last,
+                                std::uint16_t next) {
+    constexpr std::size_t kTimes = 12000;
+    Bytes table = Bytes().u16(type).u16(0).u16(kTimes);
+    for (std::size_t i = 0; i < kTimes; ++i)
+        table.u16(6 + 2 * kTimes);
+    const Bytes range = Bytes().u16s({2, 1, first, last, 0});
+    const Bytes context = OffsetTable()
+                              .u16s({3, 0, 1})
+                              .offset(range)
+                              .u16(1)
+                              .offset(coverageTable({next}))
+                              .u16s({1, 0, 1})
+                              .build();
+    return table.bytes(context);
+}
 inline Bytes lookupList(const std::vector<Bytes>& lookups) {
     return offsetList({}, lookups);
 }

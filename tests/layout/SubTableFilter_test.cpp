@@ -2,7 +2,9 @@
 
 #include "layout/GsubFixture.h"
 
-#include "layout/GlyphMemo.h"
+#include "layout/LayoutCall.h"
+
+#include "common/KWLimits.h"
 
 #include <gtest/gtest.h>
 
@@ -25,8 +27,9 @@ Bytes chain(const std::vector<std::string>& input, const std::vector<std::string
 
 std::vector<std::size_t> admitted(const TTI_LayoutTable& table, char first, char next = 0) {
     const TTI_Lookup& lookup = *table.lookup(0);
-    GlyphMemo memo = table.memo();
-    SubTableFilter filter(lookup, memo);
+    const TTI_Gdef gdef;
+    LayoutCall call(gdef, 0, table.memo());
+    SubTableFilter filter(lookup, call);
     filter.startAt(static_cast<unsigned short>(first));
     if (next != 0)
         filter.followWith(static_cast<unsigned short>(next));
@@ -70,6 +73,64 @@ TEST(SubTableFilter, OfManySubtablesNeighboursShareAGroupAndNoneIsLost) {
 TEST(SubTableFilter, BadSubtablesAreNeverAdmitted) {
     const TTI_LayoutTable table = tableOf(kChain, {chain({"a"}), Bytes().u16(9), chain({"a"})});
     EXPECT_EQ(admitted(table, 'a'), (Indices{0, 2}));
+}
+
+/// A call about a table that has so many steps left.
+class CallWithSteps : public LayoutCall {
+public:
+    CallWithSteps(const TTI_LayoutTable& table, std::size_t left)
+        : LayoutCall(gdef_, 0, table.memo()) {
+        spend(KWCommonNS::kLayoutFreeSteps - left);
+    }
+
+private:
+    TTI_Gdef gdef_;
+};
+
+TEST(SubTableFilter, PaysAStepForEachSubtableThatItAsks) {
+    const TTI_LayoutTable table =
+        tableOf(kChain, {chain({"a", "x"}), chain({"a", "y"}), chain({"a", "z"})});
+    CallWithSteps call(table, 6);
+    SubTableFilter filter(*table.lookup(0), call);
+    filter.startAt('a');
+    filter.followWith('y');
+    EXPECT_FALSE(call.exhausted());
+    EXPECT_EQ(filter.next(), 1U);
+    EXPECT_FALSE(call.spend(1)) << "two questions to three subtables";
+}
+
+TEST(SubTableFilter, PaysForNothingThatIsRemembered) {
+    const TTI_LayoutTable table = tableOf(kChain, {chain({"a"}), chain({"b"}), chain({"c"})});
+    EXPECT_EQ(admitted(table, 'b', 'x'), Indices{1});
+    CallWithSteps call(table, 0);
+    SubTableFilter filter(*table.lookup(0), call);
+    filter.startAt('b');
+    filter.followWith('x');
+    EXPECT_FALSE(call.exhausted());
+    EXPECT_EQ(filter.next(), 1U);
+}
+
+TEST(SubTableFilter, PaysForNoSecondQuestionWhereTheFirstLeavesNothing) {
+    const TTI_LayoutTable table = tableOf(kChain, {chain({"a"}), chain({"b"}), chain({"c"})});
+    CallWithSteps call(table, 3);
+    SubTableFilter filter(*table.lookup(0), call);
+    filter.startAt('d');
+    filter.followWith('x');
+    EXPECT_FALSE(call.exhausted());
+    EXPECT_EQ(filter.next(), 3U);
+}
+
+TEST(SubTableFilter, AdmitsNothingThatItCannotPayForAndDoesNotRememberThat) {
+    const TTI_LayoutTable table = tableOf(kChain, {chain({"a"}), chain({"b"}), chain({"c"})});
+    for (const std::size_t left : {std::size_t{2}, std::size_t{5}}) {
+        CallWithSteps call(table, left);
+        SubTableFilter filter(*table.lookup(0), call);
+        filter.startAt('b');
+        filter.followWith('x');
+        EXPECT_TRUE(call.exhausted());
+        EXPECT_EQ(filter.next(), 3U);
+    }
+    EXPECT_EQ(admitted(table, 'b', 'x'), Indices{1});
 }
 
 TEST(SubTableFilter, IsWorthItForSeveralContextsOfCoveragesAlone) {
