@@ -166,15 +166,14 @@ bool writePSSfnt(EmbedSource& source, GlyphReader& reader, std::span<const std::
     });
     written.insert(place, OutputTable{{.tag = kGdir}, 0, nullptr, true});
 
-    if (!layOut(written))
+    const auto end = layOut(written);
+    if (!end)
         return false;
     // The search fields stay those of the whole set: only the count is that of this file.
     writeDirectory(output, tables, static_cast<std::uint16_t>(written.size()), written);
     if (!writeTables(source, output, written))
         return false;
-    const OutputTable& last = written.back();
-    const std::uint64_t end = std::uint64_t{last.record.offset} + last.record.length;
-    writePadding(output, alignUp(end) - end);
+    writePadding(output, alignUp(*end) - *end);
 
     bool allGiven = output.good();
     const auto give = [&](std::uint16_t gid, ByteView glyph) {

@@ -237,6 +237,27 @@ TEST(PSSfntWriter, TablesFollowTheEightRecordsAndTheLastIsPaddedToo) {
     EXPECT_EQ(sfnt.file().slice(offset - 3, 3), (Bytes{0, 0, 0}));
 }
 
+TEST(PSSfntWriter, TheLastTableIsPaddedAlsoInFrontOfTheGdirRecord) {
+    const Bytes file = SfntBuilder()
+                           .table("cvt ", Bytes{1, 2, 3, 4, 5})
+                           .table("glyf", Bytes{0, 0})
+                           .table("loca", Bytes{0, 0})
+                           .build();
+    std::istringstream stream(file.str());
+    EmbedSource source(stream);
+    TableSet tables;
+    ASSERT_TRUE(selectTables(directoryOf(file), kPostScriptTables.data(), tables));
+    const GlyphLocator noGlyphs(ByteView(), 0, 0, 0);
+    GlyphReader reader(source, 0, noGlyphs);
+    KWMemStream out;
+    KeptGlyphs glyphs;
+    ASSERT_TRUE(writePSSfnt(source, reader, {}, out, glyphs, tables));
+    const WrittenSfnt sfnt(bytesOf(out));
+    EXPECT_THAT(sfnt.tags(), ElementsAre("cvt ", "gdir"));
+    EXPECT_EQ(sfnt.file().slice(12 + 16 * 2, sfnt.file().size() - 44),
+              (Bytes{1, 2, 3, 4, 5, 0, 0, 0}));
+}
+
 TEST(PSSfntWriter, AFontWithoutHintsHasGdirFirst) {
     EmbeddableFont font(TestFont::latin().build());
     KeptGlyphs glyphs;
