@@ -33,10 +33,9 @@ struct Type1Glyphs {
 /// the four that every Type 1 font has.
 /// @param table  where `font` was read from
 /// @param out    empty
-/// @return false for a glyph that the font does not have or that Type 1 has no form for, for
-/// FDSelect
-///         format 0, for charstrings that are of type 1 already, on a short read, when the work
-///         passes what the table justifies, and when memory runs out
+/// @return false for a glyph that the font does not have or that Type 1 has no form for, for an
+///         FDSelect of format 0, for charstrings that are of type 1 already, on a short read, when
+///         the work passes what the table justifies, and when memory runs out
 bool convertToType1(CFFStream& table, const Type1CMap& font,
                     const std::vector<unsigned short>& glyphs, Type1Glyphs& out);
 

@@ -12,9 +12,8 @@ namespace KWFontService_NS {
 //   3   the number of a Subr with other hints: who can replace hints is asked to, for all others
 //       it is the Subr that does nothing
 //   12  22 operands of counter control
-//   13  the end of counter control: an interpreter that runs it does not know what its operands
-//   mean
-//       and lets them lie, as it does with the places 4 to 11 that no one calls
+//   13  the end of counter control: an interpreter that runs it does not know its operands and
+//       lets them lie, as it does with the places 4 to 11 that no one calls
 const char* const kOtherSubrs = "/OtherSubrs\n"
                                 "[systemdict /internaldict known\n"
                                 "{{1183615869 systemdict /internaldict get exec\n"

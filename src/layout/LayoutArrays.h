@@ -84,9 +84,8 @@ struct GlyphRange {
 
 /// Index of the entry that a search ends at, `size` when there is none. Of entries out of order it
 /// finds what this halving comes by: the middle of a half-open range, rounded down.
-/// @param compare  tells of an index below `size` whether what is wanted lies before its entry (<
-/// 0),
-///                 in it (0) or behind it (> 0)
+/// @param compare  tells of an index below `size` where what is wanted lies: below 0 before its
+///                 entry, 0 in it, above 0 behind it
 template <class Compare>
 std::size_t searchEntry(std::size_t size, Compare compare) {
     std::size_t low = 0;

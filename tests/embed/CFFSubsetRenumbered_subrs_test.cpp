@@ -13,7 +13,7 @@ using namespace KWTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(CFFSubsetRenumbered, SubrsInUseAreePackedWithTheirCalls) {
+TEST(CFFSubsetRenumbered, SubrsInUseArePackedWithTheirCalls) {
     CffSections source = nameKeyed();
     source.globalSubrs = {Bytes{140, 11}, Bytes{141, 11}, joined(callOf(0, true), Bytes{11})};
     source.privateDict->subrs = {Bytes{142, 11}, joined(callOf(3), Bytes{11}), Bytes{143, 11},
