@@ -19,8 +19,6 @@ using KWCommonNS::KWMutex;
 
 namespace {
 
-constexpr int kUnitsWithoutFace = 1000;
-
 /// The name of a glyph, 63 bytes of it at most; empty when FreeType has none.
 std::string glyphName(FT_Face face, FT_UInt glyph) {
     std::array<char, 64> name{};
@@ -80,6 +78,7 @@ void FS_Type1Printer::readEncodedGlyphs(FT_FaceRec_* face, bool isCustom) {
         }
         metrics_.addCode(code, glyph);
     }
+    metrics_.sort();
 }
 
 bool FS_Type1Printer::loadGlyph(unsigned int index, bool unscaled) const {
@@ -134,7 +133,7 @@ int FS_Type1Printer::getUnitsPerEm(int) const {
     KWMutex mutex(FS_ServiceContext::freeTypeLock());
     mutex.lock();
     FT_Face face = ftFace.get(); // asking opens nothing
-    return face != nullptr ? face->units_per_EM : kUnitsWithoutFace;
+    return face != nullptr ? face->units_per_EM : kType1UnitsPerEm;
 }
 
 bool FS_Type1Printer::hasPairKerningInfo(bool, int) const {

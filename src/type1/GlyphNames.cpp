@@ -1,11 +1,10 @@
 #include "type1/GlyphNames.h"
 
+#include "type1/KeyedList.h"
 #include "type1/StandardStrings.h"
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
-#include <vector>
 
 namespace KWFontService_NS {
 
@@ -20,6 +19,9 @@ struct GlyphName {
 
 static_assert(std::size(kFirstNames) == kFirstGlyphNames);
 static_assert(std::size(kSecondNames) == kSecondGlyphNames);
+static_assert(kFirstNames[0].name == "A" && kFirstNames[kFirstGlyphNames - 1].name == "zeta");
+static_assert(kSecondNames[0].name == "twosuperior" &&
+              kSecondNames[kSecondGlyphNames - 1].name == "afii57700");
 
 struct Substitute {
     std::uint16_t from;
@@ -31,26 +33,6 @@ constexpr Substitute kSubstitutes[] = {
     {0x00A0, 0x0020}, {0x00AD, 0x002D}, {0x021A, 0x0162}, {0x021B, 0x0163},
     {0x02C9, 0x00AF}, {0x0394, 0x2206}, {0x03A9, 0x2126}, {0x03BC, 0x00B5},
     {0x2215, 0x2044}, {0x2219, 0x00B7}, {0xF6C1, 0x015E}, {0xF6C2, 0x015F},
-};
-
-/// A sorted list in which the first of equal keys stays.
-template <class Key, class Value>
-class KeyedList {
-public:
-    void add(Key key, Value value) { rows_.emplace_back(key, value); }
-    void sort() {
-        std::ranges::stable_sort(rows_, {}, &Row::first);
-        const auto isRepeat = [](const Row& a, const Row& b) { return a.first == b.first; };
-        rows_.erase(std::unique(rows_.begin(), rows_.end(), isRepeat), rows_.end());
-    }
-    Value find(Key key, Value missing) const {
-        const auto found = std::ranges::lower_bound(rows_, key, {}, &Row::first);
-        return found != rows_.end() && found->first == key ? found->second : missing;
-    }
-
-private:
-    using Row = std::pair<Key, Value>;
-    std::vector<Row> rows_;
 };
 
 struct Tables {

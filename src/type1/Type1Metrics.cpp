@@ -7,11 +7,16 @@ namespace KWFontService_NS {
 Type1Metrics::Type1Metrics(std::vector<Type1CharMetric> records) : records_(std::move(records)) {}
 
 void Type1Metrics::addCode(int code, std::size_t place) {
-    byCode_.emplace(code, place);
+    byCode_.add(code, place);
 }
 
 void Type1Metrics::addName(std::size_t place) {
-    byName_.emplace(records_[place].name, place);
+    byName_.add(records_[place].name, place);
+}
+
+void Type1Metrics::sort() {
+    byCode_.sort();
+    byName_.sort();
 }
 
 void Type1Metrics::addAll() {
@@ -22,16 +27,15 @@ void Type1Metrics::addAll() {
         if (records_[place].code != Type1CharMetric::kUnencoded)
             addCode(records_[place].code, place);
     }
+    sort();
 }
 
 const Type1CharMetric* Type1Metrics::findCode(int code) const {
-    const auto found = byCode_.find(code);
-    return found != byCode_.end() ? &records_[found->second] : nullptr;
+    return recordAt(byCode_.find(code, records_.size()));
 }
 
 const Type1CharMetric* Type1Metrics::findName(std::string_view name) const {
-    const auto found = byName_.find(name);
-    return found != byName_.end() ? &records_[found->second] : nullptr;
+    return recordAt(byName_.find(name, records_.size()));
 }
 
 } // namespace KWFontService_NS

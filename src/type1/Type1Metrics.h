@@ -1,12 +1,16 @@
 #pragma once
 
+#include "type1/KeyedList.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace KWFontService_NS {
+
+/// Units of the em, unless a font program says otherwise.
+inline constexpr int kType1UnitsPerEm = 1000;
 
 /// What a font says of one of its glyphs (an AFM `C` line, Adobe Technical Note 5004). Lengths are
 /// in units of the font, y up.
@@ -39,11 +43,14 @@ public:
     const std::vector<Type1CharMetric>& records() const { return records_; }
     Type1CharMetric& record(std::size_t place) { return records_[place]; }
 
-    /// Enters a record under a code that has none yet.
+    /// Enters a record under a code, unless another one has that.
     void addCode(int code, std::size_t place);
     /// Enters a record under its name, unless another one has that.
     void addName(std::size_t place);
-    /// Enters all records, in their order, under their names and under those codes that they have.
+    /// Makes what was entered found.
+    void sort();
+    /// Enters all records, in their order, under their names and under those codes that they have,
+    /// to be found.
     void addAll();
 
     /// Null when there is none.
@@ -51,9 +58,13 @@ public:
     const Type1CharMetric* findName(std::string_view name) const;
 
 private:
+    const Type1CharMetric* recordAt(std::size_t place) const {
+        return place < records_.size() ? &records_[place] : nullptr;
+    }
+
     std::vector<Type1CharMetric> records_;
-    std::unordered_map<int, std::size_t> byCode_;
-    std::unordered_map<std::string_view, std::size_t> byName_;
+    KeyedList<int, std::size_t> byCode_;
+    KeyedList<std::string_view, std::size_t> byName_;
 };
 
 } // namespace KWFontService_NS

@@ -15,7 +15,7 @@ TEST(GlyphNames, TheListsHave856And203Names) {
     EXPECT_EQ(kSecondGlyphNames, 203U);
 }
 
-TEST(GlyphNames, TheEndsOfBothListsAreThere) {
+TEST(GlyphNames, NamesOfBothListsHaveTheirCharacters) {
     const std::pair<int, const char*> rows[] = {{0x0041, "A"},
                                                 {0x00C6, "AE"},
                                                 {0x01FC, "AEacute"},

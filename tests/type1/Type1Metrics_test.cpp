@@ -21,6 +21,19 @@ TEST(Type1Metrics, OneThatNothingWasEnteredInFindsNothing) {
     EXPECT_EQ(metrics.records().size(), 4U);
 }
 
+TEST(Type1Metrics, WhatWasEnteredIsFoundOnceSorted) {
+    Type1Metrics metrics = sample();
+    metrics.addCode(67, 3);
+    metrics.addCode(65, 2);
+    metrics.addCode(65, 0);
+    metrics.addName(2);
+    metrics.sort();
+    EXPECT_EQ(metrics.findCode(65)->WX, 620);
+    EXPECT_EQ(metrics.findCode(67)->WX, 630);
+    EXPECT_EQ(metrics.findName("B")->WX, 620);
+    EXPECT_EQ(metrics.findName("A"), nullptr);
+}
+
 TEST(Type1Metrics, TheFirstOfACodeAndOfANameStays) {
     Type1Metrics metrics = sample();
     metrics.addAll();
