@@ -140,6 +140,12 @@ inline constexpr std::size_t kMaxPFMName = 1024;
 /// Bytes of a glyph name in a list of glyph names. PostScript allows 127.
 inline constexpr std::size_t kMaxGlyphNameLength = 1024;
 
+/// Operators and operands that the load of a font program has executed for its glyphs: so many for
+/// each byte of charstrings, and for any program. Subrs that call each other unfold a few hundred
+/// bytes to more than anybody waits for. Real fonts take some four for a byte at most.
+inline constexpr std::size_t kType1StepsOfAByte = 16;
+inline constexpr std::size_t kType1FreeSteps = std::size_t{4} << 20;
+
 /// The zeros that close the eexec section of a font program are 512; fewer than these, half a line,
 /// may be part of it.
 inline constexpr std::size_t kFewestClosingZeros = 32;

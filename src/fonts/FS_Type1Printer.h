@@ -69,8 +69,9 @@ public:
 
     /// Loads a glyph into FreeType's slot, in units of the font. Call with the glyph rendering lock
     /// held, and read the slot under it.
-    /// @param unscaled  true asks for the metrics of vertical writing; false takes a second try
-    ///                  without the font's global advances
+    /// @param unscaled  true asks for the metrics of vertical writing. A second try without the
+    ///                  font's global advances would end as the first: FreeType has come to ignore
+    ///                  the flag for it.
     /// @return          whether FreeType could
     virtual bool loadGlyph(unsigned int index, bool unscaled) const;
 
@@ -85,7 +86,7 @@ public:
     /// What the scan read.
     const PrinterFontHead& head() const { return head_; }
     /// What the load read: a record for each glyph, in the order of their ids; those without a code
-    /// are empty.
+    /// are empty, and so are those that are more work than a load may be.
     const Type1Metrics& metrics() const { return metrics_; }
     /// The names that the font's own Encoding has for its codes, known after the load; none for a
     /// font with StandardEncoding.

@@ -1,6 +1,7 @@
 #include "fonts/FS_ServiceContext.h"
 #include "fonts/FS_Type1Printer.h"
 #include "raster/RenderLock.h"
+#include "raster/Type1LoadBudget.h"
 
 #include <KWCommon15/KWLock.h>
 
@@ -56,6 +57,7 @@ bool FS_Type1Printer::readGlyphs(KWError& error) {
 }
 
 void FS_Type1Printer::readEncodedGlyphs(FT_FaceRec_* face, bool isCustom) {
+    Type1LoadBudget budget(face);
     FT_UInt glyph = 0;
     for (FT_ULong charCode = FT_Get_First_Char(face, &glyph); glyph != 0;
          charCode = FT_Get_Next_Char(face, charCode, &glyph)) {
@@ -63,7 +65,7 @@ void FS_Type1Printer::readEncodedGlyphs(FT_FaceRec_* face, bool isCustom) {
         std::string name = glyphName(face, glyph);
         if (isCustom && !name.empty())
             builtInNames_.emplace(code, name);
-        if (glyph >= metrics_.records().size() || !loadGlyph(glyph, false))
+        if (glyph >= metrics_.records().size() || !budget.take(glyph) || !loadGlyph(glyph, false))
             continue;
         ++encodedGlyphs_;
         Type1CharMetric& record = metrics_.record(glyph);
@@ -85,14 +87,14 @@ bool FS_Type1Printer::loadGlyph(unsigned int index, bool unscaled) const {
     FT_Face face = openFace();
     if (face == nullptr)
         return false;
-    if (unscaled)
-        return FT_Load_Glyph(face, index, FT_LOAD_NO_SCALE | FT_LOAD_VERTICAL_LAYOUT) == FT_Err_Ok;
-    return FT_Load_Glyph(face, index, FT_LOAD_NO_SCALE) == FT_Err_Ok ||
-           FT_Load_Glyph(face, index, FT_LOAD_NO_SCALE | FT_LOAD_IGNORE_GLOBAL_ADVANCE_WIDTH) ==
-               FT_Err_Ok;
+    const FT_Int32 flags = unscaled ? FT_LOAD_NO_SCALE | FT_LOAD_VERTICAL_LAYOUT : FT_LOAD_NO_SCALE;
+    return FT_Load_Glyph(face, index, flags) == FT_Err_Ok;
 }
 
 UnicodeString FS_Type1Printer::getPostScriptName(KWLang::LanguageID, int) const {
+    // FreeType makes the names of some formats when they are first asked for.
+    KWMutex mutex(g_glyphRenderLock);
+    mutex.lock();
     FT_Face face = openFace();
     const char* const name = face != nullptr ? FT_Get_Postscript_Name(face) : nullptr;
     return name != nullptr ? textOfBytes(name) : UnicodeString();

@@ -1,9 +1,12 @@
 #include "fonts/FS_Type1PFA.h"
 #include "fonts/FS_Type1PFB.h"
+#include "raster/RenderLock.h"
 #include "support/FontPackages.h"
 #include "support/FreeTypeFace.h"
 #include "support/TempDir.h"
+#include "support/TestFont.h"
 #include "support/Type1Font.h"
+#include "support/Utf8.h"
 
 #include <KWCommon15/KWPtr.h>
 
@@ -20,13 +23,10 @@ namespace {
 
 using KWCommonNS::KWPtr;
 using KWTest::Bytes;
+using KWTest::TestFont;
 using KWTest::Type1CharString;
 using KWTest::Type1Font;
-
-std::string utf8(const UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
+using KWTest::utf8;
 
 /// A font of a file of its own.
 template <class Font>
@@ -138,6 +138,41 @@ TEST(Type1PrinterFace, AGlyphThatDoesNotLoadIsPassedBy) {
     EXPECT_EQ(font->getEmbedableCharCount(0), 1U);
 }
 
+TEST(Type1PrinterFace, GlyphsThatUnfoldToTooMuchArePassedBy) {
+    Type1Font built = Type1Font::symbols();
+    built.encoding = {{0x20, "foo"}};
+    for (int level = 1; level <= 5; ++level) {
+        Type1CharString subr;
+        for (int call = 0; call < 8; ++call)
+            subr.op({level}, 10);
+        built.subrs.push_back(subr.op({}, 11));
+    }
+    built.subrs.push_back(Type1CharString().op({0, 0}, 21).op({}, 11));
+    for (int code = 0x21; code < 0xFF; ++code) {
+        const std::string name = "g" + std::to_string(code);
+        built.glyphs.push_back({name, Type1CharString().hsbw(0, 500).op({0}, 10).endchar()});
+        built.encoding.emplace(code, name);
+    }
+    PFBFile font(built.pfb());
+    ASSERT_TRUE(font.load());
+    EXPECT_NE(font->metrics().findCode(0x20), nullptr);
+    EXPECT_NE(font->metrics().findCode(0x21), nullptr) << "one alone is not too much";
+    EXPECT_EQ(font->metrics().findCode(0xFE), nullptr);
+    EXPECT_LT(font->getEmbedableCharCount(0), 100U);
+    EXPECT_EQ(font->builtInNames().at(0xFE), "g254");
+}
+
+TEST(Type1PrinterFace, TheVerticalAdvanceIsOfTheCharstring) {
+    constexpr int kSbw = 0x0C07;
+    Type1Font built = Type1Font::symbols();
+    built.glyphs[1].charString = Type1CharString().op({0, 0, 600, -900}, kSbw).endchar();
+    PFBFile font(built.pfb());
+    ASSERT_TRUE(font.load());
+    EXPECT_EQ(font->metrics().findName("foo")->WX, 600);
+    EXPECT_EQ(font->metrics().findName("foo")->WY, -900);
+    EXPECT_EQ(font->metrics().findName("bar")->WY, 0);
+}
+
 TEST(Type1PrinterFace, AFontWithoutCodesHasRecordsWithoutMetrics) {
     Type1Font built = Type1Font::symbols();
     built.encoding = {{0x41, "absent"}};
@@ -204,6 +239,23 @@ TEST(Type1PrinterFace, ThePostScriptNameIsThatOfTheFace) {
     EXPECT_EQ(utf8(none->getPostScriptName(0, 0)), "");
 }
 
+TEST(Type1PrinterFace, AskingForThePostScriptNameTakesTheRenderingLock) {
+    bool isHeld = false;
+    KWUri::setFetcher([&](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        std::thread([&] {
+            isHeld = !g_glyphRenderLock.tryLock();
+            if (!isHeld)
+                g_glyphRenderLock.unlock();
+        }).join();
+        return std::unique_ptr<std::istream>(
+            std::make_unique<std::istringstream>(Type1Font::latin().pfb().str()));
+    });
+    const KWPtr<FS_Type1PFB> font(new FS_Type1PFB(KWUri(u"http://host/font.pfb")));
+    EXPECT_EQ(utf8(font->getPostScriptName(0, 0)), "KWTest-Bold");
+    KWUri::setFetcher({});
+    EXPECT_TRUE(isHeld);
+}
+
 TEST(Type1PrinterFace, AProgramHasNoKerning) {
     PFBFile font(Type1Font::latin().pfb());
     EXPECT_FALSE(font->hasPairKerningInfo(false, 0));
@@ -235,6 +287,9 @@ TEST(Type1PrinterFace, AGlyphIsLoadedInUnitsOfTheFont) {
     EXPECT_EQ(font->getFTFace(0)->glyph->metrics.horiAdvance, 650);
     EXPECT_TRUE(font->loadGlyph(1, true));
     EXPECT_EQ(font->getFTFace(0)->glyph->metrics.width, 560);
+    EXPECT_NE(font->getFTFace(0)->glyph->metrics.vertAdvance, 0) << "of vertical writing";
+    EXPECT_TRUE(font->loadGlyph(1, false));
+    EXPECT_EQ(font->getFTFace(0)->glyph->metrics.vertAdvance, 0);
     EXPECT_FALSE(font->loadGlyph(6, false));
     EXPECT_FALSE(font->loadGlyph(6, true));
     PFBFile none(Bytes::ofText("no font"));
@@ -272,6 +327,24 @@ TEST(Type1PrinterFace, AFileThatFreeTypeRefusesIsToldWithoutDetail) {
     EXPECT_EQ(font->getPairKerningValue(1, 2, -1000, false, 0), 0);
 }
 
+// FreeType refuses a program without glyphs itself, and leaves an sfnt without any to its callers.
+TEST(Type1PrinterFace, AFaceWithoutGlyphsIsTold) {
+    TestFont empty = TestFont::latin();
+    empty.maxp.numGlyphs = 0;
+    PFBFile font(empty.build());
+    EXPECT_FALSE(font.load());
+    EXPECT_EQ(font.error.getCode(), 1928);
+    EXPECT_EQ(utf8(font.error.getMessage()), "Font file error: No glyphs\n" + font.path());
+}
+
+// Its glyphs have no charstrings whose work could be told.
+TEST(Type1PrinterFace, OfWhatIsNoType1ProgramNoGlyphIsRead) {
+    PFBFile font(TestFont::latin().build());
+    EXPECT_TRUE(font.load());
+    EXPECT_EQ(font->metrics().records().size(), 7U);
+    EXPECT_EQ(font->getEmbedableCharCount(0), 0U);
+}
+
 TEST(Type1PrinterFace, TheLoadRunsOnceAndKeepsItsError) {
     PFBFile none(Bytes::ofText("no font"));
     EXPECT_FALSE(none.load());
@@ -305,7 +378,9 @@ TEST(Type1PrinterFace, ThreadsMayLoadAtOnce) {
 /// Loads a damaged font and asks it all; whether it loads is up to FreeType.
 void exercise(const Bytes& file) {
     PFBFile font(file);
-    font.load();
+    if (!font.load()) {
+        EXPECT_TRUE(font.error.getCode() == 1926 || font.error.getCode() == 1928);
+    }
     for (int ch = 0; ch < 256; ++ch)
         font->getGlyphID(ch, false, 0);
     EXPECT_LE(font->metrics().records().size(), file.size());
@@ -351,6 +426,9 @@ TEST(Type1PrinterFace, NamesOfAMegabyteAreCut) {
     font.glyphs[1].name = longName;
     font.encoding = {{0x41, longName}, {0x80, "bar"}};
     exercise(font.pfb());
+    PFBFile file(font.pfb());
+    ASSERT_TRUE(file.load());
+    EXPECT_EQ(file->metrics().records()[1].name, std::string(63, 'x'));
 }
 
 TEST(Type1PrinterFace, AnAccentedGlyphOfItselfEnds) {
@@ -388,6 +466,14 @@ TEST_P(PackagedType1, RecordsAreWhatFreeTypeSays) {
     EXPECT_EQ(utf8(font->getFamilyName(0, 0)), face->family_name);
     EXPECT_EQ(utf8(font->head().postScriptName), utf8(font->getPostScriptName(0, 0)));
     ASSERT_EQ(font->metrics().records().size(), static_cast<std::size_t>(face->num_glyphs));
+    std::size_t characters = 0;
+    FT_UInt index = 0;
+    FT_Select_Charmap(face.get(), FT_ENCODING_ADOBE_CUSTOM);
+    for (FT_ULong ch = FT_Get_First_Char(face.get(), &index); index != 0;
+         ch = FT_Get_Next_Char(face.get(), ch, &index))
+        ++characters;
+    FT_Select_Charmap(face.get(), FT_ENCODING_UNICODE);
+    EXPECT_EQ(font->getEmbedableCharCount(0), characters) << "each glyph loads";
     std::size_t encoded = 0;
     for (const Type1CharMetric& record : font->metrics().records()) {
         if (record.name.empty())
