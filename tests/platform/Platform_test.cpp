@@ -262,6 +262,7 @@ TEST(KnownFolders, WithoutHomeTheUserRecordIsAsked) {
 }
 
 #ifdef KW_WITH_FONTCONFIG
+// A metrics file counts where its font would find the printer font again.
 TEST(RegisteredFonts, AreTheFilesOfAFontconfigConfiguration) {
     const TempDir dir;
     const fs::path source = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
@@ -271,20 +272,25 @@ TEST(RegisteredFonts, AreTheFilesOfAFontconfigConfiguration) {
     dir.makeFolder("fonts");
     dir.makeFolder("cache");
     fs::copy(source, dir.path("fonts/sans.ttf"));
-    fs::copy(printer / "C059-Bold.t1", dir.path("fonts/bold.t1"));
-    fs::copy(printer / "C059-Bold.afm", dir.path("fonts/bold.afm"));
-    fs::copy(printer / "C059-Bold.t1", dir.path("fonts/alone.t1"));
-    fs::copy(printer / "C059-Bold.t1", dir.path("fonts/old.t1"));
-    dir.write("fonts/old.PFM", "x");
+    for (const char* name :
+         {"bold.pfb", "both.pfb", "both.pfa", "windows.pfa", "OLD.PFB", "OLDER.PFA", "alone.pfb",
+          "lower.PFB", "UPPER.pfb", "odd.Pfb", "outline.t1"})
+        fs::copy(printer / "C059-Bold.t1", dir.path("fonts") / name);
+    for (const char* name :
+         {"bold.afm", "bold.pfm", "both.afm", "windows.pfm", "OLD.AFM", "OLDER.PFM", "lower.afm",
+          "UPPER.AFM", "odd.afm", "outline.afm", "unprinted.afm"})
+        dir.write("fonts/" + std::string(name), "x");
     dir.write("fonts.conf", "<?xml version='1.0'?><fontconfig><dir>" + dir.path("fonts").string() +
                                 "</dir><cachedir>" + dir.path("cache").string() +
                                 "</cachedir></fontconfig>");
     const Variable config("FONTCONFIG_FILE", dir.path("fonts.conf").c_str());
     const RegisteredFontFiles files = native().registeredFontFiles();
     EXPECT_EQ(files.fonts, std::vector{dir.path("fonts/sans.ttf").u16string()});
-    EXPECT_EQ(
-        std::set(files.type1.begin(), files.type1.end()),
-        (std::set{dir.path("fonts/bold.afm").u16string(), dir.path("fonts/old.PFM").u16string()}));
+    std::set<std::u16string> expected;
+    for (const char* name : {"bold.afm", "both.afm", "windows.pfm", "OLD.AFM", "OLDER.PFM"})
+        expected.insert((dir.path("fonts") / name).u16string());
+    EXPECT_EQ(std::set(files.type1.begin(), files.type1.end()), expected);
+    EXPECT_EQ(files.type1.size(), expected.size()) << "each once";
 }
 #endif
 

@@ -9,7 +9,9 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 
@@ -52,15 +54,23 @@ bool isRegular(const std::string& path) {
     return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
 }
 
-// Path of the metrics file beside a printer font; empty when there is none.
+// Path of the metrics file beside a printer font; empty when there is none. The font of a metrics
+// file looks for its printer font by the same extensions; it would not find any other.
 std::string metricsFileBeside(std::string_view printerFont) {
-    const std::size_t name = printerFont.rfind('/') + 1;
     const std::size_t dot = printerFont.rfind('.');
-    if (dot == std::string_view::npos || dot <= name)
+    if (dot == std::string_view::npos)
         return {};
-    for (const char* extension : {".afm", ".AFM", ".pfm", ".PFM"}) {
+    const std::string_view extension = printerFont.substr(dot);
+    std::array<const char*, 2> candidates{};
+    if (extension == ".pfb" || extension == ".pfa")
+        candidates = {".afm", ".pfm"};
+    else if (extension == ".PFB" || extension == ".PFA")
+        candidates = {".AFM", ".PFM"};
+    else
+        return {};
+    for (const char* candidate : candidates) {
         std::string path(printerFont.substr(0, dot));
-        path += extension;
+        path += candidate;
         if (isRegular(path))
             return path;
     }
@@ -77,6 +87,7 @@ RegisteredFontFiles fontconfigFontFiles() {
     if (fonts == nullptr)
         return files;
     std::unordered_set<std::string_view> seen;
+    std::unordered_set<std::string> seenMetrics;
     for (int i = 0; i < fonts->nfont; ++i) {
         const FcPattern* const pattern = fonts->fonts[i];
         const std::string_view file = textProperty(pattern, FC_FILE);
@@ -86,7 +97,9 @@ RegisteredFontFiles fontconfigFontFiles() {
         if (isSfnt(pattern, file)) {
             files.fonts.push_back(decodeBytes(file));
         } else if (textProperty(pattern, FC_FONTFORMAT) == "Type 1") {
-            if (const std::string metrics = metricsFileBeside(file); !metrics.empty())
+            // A font may have both forms of a printer font.
+            const std::string metrics = metricsFileBeside(file);
+            if (!metrics.empty() && seenMetrics.insert(metrics).second)
                 files.type1.push_back(decodeBytes(metrics));
         }
     }
