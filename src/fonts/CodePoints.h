@@ -6,6 +6,8 @@
 
 namespace KWFontService_NS {
 
+inline constexpr UChar32 kSpace = ' ';
+
 /// The code point at `i`, a lone surrogate included, and `i` moved behind it.
 inline UChar32 nextCodePoint(const char16_t* units, std::int32_t& i, std::int32_t length) {
     const char16_t unit = units[i++];

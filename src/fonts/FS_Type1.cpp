@@ -22,8 +22,6 @@ using KWCommonNS::KWPtr;
 
 namespace {
 
-constexpr int kUnitsPerEm = 1000;
-constexpr int kSpace = ' ';
 constexpr int kFirstSymbolCode = 32;
 constexpr int kLastSymbolCode = 255;
 
@@ -199,7 +197,7 @@ float FS_Type1::getTextWidth(const UnicodeString& text, int size, bool, int* fir
     const auto units = static_cast<double>(textUnits(text, missing));
     if (firstMissing != nullptr)
         *firstMissing = missing;
-    const double divisor = size < 0 ? double{kUnitsPerEm} : double{lineHeight()};
+    const double divisor = size < 0 ? double{kType1UnitsPerEm} : double{lineHeight()};
     if (divisor == 0 || !std::isfinite(divisor))
         return 0;
     return static_cast<float>(units / divisor * std::fabs(static_cast<double>(size)));
@@ -226,7 +224,7 @@ FS_EMBEDSTATUS FS_Type1::getEmbedStatus(int faceIndex) const {
 }
 
 int FS_Type1::getUnitsPerEm(int faceIndex) const {
-    return printerFont ? printerFont->getUnitsPerEm(faceIndex) : kUnitsPerEm;
+    return printerFont ? printerFont->getUnitsPerEm(faceIndex) : kType1UnitsPerEm;
 }
 
 bool FS_Type1::hasPairKerningInfo(bool vertical, int faceIndex) const {

@@ -42,9 +42,9 @@ public:
     UnicodeString getPostScriptName(KWLang::LanguageID language, int faceIndex) const override;
     bool getLogFont(FS_EnumLogFontEx& font, int faceIndex) const override;
 
-    /// A size above 0 counts for the height of the font box; 0 measures nothing. A character that
-    /// is missing has the width of the space where the font knows of one by its code, or by the
-    /// configuration's glyph list.
+    /// A size above 0 counts for the height of the font box, or for `dfAscent` where a PFM file has
+    /// no printer font beside it; 0 measures nothing. A character that is missing has the width of
+    /// the space where the font knows of one by its code, or by the configuration's glyph list.
     float getTextWidth(const UnicodeString& text, int size, bool vertical, int* firstMissing,
                        int faceIndex) const override;
     unsigned short getGlyphID(int ch, bool vertical, int faceIndex) const override;

@@ -34,15 +34,16 @@ bool FS_Type1AFM::scanFont(KWError& error, std::istream& stream) {
 bool FS_Type1AFM::loadMetrics(KWError& error, std::istream* stream) {
     std::unique_ptr<std::istream> own;
     if (stream == nullptr) {
-        own = openFontStream(getUri());
-        if (!own) {
-            error = cannotReadFontError(getUri());
-            return false;
-        }
+        own = openTextStream(getUri());
         stream = own.get();
+    } else {
+        stream->clear();
+        stream->seekg(0);
     }
-    stream->clear();
-    stream->seekg(0);
+    if (stream == nullptr || !*stream) {
+        error = cannotReadFontError(getUri());
+        return false;
+    }
     AFMHead head; // known from the scan
     AFMGlyphs glyphs;
     if (const auto failure = readAFM(*stream, head, &glyphs))

@@ -7,7 +7,7 @@ namespace KWFontService_NS {
 
 /// A Type 1 font by its Adobe Font Metrics file (.afm). The scan reads and checks the whole file
 /// and keeps what describes the font; the load reads it again for the glyphs, since most fonts of a
-/// pool are never used.
+/// pool are never used. A file that is gone by then, or has become an error, fails the load.
 class FS_Type1AFM final : public FS_Type1 {
 public:
     explicit FS_Type1AFM(const KWUri& uri);

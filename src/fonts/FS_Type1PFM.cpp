@@ -9,8 +9,6 @@ namespace KWFontService_NS {
 
 namespace {
 
-constexpr int kSpace = ' ';
-
 // Values of `dfCharSet` that name an encoding.
 constexpr std::uint8_t kAnsiCharSet = 0;
 constexpr std::uint8_t kSymbolCharSet = 2;
@@ -44,7 +42,9 @@ UnicodeString FS_Type1PFM::getFamilyName(KWLang::LanguageID, int) const {
 }
 
 UnicodeString FS_Type1PFM::getFullFontName(KWLang::LanguageID language, int faceIndex) const {
-    return printerFont ? printerFont->getFullFontName(language, faceIndex) : file_.faceName;
+    const UnicodeString name =
+        printerFont ? printerFont->getFullFontName(language, faceIndex) : UnicodeString();
+    return name.isEmpty() ? file_.faceName : name;
 }
 
 UnicodeString FS_Type1PFM::getCopyright(KWLang::LanguageID, int) const {

@@ -20,7 +20,8 @@ public:
     bool scanFont(KWError& error, std::istream& stream) override;
 
     UnicodeString getFamilyName(KWLang::LanguageID language, int faceIndex) const override;
-    /// The printer font's, since the metrics file has none; without one the family name.
+    /// The printer font's, since the metrics file has none; where that has none either, the family
+    /// name.
     UnicodeString getFullFontName(KWLang::LanguageID language, int faceIndex) const override;
     UnicodeString getCopyright(KWLang::LanguageID language, int faceIndex) const override;
     int getWeight(int faceIndex) const override;

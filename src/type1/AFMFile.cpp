@@ -7,6 +7,7 @@
 #include "type1/WeightText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <istream>
 #include <string>
@@ -17,8 +18,6 @@ namespace KWFontService_NS {
 namespace {
 
 using namespace std::string_view_literals;
-
-constexpr float kUnitsPerEm = 1000;
 
 /// Where in the file a line stands.
 enum class Section {
@@ -89,7 +88,7 @@ private:
     }
     template <float AFMHead::*Field>
     bool setNumber(std::string_view value) {
-        head_.*Field = static_cast<float>(leadingNumber(value));
+        head_.*Field = leadingNumber(value);
         return true;
     }
     bool setWeight(std::string_view value);
@@ -176,7 +175,7 @@ bool Reader::setWeight(std::string_view value) {
 }
 
 bool Reader::setXHeight(std::string_view value) {
-    head_.xHeight = static_cast<float>(leadingNumber(value)) / kUnitsPerEm;
+    head_.xHeight = leadingNumber(value) / kType1UnitsPerEm;
     return true;
 }
 
@@ -269,7 +268,8 @@ bool Reader::endKernData(std::string_view) {
 }
 
 void Reader::finish() {
-    head_.externalLeading = std::max(0.0F, head_.fontBBox.height() - kUnitsPerEm);
+    const float leading = head_.fontBBox.height() - kType1UnitsPerEm;
+    head_.externalLeading = std::isfinite(leading) ? std::max(0.0F, leading) : 0;
     head_.maximumWidth = static_cast<float>(widestWX_);
     if (metrics_ != 0)
         head_.averageWidth = static_cast<float>(static_cast<double>(widthSum_) / metrics_);
@@ -291,9 +291,14 @@ std::optional<Type1FileError> readAFM(std::istream& stream, AFMHead& head, AFMGl
     for (std::string_view line; lines.next(line);) {
         ++number;
         const std::string_view keyword = cutWord(line);
+        if (keyword.empty())
+            continue;
         if (!reader.readLine(keyword, trimSeparators(line)))
             return badLine(number, keyword);
     }
+    // A file that breaks off is not taken for a short one.
+    if (stream.bad())
+        return Type1FileError{FS_ERROR_FONT_READ, UnicodeString()};
     reader.finish();
     return std::nullopt;
 }

@@ -53,7 +53,7 @@ struct AFMGlyphs {
 /// Reads an AFM file from the stream's position to the end. Lines end in LF, CR or CRLF, and of a
 /// line only the first `kMaxMetricsLine` bytes count. What no keyword begins is passed by, so any
 /// text is an AFM file; what a keyword forbids where it stands is an error with the number of its
-/// line. A section that does not end has what was read of it.
+/// line. A section that does not end has what was read of it; a stream that breaks is an error.
 /// @param glyphs  null: the file is read and checked all the same, and only the head is kept
 /// @return        nothing for success
 std::optional<Type1FileError> readAFM(std::istream& stream, AFMHead& head, AFMGlyphs* glyphs);

@@ -40,9 +40,9 @@ std::string_view cutWord(std::string_view& text) {
     return word;
 }
 
-double leadingNumber(std::string_view text) {
+float leadingNumber(std::string_view text) {
     text = withoutPlus(withoutLeadingSeparators(text));
-    double value = 0;
+    float value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     return result.ec == std::errc() && std::isfinite(value) ? value : 0;
 }
@@ -69,7 +69,7 @@ std::optional<Type1Box> readType1Box(std::string_view text) {
         const std::string_view word = cutWord(text);
         if (word.empty())
             return std::nullopt;
-        *corner = static_cast<float>(leadingNumber(word));
+        *corner = leadingNumber(word);
     }
     if (!trimSeparators(text).empty())
         return std::nullopt;

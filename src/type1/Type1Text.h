@@ -22,8 +22,8 @@ std::string_view trimSeparators(std::string_view text);
 std::string_view cutWord(std::string_view& text);
 
 /// The number that a text begins with, separators before it passed by, as `atof` reads a decimal
-/// one; 0 when there is none and when it is beyond what a double holds.
-double leadingNumber(std::string_view text);
+/// one; 0 when there is none and when it is beyond what a float holds.
+float leadingNumber(std::string_view text);
 
 /// The integer that a text begins with, separators before it passed by, as `atoi` reads one; 0 when
 /// there is none, and the nearest there is when it is beyond what an int holds.

@@ -1,5 +1,6 @@
 #include "Type1Fixture.h"
 
+#include "support/BrokenStreams.h"
 #include "support/FontPackages.h"
 #include "support/FreeTypeFace.h"
 #include "type1/GlyphNames.h"
@@ -134,6 +135,37 @@ TEST_F(FSType1AFM, AStreamAtHandIsReadFromItsStart) {
     stream.get();
     EXPECT_TRUE(font->loadFont(error, 0, &stream));
     EXPECT_EQ(unitsOf(font, u"A"), 600);
+}
+
+TEST_F(FSType1AFM, AStreamAtHandThatDoesNotSeekFailsTheLoad) {
+    const auto font = scannedAFM();
+    UnseekableStream stream(AfmFile::latin().build());
+    EXPECT_FALSE(font->loadFont(error, 0, &stream));
+    EXPECT_EQ(error.getCode(), 1921);
+    EXPECT_EQ(unitsOf(font, u"A"), 0);
+}
+
+TEST_F(FSType1AFM, AStreamWithoutABufferFailsTheScanAndTheLoad) {
+    const auto font = made<AFM>("font.afm");
+    std::istream none(nullptr);
+    EXPECT_FALSE(font->scanFont(error, none));
+    EXPECT_EQ(error.getCode(), 1921);
+    EXPECT_EQ(message(), "Font read error.\n" + pathOf("font.afm"));
+    const auto scanned = scannedAFM();
+    EXPECT_FALSE(scanned->loadFont(error, 0, &none));
+    EXPECT_EQ(error.getCode(), 1921);
+}
+
+TEST_F(FSType1AFM, AFileOfAHostThatBreaksFailsTheLoad) {
+    KWUri::setFetcher([](const KWUri&, KWUri::ContentInfo&, UnicodeString&) {
+        return std::unique_ptr<std::istream>(
+            std::make_unique<BreakingStream>("FontName X\nStartCharMetrics 2\nC 65 ; WX 1 ;\n"));
+    });
+    const Ptr<AFM> font(new AFM(KWUri(u"http://host/font.afm")));
+    EXPECT_FALSE(load(font));
+    KWUri::setFetcher({});
+    EXPECT_EQ(error.getCode(), 1921);
+    EXPECT_TRUE(font->metrics().records().empty());
 }
 
 // --- packaged fonts -----------------------------------------------------------------------------

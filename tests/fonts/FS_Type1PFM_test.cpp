@@ -43,6 +43,13 @@ TEST_F(FSType1PFM, ThePrinterFontHasTheFullName) {
     EXPECT_EQ(utf8(font->getSubFamilyName(0, 0)), "Bold");
 }
 
+TEST_F(FSType1PFM, WhereThePrinterFontHasNoFullNameTheFamilyNameIsIt) {
+    Type1Font printer = Type1Font::latin();
+    printer.fullName = "";
+    writePrinterFont(printer);
+    EXPECT_EQ(utf8(scannedPFM()->getFullFontName(0, 0)), "KWTest");
+}
+
 TEST_F(FSType1PFM, AFileThatIsTooShortFailsTheScan) {
     const Bytes whole = PfmFile::latin().build();
     files().write("font.pfm", Bytes(whole).truncate(116));
@@ -79,6 +86,22 @@ TEST_F(FSType1PFM, WithABrokenPrinterFontOnlyAStandardFontIsAFont) {
     EXPECT_EQ(error.getCode(), 1928) << "which is told all the same";
     EXPECT_EQ(font->getPrinterFont(), nullptr);
     EXPECT_TRUE(load(font));
+}
+
+TEST_F(FSType1PFM, WithAPrinterFontThatDoesNotOpenOnlyAStandardFontIsAFont) {
+    PfmFile file = PfmFile::latin();
+    for (const bool isStandard : {false, true}) {
+        writePrinterFont();
+        file.postScriptName = isStandard ? "Courier" : "KWTest-Bold";
+        files().write("font.pfm", file.build());
+        const auto font = made<PFM>("font.pfm");
+        ASSERT_NE(font->getPrinterFont(), nullptr);
+        std::filesystem::remove(files().path("font.pfb"));
+        EXPECT_EQ(scan(font, "font.pfm"), isStandard);
+        EXPECT_EQ(font->getPrinterFont(), nullptr);
+        EXPECT_EQ(error.getCode(), 1925);
+        EXPECT_EQ(message(), "Cannot read printer font.\n" + pathOf("font.pfm"));
+    }
 }
 
 TEST_F(FSType1PFM, AFileWithoutNamesIsAFont) {
@@ -169,6 +192,27 @@ TEST_F(FSType1PFM, WithAPrinterFontWidthsAreByItsNames) {
     EXPECT_EQ(unitsOf(font, u"A "), 850);
     EXPECT_EQ(firstMissing(font, u"A\u20AC"), 1);
     EXPECT_FLOAT_EQ(font->getTextWidth(u"A", 10, false, nullptr, 0), 4.8F) << "of its box";
+}
+
+TEST_F(FSType1PFM, AGlyphListNamesGlyphsOfThePrinterFont) {
+    writePrinterFont();
+    options.glyphList = fileUri(files().write("list.txt", "0041;B\n3042;acute\n0020;space\n"));
+    const auto font = loadedPFM();
+    EXPECT_EQ(unitsOf(font, u"A"), 650);
+    EXPECT_EQ(unitsOf(font, u"\u3042"), 300);
+    EXPECT_EQ(unitsOf(font, u"B"), 650) << "one that is not listed has its name";
+    EXPECT_EQ(unitsOf(font, u"\u20AC"), 250) << "as wide as the listed space";
+}
+
+TEST_F(FSType1PFM, WithoutGlyphNameMappingCharactersAreCodesOfThePrinterFont) {
+    writePrinterFont(Type1Font::symbols());
+    options.skipGlyphNameMapping = true;
+    const auto font = loadedPFM();
+    EXPECT_EQ(unitsOf(font, u"A\u0080"), 600 + 700);
+    EXPECT_EQ(firstMissing(font, u"AB"), 1);
+    EXPECT_EQ(unitsOf(font, u"B"), 0) << "there is no code 32";
+    EXPECT_EQ(font->getType1CharCode('A', 0), 'A');
+    EXPECT_EQ(font->getType1CharCode('B', 0), 0) << "the printer font has no name for it";
 }
 
 TEST_F(FSType1PFM, OfASymbolicPrinterFontWidthsAreByItsCodes) {

@@ -2,6 +2,7 @@
 #include "fonts/FS_Type1PFB.h"
 #include "support/TempDir.h"
 #include "support/Type1Font.h"
+#include "support/Utf8.h"
 
 #include <KWCommon15/KWPtr.h>
 
@@ -16,13 +17,9 @@ namespace {
 using KWCommonNS::KWPtr;
 using KWTest::Bytes;
 using KWTest::Type1Font;
+using KWTest::utf8;
 
 const KWUri kUri("file:///fonts/test.pfb");
-
-std::string utf8(const UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
 
 template <class Font>
 KWPtr<Font> scanned(const Bytes& file) {

@@ -279,6 +279,15 @@ TEST_F(FSType1, OfASymbolicFontWidthsAreFoundByCodeAfterNames) {
     EXPECT_EQ(firstMissing(font, u"\u03A9"), 0) << "and nothing stands in";
 }
 
+TEST_F(FSType1, OfASymbolicFontAListedCharacterWithoutItsGlyphHasTheGlyphOfItsCode) {
+    writePrinterFont(Type1Font::symbols());
+    options.glyphList = fileUri(files().write("list.txt", "0041;absent\n0080;foo\n"));
+    const auto font = loadedAFM(symbols());
+    EXPECT_EQ(unitsOf(font, u"A"), 600);
+    EXPECT_EQ(firstMissing(font, u"A"), -1);
+    EXPECT_EQ(unitsOf(font, u"\u0080"), 600) << "and the listed glyph outranks it";
+}
+
 TEST_F(FSType1, OfAnyOtherFontCodesAreNotLookedAt) {
     const auto font = loadedAFM(symbols());
     EXPECT_EQ(firstMissing(font, u"A"), 0);
@@ -295,6 +304,14 @@ TEST_F(FSType1, WithoutGlyphNameMappingCharactersAreCodes) {
     EXPECT_EQ(unitsOf(font, u"A\u00C2\u012C"), 600 + 300 + 77);
     EXPECT_EQ(unitsOf(font, u"\u00C1"), 250) << "what is missing is as wide as code 32";
     EXPECT_EQ(firstMissing(font, u"A\u00C1"), 1);
+}
+
+TEST_F(FSType1, WithoutGlyphNameMappingASymbolicFontStillHasItsPrivateCharacters) {
+    writePrinterFont(Type1Font::symbols());
+    options.skipGlyphNameMapping = true;
+    const auto font = loadedAFM(symbols());
+    EXPECT_EQ(unitsOf(font, u"\uF041"), 600);
+    EXPECT_EQ(unitsOf(font, u"\uF01F"), 800) << "codes below 32 are codes";
 }
 
 // --- codes --------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include "support/MetricsFiles.h"
 #include "support/TempDir.h"
 #include "support/Type1Font.h"
+#include "support/Utf8.h"
 
 #include <KWFontService17/FS_LogFont.h>
 
@@ -19,11 +20,6 @@
 #include <string_view>
 
 namespace KWTest {
-
-inline std::string utf8(const icu::UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
 
 /// A scratch folder with the files of Type 1 fonts, and what the configuration says of them.
 class Type1Test : public testing::Test {

@@ -91,6 +91,24 @@ TEST_F(Type1Fonts, OfAPfmFileAreFoundByItsFaceName) {
     EXPECT_EQ(found(u"PostScript"), "") << "the device is no name of a font";
 }
 
+TEST_F(Type1Fonts, OfAPfmFileAreFoundByTheFullNameOfThePrinterFont) {
+    write("face.pfm", PfmFile::latin());
+    Type1Font printer = Type1Font::latin();
+    printer.fullName = "KWTest Printed";
+    write("face.pfb", printer);
+    scan();
+    EXPECT_EQ(found(u"KWTest Printed"), "face.pfm");
+}
+
+TEST_F(Type1Fonts, OfAnEmptyMetricsFileAreFoundByItsFileNameAlone) {
+    files().write("empty.afm", "");
+    scan();
+    EXPECT_THAT(fontFiles(), ElementsAre("empty.afm"));
+    EXPECT_TRUE(service().errors.empty());
+    EXPECT_THAT(service().fontPool.byName, IsEmpty());
+    EXPECT_EQ(found(u"empty.afm"), "empty.afm");
+}
+
 TEST_F(Type1Fonts, WithBothMetricsFilesAreDeliberatelyLoadedTwice) {
     write("face.afm", AfmFile::latin());
     write("face.pfm", PfmFile::latin());

@@ -1,10 +1,13 @@
 #include "type1/AFMFile.h"
 
 #include "common/KWLimits.h"
+#include "support/BrokenStreams.h"
 #include "support/MetricsFiles.h"
+#include "support/Utf8.h"
 
 #include <gtest/gtest.h>
 
+#include <istream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,11 +16,8 @@ namespace KWFontService_NS {
 namespace {
 
 using KWTest::AfmFile;
-
-std::string utf8(const UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
+using KWTest::BreakingStream;
+using KWTest::utf8;
 
 std::string messageOf(const std::optional<Type1FileError>& failure) {
     if (!failure)
@@ -129,6 +129,11 @@ TEST(AFMFile, TheLeadingIsWhatTheBoxHasBeyondTheEm) {
     EXPECT_EQ(Read("FontBBox 0 -250 1000 750\n").head.externalLeading, 0);
     EXPECT_EQ(Read("FontBBox 0 0 1000 700\n").head.externalLeading, 0);
     EXPECT_EQ(Read("FontName X\n").head.externalLeading, 0);
+}
+
+TEST(AFMFile, TheLeadingIsAlwaysANumber) {
+    EXPECT_EQ(Read("FontBBox 0 -3e38 0 3e38\n").head.externalLeading, 0);
+    EXPECT_EQ(Read("FontBBox 0 -1e300 0 1e300\n").head.externalLeading, 0);
 }
 
 TEST(AFMFile, WidthsAreSummedUp) {
@@ -277,6 +282,24 @@ TEST(AFMFile, MoreKernPairsThanAnnouncedAreTaken) {
     EXPECT_EQ(read.glyphs.kernPairs.size(), 2U);
 }
 
+// A pair in the wrong place is a pair all the same.
+TEST(AFMFile, APairOutsideOfItsSectionIsTakenAndForbidsTheSection) {
+    const Read read("KPX A B 5\nStartKernData\n");
+    EXPECT_EQ(read.complaint, "none");
+    EXPECT_EQ(read.glyphs.kernPairs.find('A', 'B'), 5);
+    EXPECT_EQ(Read("KPX A B 5\nStartKernData\nStartKernPairs 1\n").complaint,
+              "in line #3 : StartKernPairs");
+}
+
+// Sections of one writing direction are not known, so what ends them stands in the wrong place.
+TEST(AFMFile, SectionsOfOneDirectionAreDeliberatelyRefusedAtTheirEnd) {
+    for (const char* keyword : {"StartKernPairs0", "StartKernPairs1"})
+        EXPECT_EQ(Read("StartKernData\n" + std::string(keyword) +
+                       " 1\nKPX A B 1\nEndKernPairs\nEndKernData\n")
+                      .complaint,
+                  "in line #4 : EndKernPairs");
+}
+
 // --- bad files ----------------------------------------------------------------------------------
 
 TEST(AFMFile, AnAnnouncedCountNeedsNoMemory) {
@@ -307,6 +330,19 @@ TEST(AFMFile, ALineOfAMegabyteIsCutShort) {
               static_cast<int>(KWCommonNS::kMaxMetricsLine - std::string("FullName ").size()));
     EXPECT_LE(read.records().at(0).name.size(), KWCommonNS::kMaxMetricsLine);
     EXPECT_EQ(read.records()[0].WX, 0);
+}
+
+TEST(AFMFile, AStreamThatBreaksIsAReadErrorWithoutText) {
+    std::istream none(nullptr);
+    BreakingStream breaking(AfmFile::latin().build());
+    for (std::istream* stream : {&none, static_cast<std::istream*>(&breaking)}) {
+        AFMHead head;
+        AFMGlyphs glyphs;
+        const auto failure = readAFM(*stream, head, &glyphs);
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->code, FS_ERROR_FONT_READ);
+        EXPECT_TRUE(failure->detail.isEmpty());
+    }
 }
 
 TEST(AFMFile, ASectionThatDoesNotEndHasWhatWasReadOfIt) {

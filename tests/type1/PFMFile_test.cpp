@@ -2,6 +2,7 @@
 
 #include "common/KWLimits.h"
 #include "support/MetricsFiles.h"
+#include "support/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,7 @@ using KWTest::Bytes;
 using KWTest::patchLittle16;
 using KWTest::patchLittle32;
 using KWTest::PfmFile;
-
-std::string utf8(const UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
+using KWTest::utf8;
 
 struct Read {
     explicit Read(const Bytes& bytes, bool mendRange = true) {
@@ -178,6 +175,19 @@ TEST(PFMFile, ARangeThatStaysInvertedHasNoWidths) {
     }
 }
 
+// The widths are those of the range that the file announces, and taken for those of the mended one.
+TEST(PFMFile, TheWidthsOfAMendedRangeAreDeliberatelyCountedFromItsStart) {
+    PfmFile built;
+    built.firstChar = 65;
+    for (int code = built.firstChar; code <= built.lastChar; ++code)
+        built.extents.push_back(static_cast<std::uint16_t>(300 + code));
+    EXPECT_EQ(Read(built).complaint, "Extent Table read error") << "it is 33 widths short";
+    const Read read(built.build().zero(2 * 33));
+    ASSERT_FALSE(read.failed) << read.complaint;
+    EXPECT_EQ(read.file.widthOf(32), 300 + 65);
+    EXPECT_EQ(read.file.widthOf(65), 300 + 98);
+}
+
 // --- files that are too short -------------------------------------------------------------------
 
 TEST(PFMFile, EachPartThatIsTooShortHasItsMessage) {
@@ -218,6 +228,15 @@ TEST(PFMFile, AnOffsetPastTheEndHasTheMessageOfItsPart) {
     EXPECT_EQ(withOffset(PfmFile::kExtMetricsAt, 0), "none");
     EXPECT_EQ(withOffset(PfmFile::kDeviceAt, 0), "none");
     EXPECT_EQ(withOffset(PfmFile::kExtentTableAt, 0), "none");
+}
+
+// Their number says whether there are pairs, so an offset of 0 is the start of the file.
+TEST(PFMFile, PairsWithoutAnOffsetAreDeliberatelyReadFromTheStart) {
+    Bytes bytes = PfmFile::latin().build();
+    const Read read(patchLittle32(bytes, PfmFile::kPairKernTableAt, 0));
+    ASSERT_FALSE(read.failed) << read.complaint;
+    EXPECT_EQ(read.file.kernPairs.size(), 2U);
+    EXPECT_EQ(read.file.kernPairs.find('C', 'o'), 'y' << 8 | 'p') << "of the copyright";
 }
 
 TEST(PFMFile, MorePairsThanThereAreIsAnError) {

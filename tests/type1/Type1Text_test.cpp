@@ -31,7 +31,7 @@ TEST(Type1Text, ANumberIsWhatTheTextBeginsWith) {
 }
 
 TEST(Type1Text, WhatIsNoFiniteNumberIsZero) {
-    for (const char* text : {"inf", "nan", "-infinity", "1e999", "-1e999"})
+    for (const char* text : {"inf", "nan", "-infinity", "1e999", "-1e999", "1e39", "-1e39"})
         EXPECT_EQ(leadingNumber(text), 0) << text;
 }
 
