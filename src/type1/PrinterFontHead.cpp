@@ -3,6 +3,7 @@
 #include "common/AsciiChars.h"
 #include "common/KWLimits.h"
 #include "common/StreamBytes.h"
+#include "type1/PfbSegment.h"
 #include "type1/Type1Lines.h"
 #include "type1/WeightText.h"
 
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <istream>
+#include <span>
 #include <vector>
 
 namespace KWFontService_NS {
@@ -23,7 +25,7 @@ using KWCommonNS::kMaxPrinterFontLine;
 struct Value {
     std::string_view text;
     std::string_view following; ///< the word behind it
-    bool isBracketed = false;   ///< stood in parentheses, brackets or braces, without them here
+    char opener = 0; ///< the parenthesis, bracket or brace that it stood in, without them here
 };
 
 using Handler = bool (*)(PrinterFontHead& head, const Value& value);
@@ -57,7 +59,7 @@ bool setWeight(PrinterFontHead& head, const Value& value) {
 
 template <float PrinterFontHead::*Field>
 bool setNumber(PrinterFontHead& head, const Value& value) {
-    head.*Field = static_cast<float>(leadingNumber(value.text));
+    head.*Field = leadingNumber(value.text);
     return true;
 }
 
@@ -95,7 +97,8 @@ bool setPFBEncoding(PrinterFontHead& head, const Value& value) {
 }
 
 bool setPFBFontBBox(PrinterFontHead& head, const Value& value) {
-    return !value.isBracketed || setFontBBox(head, value);
+    const bool isBox = value.opener == '{' || value.opener == '[';
+    return !isBox || setFontBBox(head, value);
 }
 
 // Real fonts write `isFixedPitch`, which is another key: of few is the pitch known.
@@ -171,21 +174,25 @@ std::string_view withoutDefinition(std::string_view text) {
     return text;
 }
 
-/// The first word, which a delimiter of PostScript ends like a separator: `/FontBBox{0 0 9 9}`.
-std::string_view cutKey(std::string_view& line) {
-    std::string_view word = cutWord(line);
-    const std::size_t delimiter = word.find_first_of("([{/", 1);
+/// The first word of a line, and what is behind it.
+struct Key {
+    std::string_view word;
+    std::string_view rest;
+    bool isGlued = false; ///< a delimiter of PostScript ends it: `/FontBBox{0 0 9 9}`
+};
+
+Key cutKey(std::string_view line) {
+    Key key{.word = cutWord(line), .rest = line};
+    const std::size_t delimiter = key.word.find_first_of("([{/", 1);
     if (delimiter != std::string_view::npos) {
-        line = {word.data() + delimiter, line.size() + word.size() - delimiter};
-        word = word.substr(0, delimiter);
+        key.rest = {key.word.data() + delimiter, key.rest.size() + key.word.size() - delimiter};
+        key.word = key.word.substr(0, delimiter);
+        key.isGlued = true;
     }
-    return word;
+    return key;
 }
 
 // --- segments -----------------------------------------------------------------------------------
-
-constexpr std::uint8_t kSegmentMark = 0x80;
-constexpr std::uint8_t kTextSegment = 1;
 
 Type1FileError badHeader(const char* what, std::uint8_t byte) {
     char hex[3] = {};
@@ -197,8 +204,8 @@ Value segmentValue(std::string_view rest) {
     rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
     Value value;
     if (isBracketed(rest)) {
+        value.opener = rest.front();
         value.text = insideBrackets(rest);
-        value.isBracketed = true;
     } else {
         value.text = cutWord(rest);
         value.following = cutWord(rest);
@@ -245,38 +252,38 @@ std::optional<Type1FileError> readSegment(std::string_view text, PrinterFontHead
 std::optional<Type1FileError> scanPFAHead(std::istream& stream, PrinterFontHead& head) {
     Type1Lines lines(stream, kMaxPrinterFontLine, Type1LineEnd::LF);
     for (std::string_view line; lines.next(line);) {
-        std::string_view rest = line;
-        const std::string_view word = cutKey(rest);
-        if (word.empty())
+        const Key key = cutKey(line);
+        if (key.word.empty())
             continue;
         const Handler handler =
-            word.starts_with('/') ? findHandler(kPFAKeys, word.substr(1)) : nullptr;
-        if (handler == nullptr) {
-            if (line.find("currentfile") != std::string_view::npos)
-                break;
-            continue;
+            key.word.starts_with('/') ? findHandler(kPFAKeys, key.word.substr(1)) : nullptr;
+        if (handler != nullptr) {
+            Value value;
+            value.text = withoutDefinition(key.rest);
+            if (handler == setFontBBox && isBracketed(value.text))
+                value.text = insideBrackets(value.text);
+            const bool isTaken = handler(head, value);
+            if (!isTaken && !key.isGlued)
+                return Type1FileError{FS_ERROR_FONT_FILE, UnicodeString()};
         }
-        Value value;
-        value.text = withoutDefinition(rest);
-        if (handler == setFontBBox && isBracketed(value.text))
-            value.text = insideBrackets(value.text);
-        if (!handler(head, value))
-            return Type1FileError{FS_ERROR_FONT_FILE, UnicodeString()};
+        // A glued key is strictly another word: its value is a help, and no reason to refuse.
+        if ((handler == nullptr || key.isGlued) &&
+            line.find("currentfile") != std::string_view::npos)
+            break;
     }
     return std::nullopt;
 }
 
 std::optional<Type1FileError> scanPFBHead(std::istream& stream, PrinterFontHead& head) {
     std::vector<std::uint8_t> bytes;
-    constexpr std::size_t kHeaderSize = 6;
-    if (KWCommonNS::appendFromStream(stream, kHeaderSize, bytes) < kHeaderSize)
+    if (KWCommonNS::appendFromStream(stream, kPfbHeaderSize, bytes) < kPfbHeaderSize)
         return Type1FileError{FS_ERROR_FONT_READ, UnicodeString()};
-    if (bytes[0] != kSegmentMark)
+    if (bytes[0] != kPfbMark)
         return badHeader("Header bad signature: ", bytes[0]);
-    if (bytes[1] != kTextSegment)
+    if (bytes[1] != kPfbText)
         return badHeader("Header bad segmentType: ", bytes[1]);
-    const std::uint32_t length = std::uint32_t{bytes[2]} | std::uint32_t{bytes[3]} << 8 |
-                                 std::uint32_t{bytes[4]} << 16 | std::uint32_t{bytes[5]} << 24;
+    const std::uint32_t length =
+        pfbLength(std::span(bytes).subspan<kPfbTypeSize, kPfbLengthSize>());
     bytes.clear();
     if (KWCommonNS::appendFromStream(stream, length, bytes) < length)
         return Type1FileError{FS_ERROR_FONT_FILE, UnicodeString("SegmentData read error")};

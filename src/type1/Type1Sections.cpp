@@ -3,12 +3,14 @@
 #include "common/AsciiChars.h"
 #include "common/KWLimits.h"
 #include "common/StreamBytes.h"
+#include "type1/PfbSegment.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <istream>
 #include <iterator>
 #include <limits>
+#include <span>
 #include <string_view>
 
 namespace KWFontService_NS {
@@ -40,14 +42,8 @@ constexpr bool isBlank(char ch) {
     return ch == '\r' || ch == '\n' || ch == ' ' || ch == '\t';
 }
 
-/// Where the closing zeros begin, or what is no digit.
-std::size_t findHexadecimalEnd(std::string_view text) {
-    std::size_t end = 0;
-    while (end < text.size() && (isBlank(text[end]) || KWCommonNS::hexValue(text[end]) >= 0))
-        ++end;
-    // The word begins with a digit.
-    if (end > 0 && text.substr(end - 1).starts_with("cleartomark"))
-        --end;
+/// Where the closing zeros begin that end at `end`, blanks among them; `end` when there are none.
+std::size_t findClosingZeros(std::string_view text, std::size_t end) {
     std::size_t firstZero = end;
     std::size_t zeros = 0;
     for (std::size_t at = end; at > 0 && zeros < kClosingZeros; --at) {
@@ -59,6 +55,30 @@ std::size_t findHexadecimalEnd(std::string_view text) {
         }
     }
     return zeros >= KWCommonNS::kFewestClosingZeros ? firstZero : end;
+}
+
+/// Where the closing zeros begin, or what is no digit.
+std::size_t findHexadecimalEnd(std::string_view text) {
+    std::size_t end = 0;
+    while (end < text.size() && (isBlank(text[end]) || KWCommonNS::hexValue(text[end]) >= 0))
+        ++end;
+    // The word begins with a digit, also where it stands in the line of the zeros.
+    if (end > 0 && text.substr(end - 1).starts_with("cleartomark"))
+        --end;
+    // So may other words in lines behind the zeros, `end` and `def` for two.
+    for (std::size_t at = end;;) {
+        const std::size_t zeros = findClosingZeros(text, at);
+        if (zeros < at)
+            return zeros;
+        while (at > 0 && isBlank(text[at - 1]))
+            --at;
+        const std::size_t wordEnd = at;
+        while (at > 0 && !isBlank(text[at - 1]))
+            --at;
+        // A longer one is a line of digits.
+        if (at == wordEnd || wordEnd - at >= KWCommonNS::kFewestClosingZeros)
+            return end;
+    }
 }
 
 void decodeHexadecimal(std::string_view text, Bytes& out) {
@@ -74,11 +94,6 @@ void decodeHexadecimal(std::string_view text, Bytes& out) {
         }
     }
 }
-
-// --- segments -----------------------------------------------------------------------------------
-
-constexpr std::uint8_t kSegmentMark = 0x80;
-enum SegmentType : std::uint8_t { Text = 1, Binary = 2, End = 3 };
 
 } // namespace
 
@@ -104,7 +119,7 @@ bool readPFASections(std::istream& stream, Type1Sections& sections) {
 bool readPFBSections(std::istream& stream, Type1Sections& sections) {
     sections = {};
     Bytes* const parts[] = {&sections.clearText, &sections.eexec, &sections.trailer};
-    constexpr std::uint8_t kTypes[] = {Text, Binary, Text};
+    constexpr std::uint8_t kTypes[] = {kPfbText, kPfbBinary, kPfbText};
     std::size_t part = 0;
     bool started = false;
     Bytes header;
@@ -112,11 +127,11 @@ bool readPFBSections(std::istream& stream, Type1Sections& sections) {
         header.clear();
         return KWCommonNS::appendFromStream(stream, count, header) == count;
     };
-    while (readHeader(2)) {
-        if (header[0] != kSegmentMark)
+    while (readHeader(kPfbTypeSize)) {
+        if (header[0] != kPfbMark)
             return false;
         const std::uint8_t type = header[1];
-        if (type == End)
+        if (type == kPfbEnd)
             break;
         const bool isNextPart = started && part + 1 < std::size(kTypes) && type == kTypes[part + 1];
         if (isNextPart)
@@ -124,11 +139,9 @@ bool readPFBSections(std::istream& stream, Type1Sections& sections) {
         else if (type != kTypes[part])
             return false;
         started = true;
-        if (!readHeader(4))
+        if (!readHeader(kPfbLengthSize))
             return false;
-        const std::uint32_t length = std::uint32_t{header[0]} | std::uint32_t{header[1]} << 8 |
-                                     std::uint32_t{header[2]} << 16 |
-                                     std::uint32_t{header[3]} << 24;
+        const std::uint32_t length = pfbLength(std::span(header).first<kPfbLengthSize>());
         if (KWCommonNS::appendFromStream(stream, length, *parts[part]) < length)
             return false;
     }

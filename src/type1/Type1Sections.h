@@ -17,7 +17,8 @@ struct Type1Sections {
 
 /// Takes a program in hexadecimal text apart, from the stream's position on. Digits go in pairs
 /// that lie in one line; a single one at the end of a line counts nothing. The section ends before
-/// the closing zeros, or at what is no digit. False when no line begins with "currentfile eexec".
+/// the closing zeros, or at the first character that is neither a digit nor a blank: a letter from
+/// G on ends it, too. False when no line begins with "currentfile eexec".
 bool readPFASections(std::istream& stream, Type1Sections& sections);
 
 /// Takes a program in segments apart, from the stream's position on. Text, binary and text come in

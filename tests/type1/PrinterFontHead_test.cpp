@@ -1,6 +1,7 @@
 #include "type1/PrinterFontHead.h"
 
 #include "support/Type1Font.h"
+#include "support/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -13,11 +14,7 @@ namespace {
 using KWTest::Bytes;
 using KWTest::pfbSegment;
 using KWTest::Type1Font;
-
-std::string utf8(const UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
+using KWTest::utf8;
 
 std::optional<Type1FileError> scanPFA(const std::string& text, PrinterFontHead& head) {
     std::istringstream stream(text);
@@ -140,6 +137,16 @@ TEST(PFAHead, ADelimiterEndsAKey) {
     EXPECT_EQ(utf8(pfa("/FamilyName(Test)readonly def\n").familyName), "(Test)");
 }
 
+// Strictly a glued key is a word that nobody knows, so its value is a help alone.
+TEST(PFAHead, AGluedKeyRefusesNoFontAndHidesNoEnd) {
+    const PrinterFontHead head = pfa("/FontBBox{1 2 3}def\n/FamilyName B\n");
+    EXPECT_EQ(head.fontBBox, Type1Box());
+    EXPECT_EQ(utf8(head.familyName), "B");
+    const PrinterFontHead ended = pfa("/FullName(currentfile)def\n/FamilyName B\n");
+    EXPECT_EQ(utf8(ended.fullName), "(currentfile)");
+    EXPECT_EQ(utf8(ended.familyName), "");
+}
+
 TEST(PFAHead, ABoxMayHaveBracketsOrNone) {
     for (const char* box : {"[1 2 3 4] def", "1 2 3 4 def", "{1 2 3 4", "{ 1 2 3 4 } readonly def"})
         EXPECT_EQ(pfa("/FontBBox " + std::string(box) + "\n").fontBBox, (Type1Box{1, 2, 3, 4}))
@@ -253,6 +260,11 @@ TEST(PFBHead, ABoxInBracketsHasFourNumbers) {
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, 1928);
     EXPECT_EQ(utf8(error->detail), "FontBBox");
+}
+
+TEST(PFBHead, ABoxInParenthesesIsNoBox) {
+    EXPECT_EQ(pfb("/FontBBox (x) def\n").fontBBox, Type1Box());
+    EXPECT_EQ(pfb("/FontBBox (1 2 3 4) def\n").fontBBox, Type1Box());
 }
 
 TEST(PFBHead, OnlyTheFirstSegmentIsRead) {

@@ -86,6 +86,23 @@ TEST(PFASections, TheClosingZerosAreNoDigits) {
     EXPECT_EQ(result.trailer, zeros);
 }
 
+TEST(PFASections, AWordBehindTheZerosMayBeginWithDigits) {
+    for (const char* word : {"end", "def", "cleartomark", "add1x", "exec"}) {
+        const std::string trailer = std::string(512, '0') + "\n" + word + "\ncleartomark\n";
+        const Result result = pfa(kHead + "1234\n" + trailer);
+        EXPECT_EQ(result.eexec, (Bytes{0x12, 0x34})) << word;
+        EXPECT_EQ(result.trailer, trailer) << word;
+    }
+    EXPECT_EQ(pfa(kHead + "1234\n" + std::string(512, '0') + "cleartomark\n").trailer,
+              std::string(512, '0') + "cleartomark\n");
+}
+
+TEST(PFASections, ALetterThatIsNoDigitEndsTheSection) {
+    const Result result = pfa(kHead + "1234G678");
+    EXPECT_EQ(result.eexec, (Bytes{0x12, 0x34}));
+    EXPECT_EQ(result.trailer, "G678");
+}
+
 TEST(PFASections, ZerosBeforeTheLast512AreDigits) {
     const Result result = pfa(kHead + "1200" + std::string(512, '0') + "\ncleartomark\n");
     EXPECT_EQ(result.eexec, (Bytes{0x12, 0x00}));
