@@ -2,6 +2,7 @@
 #include "embed/Type1Subset.h"
 #include "fonts/FS_Type1.h"
 #include "fonts/FontStream.h"
+#include "type1/PfbSegment.h"
 #include "type1/Type1Cipher.h"
 #include "type1/Type1Text.h"
 
@@ -15,18 +16,13 @@ namespace KWFontService_NS {
 
 namespace {
 
-constexpr std::uint8_t kSegmentMark = 0x80;
-enum SegmentType : std::uint8_t { Text = 1, Binary = 2, End = 3 };
-
 /// False when the segment is longer than a caller can be told, and when memory runs out.
-bool writeSegment(SegmentType type, std::span<const std::uint8_t> bytes, KWMemStream& output,
+bool writeSegment(std::uint8_t type, std::span<const std::uint8_t> bytes, KWMemStream& output,
                   int& length) {
     if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         return false;
     length = static_cast<int>(bytes.size());
-    std::array<std::uint8_t, 6> header{kSegmentMark, type};
-    for (std::size_t i = 0; i < 4; ++i)
-        header[2 + i] = static_cast<std::uint8_t>(bytes.size() >> (8 * i));
+    const auto header = pfbHeader(type, static_cast<std::uint32_t>(bytes.size()));
     output.append(header.data(), header.size());
     output.append(bytes.data(), bytes.size());
     return !output.fail();
@@ -75,18 +71,18 @@ bool FS_Type1Printer::writeProgram(const std::optional<std::string_view>& codes,
     // Of a file that is cut short the sections that it has are told.
     const bool isRead = stream && readSections(*stream, sections);
     if (sections.clearText.empty() ||
-        !writeSegment(Text, sections.clearText, output, lengths.length1))
+        !writeSegment(kPfbText, sections.clearText, output, lengths.length1))
         return false;
     if (sections.eexec.empty() || (codes && !selectCodes(sections.eexec, *codes, names)))
         return false;
     if (looksLikeText(sections.eexec))
         giveBinaryLead(sections.eexec);
-    if (!writeSegment(Binary, sections.eexec, output, lengths.length2))
+    if (!writeSegment(kPfbBinary, sections.eexec, output, lengths.length2))
         return false;
     if (!isRead || !sections.isWhole ||
-        !writeSegment(Text, sections.trailer, output, lengths.length3))
+        !writeSegment(kPfbText, sections.trailer, output, lengths.length3))
         return false;
-    constexpr std::array<std::uint8_t, 2> kEnd{kSegmentMark, End};
+    constexpr std::array<std::uint8_t, kPfbTypeSize> kEnd{kPfbMark, kPfbEnd};
     output.append(kEnd.data(), kEnd.size());
     return !output.fail();
 }

@@ -26,4 +26,15 @@ constexpr std::uint32_t pfbLength(std::span<const std::uint8_t, kPfbLengthSize> 
            std::uint32_t{bytes[3]} << 24;
 }
 
+/// What a segment of text or binary begins with.
+constexpr std::array<std::uint8_t, kPfbHeaderSize> pfbHeader(std::uint8_t type,
+                                                             std::uint32_t length) {
+    return {kPfbMark,
+            type,
+            static_cast<std::uint8_t>(length),
+            static_cast<std::uint8_t>(length >> 8),
+            static_cast<std::uint8_t>(length >> 16),
+            static_cast<std::uint8_t>(length >> 24)};
+}
+
 } // namespace KWFontService_NS
