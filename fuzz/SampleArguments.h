@@ -6,6 +6,7 @@
 #include <KWFontService17/FS_FontInfo.h>
 #include <KWFontService17/FS_LogFont.h>
 #include <KWFontService17/FS_MathConstants.h>
+#include <KWFontService17/FS_NewTextMetricEx.h>
 #include <KWFontService17/FS_TTGlyphMap.h>
 
 #include <KWCommon15/KWMemStream.h>
@@ -180,15 +181,6 @@ struct Sample<KWFontService_NS::FS_TTGlyphMap> {
     static KWFontService_NS::FS_TTGlyphMap& get(std::size_t) {
         static OneStream map;
         return map;
-    }
-};
-
-/// The record of text metrics is opaque to fonts that do not fill it.
-template <>
-struct Sample<KWFontService_NS::FS_NewTextMetricEx> {
-    static KWFontService_NS::FS_NewTextMetricEx& get(std::size_t) {
-        alignas(std::max_align_t) static std::array<std::byte, 4096> storage{};
-        return *reinterpret_cast<KWFontService_NS::FS_NewTextMetricEx*>(storage.data());
     }
 };
 

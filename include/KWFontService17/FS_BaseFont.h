@@ -154,7 +154,10 @@ public:
 
     /// Weight, italic flag, face name and full name, as a font dialog shows them.
     virtual bool getLogFont(FS_EnumLogFontEx& font, int faceIndex) const;
+    /// The text metrics in font units. Known after the scan, as are those at a size; false, with
+    /// `metric` as it was, where there are none.
     virtual bool getNewTextMetricEx(FS_NewTextMetricEx& metric, int faceIndex) const;
+    /// See `FS_FontInfo::getOutlineTextMetrics`.
     virtual bool getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size, int faceIndex) const;
     virtual FS_CodePageRange getCodePageRangeBitFields(int faceIndex) const;
 

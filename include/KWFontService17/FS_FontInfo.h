@@ -182,7 +182,22 @@ public:
     float getBaselindAdjust() const;
     /// Size factor that the configuration asks of the caller, 1 when it asks none.
     float getFontSizeAdjust() const;
+    /// Extents, widths and leadings at a size, and what the font declares to serve.
+    /// @param metric  filled; where the configuration asks for Windows metrics its typographic
+    ///                fields stay as they are. As it was when the answer is false
+    /// @param size    below 0 units per em, above 0 from ascent to descent; 0 makes every length 0:
+    ///                unlike elsewhere it does not stand for font units
     bool getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size) const;
+    /// The text metrics, in font units, of the font that a name and a style mean (see
+    /// `createFont`), which is opened for it.
+    /// @return false when there is no such font, and when it does not open
+    /// @throws KWCommonNS::KWError  as `createFont`
+    static bool getNewTextMetricEx(const UnicodeString& family, int weight, bool italic,
+                                   int stretch, FS_NewTextMetricEx& metric,
+                                   FS_ExtraFonts* extraFonts);
+    /// The same with the normal stretch.
+    static bool getNewTextMetricEx(const UnicodeString& family, int weight, bool italic,
+                                   FS_NewTextMetricEx& metric, FS_ExtraFonts* extraFonts);
 
     // --- mathematics ----------------------------------------------------------------------------
 

@@ -2,6 +2,8 @@
 
 #include <KWFontService17/FS_Types.h>
 
+#include <cstdint>
+
 namespace KWFontService_NS {
 
 /// The logical description of a face: what a font dialog shows and a request repeats.
@@ -27,7 +29,8 @@ protected:
     UnicodeString faceName;
 };
 
-/// A logical description together with what an enumeration reports beyond it.
+/// A logical description together with what an enumeration reports beyond it; the file type, the
+/// embedding status and the flags are 0 in every other record.
 class KWFONTSERVICE_API FS_EnumLogFontEx : public FS_LogFont {
 public:
     FS_EnumLogFontEx() = default;
@@ -38,9 +41,17 @@ public:
     FS_EnumLogFontEx(const tagENUMLOGFONTEXW& font);
 
     const UnicodeString& getFullName() const { return fullName; }
+    /// The type of the font's file, not of what it wraps.
+    FS_FontFileType getFileType() const { return static_cast<FS_FontFileType>(fileType); }
+    FS_EMBEDSTATUS getEmbedding() const { return static_cast<FS_EMBEDSTATUS>(embedding); }
+    /// How the font came into the service, bits of `FS_FontMark`.
+    unsigned int getFlags() const { return static_cast<unsigned int>(flags); }
 
 protected:
     UnicodeString fullName;
+    std::int32_t fileType = 0;
+    std::int32_t embedding = 0;
+    std::int32_t flags = 0;
 };
 
 } // namespace KWFontService_NS

@@ -9,6 +9,7 @@
 #if defined(_WIN32)
 struct tagENUMLOGFONTEXW;
 struct tagLOGFONTW;
+struct tagNEWTEXTMETRICEXW;
 struct tagPANOSE;
 typedef struct tagPANOSE PANOSE;
 #endif
@@ -19,10 +20,12 @@ namespace KWFontService_NS {
 using ::PANOSE;
 using ::tagENUMLOGFONTEXW;
 using ::tagLOGFONTW;
+using ::tagNEWTEXTMETRICEXW;
 #else
 struct PANOSE;
 struct tagENUMLOGFONTEXW;
 struct tagLOGFONTW;
+struct tagNEWTEXTMETRICEXW;
 #endif
 
 /// No glyph: the answer of every query that finds none.

@@ -14,6 +14,8 @@ namespace FS_ServiceContext {
 
 /// Whether the preferred (typographic) family counts as a family name.
 bool usePreferredFamily();
+/// Whether text metrics are those of Windows, without the typographic ones.
+bool otfMetricsWindows();
 bool isEudcCodePoint(int ch);
 /// The service-wide font of end-user-defined characters; null when there is none.
 FS_FontRef defaultEudcFont(bool vertical);

@@ -1,13 +1,21 @@
 #include "fonts/CodePoints.h"
 #include "fonts/FS_ServiceContext.h"
+#include "fonts/FS_TextMetricSource.h"
 #include "fonts/FS_TrueTypeInfo.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 
 namespace KWFontService_NS {
 
 namespace {
+
+// Bits of the pitch and the family in text metrics.
+constexpr int kVariablePitch = 0x01;
+constexpr int kSerif = 0x10;
+constexpr int kScript = 0x40;
 
 /// The absolute value as a real number, which the lowest int has too.
 double magnitude(int size) {
@@ -106,6 +114,41 @@ float FS_TrueTypeInfo::getPairKerningValue(unsigned short left, unsigned short r
     const std::int16_t value = kern.find(left, right).value_or(0);
     // Only em sizes scale; callers take any other answer in font units.
     return scaled(value, size < 0 ? size : 0);
+}
+
+bool FS_TrueTypeInfo::getNewTextMetricEx(FS_NewTextMetricEx& metric) const {
+    return getOutlineTextMetrics(metric, -headerTables_.unitsPerEm);
+}
+
+bool FS_TrueTypeInfo::getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size) const {
+    const TTI_Header& from = headerTables_;
+    FS_TextMetricSource source;
+    source.unitsPerEm = from.unitsPerEm;
+    source.lineHeight = from.usWinAscent + from.usWinDescent;
+    source.ascent = from.usWinAscent;
+    source.descent = from.usWinDescent;
+    source.capHeight = from.sCapHeight;
+    source.typoAscender = from.sTypoAscender;
+    source.typoDescender = from.sTypoDescender;
+    source.typoLineGap = from.sTypoLineGap;
+    source.vertTypoAscender = from.vertAscender;
+    source.vertTypoDescender = from.vertDescender;
+    source.vertTypoLineGap = from.vertLineGap;
+    source.externalLeading = from.lineGap;
+    source.aveCharWidth = from.xAvgCharWidth;
+    source.maxCharWidth = from.xMax - from.xMin;
+    source.italicAngle = from.italicAngle;
+    source.pitchAndFamily = (from.isFixedPitch ? 0 : kVariablePitch) |
+                            (isSerifLikeFont() ? kSerif : 0) | (isScriptLikeFont() ? kScript : 0);
+    source.symbolFont = isSymbolicFont();
+    source.unicodeRanges = from.ulUnicodeRange;
+    source.codePages = {from.ulCodePageRange1, from.ulCodePageRange2};
+    const std::array corners{from.xMin, from.yMin, from.xMax, from.yMax};
+    std::copy(corners.begin(), corners.end(), source.fontBBox.begin());
+    if (owner != nullptr)
+        source.fontEntrySettings = owner->getFontEntrySettings();
+    source.fill(metric, size);
+    return true;
 }
 
 float FS_TrueTypeInfo::getXHeight() const {

@@ -140,6 +140,20 @@ bool FS_Type1::getLogFont(FS_EnumLogFontEx& font, int faceIndex) const {
     return true;
 }
 
+bool FS_Type1::getNewTextMetricEx(FS_NewTextMetricEx& metric, int faceIndex) const {
+    return getOutlineTextMetrics(metric, -kUnitsPerEm, faceIndex);
+}
+
+bool FS_Type1::getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size, int faceIndex) const {
+    FS_TextMetricSource source{.unitsPerEm = kUnitsPerEm,
+                               .lineHeight = double{lineHeight()},
+                               .symbolFont = isSymbolicFont(faceIndex),
+                               .fontEntrySettings = getFontEntrySettings()};
+    addTextMetrics(source);
+    source.fill(metric, size);
+    return true;
+}
+
 bool FS_Type1::isSymbolicFont(int faceIndex) const {
     return printerFont && printerFont->isSymbolicFont(faceIndex);
 }

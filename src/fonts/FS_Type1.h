@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fonts/EudcLink.h"
+#include "fonts/FS_TextMetricSource.h"
 #include "fonts/FS_Type1Printer.h"
 #include "type1/GlyphListFile.h"
 #include "type1/StandardFonts.h"
@@ -41,6 +42,10 @@ public:
     UnicodeString getSubFamilyName(KWLang::LanguageID language, int faceIndex) const override;
     UnicodeString getPostScriptName(KWLang::LanguageID language, int faceIndex) const override;
     bool getLogFont(FS_EnumLogFontEx& font, int faceIndex) const override;
+    /// In thousandths of the em, which the files measure in.
+    bool getNewTextMetricEx(FS_NewTextMetricEx& metric, int faceIndex) const override;
+    /// A size above 0 counts as for `getTextWidth`.
+    bool getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size, int faceIndex) const override;
 
     /// A size above 0 counts for the height of the font box, or for `dfAscent` where a PFM file has
     /// no printer font beside it; 0 measures nothing. A character that is missing has the width of
@@ -103,6 +108,8 @@ protected:
     virtual const Type1Metrics* glyphs() const = 0;
     /// What a size above 0 stands for, in units of the font.
     virtual float lineHeight() const = 0;
+    /// The text metrics that the metrics file has, in a record with those of every font.
+    virtual void addTextMetrics(FS_TextMetricSource& source) const = 0;
     /// The sum of the advances of a text, in units of the font.
     /// @param firstMissing  set to the index of the first character that is missing, or left
     virtual std::int64_t textUnits(const UnicodeString& text, int& firstMissing) const;

@@ -80,6 +80,21 @@ bool FS_Type1AFM::hasVerticalGlyph(int) const {
     return head_.metricsSet > 0;
 }
 
+void FS_Type1AFM::addTextMetrics(FS_TextMetricSource& source) const {
+    const Type1Box& box = head_.fontBBox;
+    source.ascent = double{box.top};
+    source.descent = -double{box.bottom};
+    source.capHeight = double{head_.capHeight};
+    source.typoAscender = double{head_.ascender};
+    source.typoDescender = double{head_.descender};
+    source.externalLeading = double{head_.externalLeading};
+    source.aveCharWidth = double{head_.averageWidth};
+    source.maxCharWidth = double{head_.maximumWidth};
+    source.italicAngle = head_.italicAngle;
+    source.pitchAndFamily = head_.isFixedPitch ? 0 : 1;
+    source.fontBBox = box.corners();
+}
+
 bool FS_Type1AFM::hasPairKerningInfo(bool vertical, int faceIndex) const {
     return head_.hasKernPairs || FS_Type1::hasPairKerningInfo(vertical, faceIndex);
 }

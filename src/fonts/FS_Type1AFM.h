@@ -41,6 +41,7 @@ protected:
     bool loadMetrics(KWError& error, std::istream* stream) override;
     const Type1Metrics* glyphs() const override { return &metrics_; }
     float lineHeight() const override { return head_.fontBBox.height(); }
+    void addTextMetrics(FS_TextMetricSource& source) const override;
 
 private:
     AFMHead head_;

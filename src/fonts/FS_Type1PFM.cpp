@@ -3,6 +3,7 @@
 #include "fonts/CodePoints.h"
 #include "type1/Type1CodePage.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace KWFontService_NS {
@@ -80,6 +81,20 @@ const Type1Metrics* FS_Type1PFM::glyphs() const {
 
 float FS_Type1PFM::lineHeight() const {
     return printerFont ? printerFont->head().fontBBox.height() : file_.dfAscent;
+}
+
+void FS_Type1PFM::addTextMetrics(FS_TextMetricSource& source) const {
+    source.ascent = double{file_.dfAscent};
+    source.descent = std::max(0.0, file_.dfPixHeight - source.ascent);
+    source.internalLeading = double{file_.dfInternalLeading};
+    source.aveCharWidth = double{file_.dfAvgWidth};
+    source.maxCharWidth = double{file_.dfMaxWidth};
+    source.pitchAndFamily = file_.dfPitchAndFamily;
+    source.codePages[0] = Type1CodePage::rangeBitOfCharSet(file_.dfCharSet);
+    if (printerFont) {
+        source.italicAngle = printerFont->head().italicAngle;
+        source.fontBBox = printerFont->head().fontBBox.corners();
+    }
 }
 
 std::int64_t FS_Type1PFM::textUnits(const UnicodeString& text, int& firstMissing) const {

@@ -36,6 +36,7 @@ protected:
     const UnicodeString& metricsName() const override { return file_.postScriptName; }
     const Type1Metrics* glyphs() const override;
     float lineHeight() const override;
+    void addTextMetrics(FS_TextMetricSource& source) const override;
     std::int64_t textUnits(const UnicodeString& text, int& firstMissing) const override;
 
 private:

@@ -88,4 +88,17 @@ UnicodeString FS_FontInfo::getFamilyName(KWLang::LanguageID language, const Unic
     return ref.font->getFamilyName(language, ref.face);
 }
 
+bool FS_FontInfo::getNewTextMetricEx(const UnicodeString& family, int weight, bool italic,
+                                     int stretch, FS_NewTextMetricEx& metric,
+                                     FS_ExtraFonts* extraFonts) {
+    const FS_FontRef ref =
+        search(family, FS_FontKey::ofRequest(weight, italic, stretch), extraFonts, false).ref;
+    return ref && open(ref) && ref.font->getNewTextMetricEx(metric, ref.face);
+}
+
+bool FS_FontInfo::getNewTextMetricEx(const UnicodeString& family, int weight, bool italic,
+                                     FS_NewTextMetricEx& metric, FS_ExtraFonts* extraFonts) {
+    return getNewTextMetricEx(family, weight, italic, 0, metric, extraFonts);
+}
+
 } // namespace KWFontService_NS

@@ -24,6 +24,11 @@ bool usePreferredFamily() {
     return present == nullptr || present->usePreferredFamily;
 }
 
+bool otfMetricsWindows() {
+    const FS_FontService* const present = service();
+    return present != nullptr && present->otfMetricsWindows;
+}
+
 bool isEudcCodePoint(int ch) {
     const FS_FontService* const present = service();
     return present != nullptr && present->isEudcCodePoint(ch);

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 namespace KWFontService_NS {
 
@@ -17,19 +18,32 @@ namespace {
 struct CharSetRow {
     std::uint8_t charSet;
     const char* converter;
+    unsigned int rangeBit;
 };
 constexpr CharSetRow kCharSets[] = {
-    {161, "cp1253"}, // Greek
-    {162, "cp1254"}, // Turkish
-    {163, "cp1258"}, // Vietnamese
-    {177, "cp1255"}, // Hebrew
-    {178, "cp1256"}, // Arabic
-    {186, "cp1257"}, // Baltic
-    {204, "cp1251"}, // Cyrillic
-    {222, "cp874"},  // Thai
-    {238, "cp1250"}, // Central Europe
+    {161, "cp1253", 3}, // Greek
+    {162, "cp1254", 4}, // Turkish
+    {163, "cp1258", 8}, // Vietnamese
+    {177, "cp1255", 5}, // Hebrew
+    {178, "cp1256", 6}, // Arabic
+    {186, "cp1257", 7}, // Baltic
+    {204, "cp1251", 2}, // Cyrillic
+    {222, "cp874", 16}, // Thai
+    {238, "cp1250", 1}, // Central Europe
 };
 constexpr const char* kWestern = "cp1252";
+
+// Character sets without a code page of one byte that is read here, and the bit of each.
+constexpr std::pair<std::uint8_t, unsigned int> kFurtherRangeBits[] = {
+    {0, 0},    // Western Europe
+    {2, 31},   // symbols
+    {77, 29},  // Macintosh
+    {128, 17}, // Japanese
+    {129, 19}, // Korean
+    {130, 21}, // Korean, Johab
+    {134, 18}, // Chinese, simplified
+    {136, 20}, // Chinese, traditional
+};
 
 /// The one character of a byte; 0xFFFD when there is none.
 char16_t characterOfByte(UConverter* converter, std::uint8_t byte) {
@@ -76,6 +90,19 @@ const Type1CodePage& Type1CodePage::ofCharSet(std::uint8_t charSet) {
                                                                                 : kWestern);
     }
     return *page;
+}
+
+std::uint32_t Type1CodePage::rangeBitOfCharSet(std::uint8_t charSet) {
+    constexpr std::uint32_t kOne = 1;
+    for (const CharSetRow& row : kCharSets) {
+        if (row.charSet == charSet)
+            return kOne << row.rangeBit;
+    }
+    for (const auto& [set, bit] : kFurtherRangeBits) {
+        if (set == charSet)
+            return kOne << bit;
+    }
+    return 0;
 }
 
 int Type1CodePage::codeOf(int ch) const {

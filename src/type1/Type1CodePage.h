@@ -14,6 +14,9 @@ public:
     /// The code page of a Windows character set (the `dfCharSet` of a PFM file); of one without a
     /// page of its own that of Western Europe. Made on first use; any thread may ask.
     static const Type1CodePage& ofCharSet(std::uint8_t charSet);
+    /// The bit that stands for a Windows character set in OpenType `OS/2` ulCodePageRange1; 0 for
+    /// one that has none.
+    static std::uint32_t rangeBitOfCharSet(std::uint8_t charSet);
 
     /// The code that a character goes to and comes back from; -1 when there is none.
     int codeOf(int ch) const;

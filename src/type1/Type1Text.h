@@ -2,6 +2,7 @@
 
 #include <KWFontService17/FS_Export.h>
 
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -40,6 +41,7 @@ struct Type1Box {
     float top = 0;
 
     float height() const { return top - bottom; }
+    std::array<float, 4> corners() const { return {left, bottom, right, top}; }
     friend bool operator==(const Type1Box&, const Type1Box&) = default;
 };
 

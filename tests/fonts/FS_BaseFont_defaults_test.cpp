@@ -65,9 +65,10 @@ TEST_F(BaseFontDefaults, StyleIsUnknownUprightNormal) {
     EXPECT_EQ(font->getCodePageRangeBitFields(0).codePageRange2, 0U);
     FS_EnumLogFontEx record;
     EXPECT_FALSE(font->getLogFont(record, 0));
-    FS_NewTextMetricEx& metric = Sample<FS_NewTextMetricEx>::get();
+    FS_NewTextMetricEx metric;
     EXPECT_FALSE(font->getNewTextMetricEx(metric, 0));
     EXPECT_FALSE(font->getOutlineTextMetrics(metric, 10, 0));
+    EXPECT_FALSE(metric.hasValue());
 }
 
 TEST_F(BaseFontDefaults, GlyphsAreMissingAndMeasuresAre0) {
@@ -176,7 +177,9 @@ TEST(FontInfoDefaults, AFacadeWithoutAFontAnswersWhatItMust) {
     EXPECT_EQ(info.getTypoDescender(), 0.0F);
     EXPECT_EQ(info.getDefaultVertOriginY(0), 0.0F);
     EXPECT_FALSE(info.hasVerticalMetrics());
-    EXPECT_FALSE(info.getOutlineTextMetrics(Sample<FS_NewTextMetricEx>::get(), 10));
+    FS_NewTextMetricEx metric;
+    EXPECT_FALSE(info.getOutlineTextMetrics(metric, 10));
+    EXPECT_FALSE(metric.hasValue());
     EXPECT_FALSE(info.hasMATHInfo());
     EXPECT_TRUE(std::isnan(info.getMATHConstant(FS_MATHConstants::axisHeight)));
     EXPECT_TRUE(std::isnan(info.getItalicsCorrection(1)));

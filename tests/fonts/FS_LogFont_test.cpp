@@ -77,4 +77,47 @@ TEST(EnumLogFontEx, TakesTheFullNameOfAWindowsRecordAsWell) {
     EXPECT_EQ(font.getFullName(), UnicodeString(u"Mincho Light"));
 }
 
+TEST(EnumLogFontEx, DefaultsToARecordThatWasNotEnumerated) {
+    for (const FS_EnumLogFontEx& font :
+         {FS_EnumLogFontEx(), FS_EnumLogFontEx(tagENUMLOGFONTEXW{})}) {
+        EXPECT_TRUE(font.getFullName().isEmpty());
+        EXPECT_EQ(font.getFileType(), 0);
+        EXPECT_EQ(font.getEmbedding(), 0);
+        EXPECT_EQ(font.getFlags(), 0U);
+    }
+    EXPECT_EQ(FS_EnumLogFontEx().getWeight(), 400);
+}
+
+TEST(EnumLogFontEx, TakesALogicalFontAndHasTheDefaultsForTheRest) {
+    const FS_EnumLogFontEx font(FS_LogFont(u"A", 300, true));
+    EXPECT_EQ(font.getFaceName(), UnicodeString(u"A"));
+    EXPECT_EQ(font.getWeight(), 300);
+    EXPECT_TRUE(font.isItalic());
+    EXPECT_TRUE(font.getFullName().isEmpty());
+    EXPECT_EQ(font.getFileType(), 0);
+}
+
+TEST(EnumLogFontEx, OneLeadingMarkOfEachNameIsDropped) {
+    tagENUMLOGFONTEXW record{};
+    put(record.elfLogFont.lfFaceName, u"@@A");
+    put(record.elfFullName, u"@@B");
+    const FS_EnumLogFontEx font(record);
+    EXPECT_EQ(font.getFaceName(), UnicodeString(u"@A"));
+    EXPECT_EQ(font.getFullName(), UnicodeString(u"@B"));
+}
+
+TEST(LogFont, NothingIsNormalisedForTheOrder) {
+    EXPECT_TRUE(FS_LogFont(u"B", 400, false) < FS_LogFont(u"a", 400, false));
+    EXPECT_TRUE(FS_LogFont(u"A B", 400, false) < FS_LogFont(u"AB", 400, false));
+}
+
+TEST(LogFont, CopiesAreTheSame) {
+    const FS_LogFont font(u"B", 300, true);
+    const FS_LogFont copy(font);
+    FS_LogFont assigned;
+    assigned = font;
+    for (const FS_LogFont& other : {copy, assigned})
+        EXPECT_FALSE(font < other || other < font);
+}
+
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "cff/Type1CMap.h"
 #include "fonts/FS_TrueType.h"
+#include "fonts/MetricFields.h"
 #include "layout/FS_GSUBGPOSInfo.h"
 #include "support/SfntBuilder.h"
 
@@ -233,13 +234,14 @@ struct Argument<FS_EnumLogFontEx> {
     FS_EnumLogFontEx font;
 };
 
-/// The record of text metrics is opaque to fonts that do not fill it.
 template <>
 struct Argument<FS_NewTextMetricEx> {
     explicit Argument(std::size_t) {}
-    FS_NewTextMetricEx& get() { return *reinterpret_cast<FS_NewTextMetricEx*>(storage.data()); }
-    bool sameAs(const Argument& other) const { return storage == other.storage; }
-    alignas(std::max_align_t) std::array<std::byte, 1024> storage{};
+    FS_NewTextMetricEx& get() { return metric; }
+    bool sameAs(const Argument& other) const {
+        return metricFields(metric) == metricFields(other.metric);
+    }
+    FS_NewTextMetricEx metric;
 };
 
 // --- answers ------------------------------------------------------------------------------------

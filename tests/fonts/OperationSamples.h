@@ -4,6 +4,7 @@
 
 #include <KWFontService17/FS_BaseFont.h>
 #include <KWFontService17/FS_LogFont.h>
+#include <KWFontService17/FS_NewTextMetricEx.h>
 #include <KWFontService17/FS_TTGlyphMap.h>
 
 #include <KWCommon15/KWMemStream.h>
@@ -11,7 +12,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstddef>
 #include <type_traits>
 #include <vector>
 
@@ -56,15 +56,6 @@ struct Sample<KWFontService_NS::FS_TTGlyphMap> {
     static KWFontService_NS::FS_TTGlyphMap& get() {
         static Sink sink;
         return sink;
-    }
-};
-
-/// The record of text metrics is opaque to fonts that do not fill it.
-template <>
-struct Sample<KWFontService_NS::FS_NewTextMetricEx> {
-    static KWFontService_NS::FS_NewTextMetricEx& get() {
-        alignas(std::max_align_t) static std::array<std::byte, 1024> storage{};
-        return *reinterpret_cast<KWFontService_NS::FS_NewTextMetricEx*>(storage.data());
     }
 };
 

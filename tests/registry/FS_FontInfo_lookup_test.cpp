@@ -5,6 +5,7 @@
 
 #include <KWFontService17/FS_FontInfo.h>
 #include <KWFontService17/FS_Functions.h>
+#include <KWFontService17/FS_NewTextMetricEx.h>
 
 #include <gtest/gtest.h>
 
@@ -289,6 +290,60 @@ TEST_F(Lookup, FamilyNameIsTheTypographicOneWhereThatIsPreferredAndThere) {
 TEST_F(Lookup, FamilyNameFollowsAliases) {
     pooled(service().aliasPool, u"Alias")->family = u"Real";
     EXPECT_EQ(FS_FontInfo::getFamilyName(kEnglish, u"Alias", nullptr), UnicodeString(u"Real"));
+}
+
+/// A font whose record of text metrics has one code page, that of its face.
+class MeasuredFont : public PooledFont {
+public:
+    using PooledFont::PooledFont;
+    bool getNewTextMetricEx(FS_NewTextMetricEx& metric, int faceIndex) const override {
+        metric.setCodePageBits0(1U << faceIndex);
+        return true;
+    }
+};
+
+TEST_F(Lookup, TextMetricsAreThoseOfTheFaceOfAFamilyWithAStyle) {
+    write("a.ttf", namedFont(u"Alpha"));
+    TestFont narrow = namedFont(u"Alpha", 700, true, 3);
+    narrow.os2.usWinAscent = 901;
+    write("b.ttf", narrow);
+    ASSERT_EQ(addAll(), 2);
+    FS_NewTextMetricEx metric;
+    ASSERT_TRUE(FS_FontInfo::getNewTextMetricEx(u"Alpha", 0, false, 0, metric, nullptr));
+    EXPECT_EQ(metric.getAscent(), 800);
+    ASSERT_TRUE(FS_FontInfo::getNewTextMetricEx(u"alpha", 700, true, 3, metric, nullptr));
+    EXPECT_EQ(metric.getAscent(), 901);
+    ASSERT_TRUE(FS_FontInfo::getNewTextMetricEx(u"Alpha", 400, false, metric, nullptr));
+    EXPECT_EQ(metric.getAscent(), 800) << "the form without a stretch";
+}
+
+TEST_F(Lookup, TextMetricsOfAnUnknownNameOrAFontThatDoesNotOpenAreFalse) {
+    write("bad.ttf", namedFont(u"Bad").without("hmtx"));
+    ASSERT_EQ(addAll(), 1);
+    FS_NewTextMetricEx metric;
+    EXPECT_FALSE(FS_FontInfo::getNewTextMetricEx(u"Nobody", 0, false, metric, nullptr));
+    EXPECT_FALSE(FS_FontInfo::getNewTextMetricEx(u"Bad", 0, false, metric, nullptr));
+    EXPECT_FALSE(metric.hasValue());
+}
+
+TEST_F(Lookup, TextMetricsComeFromTheDocumentsFontsFirstThenAliases) {
+    FS_ExtraFontPool extra;
+    const auto of = [](FS_FontPool& pool, std::int16_t face) {
+        const KWPtr<MeasuredFont> font(new MeasuredFont);
+        pool.fonts.push_back(font);
+        FS_FontPool::addName(pool.byName, u"NAME", {font.get(), face}, FS_FontKey());
+        return font;
+    };
+    const auto ofDocument = of(extra, 3);
+    of(service().aliasPool, 2);
+    of(service().fontPool, 1);
+    FS_NewTextMetricEx metric;
+    ASSERT_TRUE(FS_FontInfo::getNewTextMetricEx(u"Name", 0, false, 0, metric, &extra));
+    EXPECT_EQ(metric.getCodePageBits0(), 1U << 3);
+    EXPECT_EQ(ofDocument->loads, 1) << "opened, too";
+    metric = FS_NewTextMetricEx();
+    ASSERT_TRUE(FS_FontInfo::getNewTextMetricEx(u"Name", 0, false, 0, metric, nullptr));
+    EXPECT_EQ(metric.getCodePageBits0(), 1U << 2);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <thread>
 #include <vector>
 
@@ -34,6 +35,18 @@ INSTANTIATE_TEST_SUITE_P(
                     CharSetRow{2, 0x00F0, 0xF0}, CharSetRow{128, 0x00F0, 0xF0},
                     CharSetRow{255, 0x00F0, 0xF0}),
     [](const auto& row) { return "charSet" + std::to_string(row.param.charSet); });
+
+TEST(Type1CodePage, CharacterSetsHaveTheirBitsOfOpenType) {
+    const std::map<int, int> bits{{0, 0},    {2, 31},   {77, 29}, {128, 17}, {129, 19}, {130, 21},
+                                  {134, 18}, {136, 20}, {161, 3}, {162, 4},  {163, 8},  {177, 5},
+                                  {178, 6},  {186, 7},  {204, 2}, {222, 16}, {238, 1}};
+    for (int charSet = 0; charSet < 256; ++charSet) {
+        const auto bit = bits.find(charSet);
+        EXPECT_EQ(Type1CodePage::rangeBitOfCharSet(static_cast<std::uint8_t>(charSet)),
+                  bit != bits.end() ? 1U << bit->second : 0U)
+            << charSet;
+    }
+}
 
 TEST(Type1CodePage, ACharacterThatDoesNotComeBackHasNoCode) {
     const Type1CodePage& western = Type1CodePage::ofCharSet(0);
