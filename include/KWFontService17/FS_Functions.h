@@ -2,6 +2,7 @@
 
 #include <KWFontService17/FS_Error.h>
 #include <KWFontService17/FS_Export.h>
+#include <KWFontService17/FS_Types.h>
 
 #include <KWCommon15/KWError.h>
 #include <KWCommon15/KWUri.h>
@@ -9,6 +10,10 @@
 #include <vector>
 
 namespace KWFontService_NS {
+
+class FS_EnumLogFontEx;
+class FS_ExtraFontManager;
+class FS_NewTextMetricEx;
 
 /// Opens the service: the one object of the process that knows the fonts. Every operation that
 /// needs it opens it by itself, with the defaults; a host calls this to say which configuration
@@ -65,6 +70,34 @@ KWFONTSERVICE_API bool FS_GetFontFoldPathVector(const char* configPath, const ch
 /// The same without a home folder.
 KWFONTSERVICE_API bool FS_GetFontFoldPathVector(const char* configPath,
                                                 std::vector<UnicodeString>& paths);
+
+/// What `FS_EnumFontFamilies` calls for each face. The records last as long as the call.
+/// @return  0 to go on; anything else ends the enumeration
+using FS_EnumFontFamiliesCallback = int (*)(FS_FontResourceType type, const FS_EnumLogFontEx* font,
+                                            const FS_NewTextMetricEx* metric, void* userData);
+
+/// Calls a function for each face that goes by a name, or for all there are: the faces of the
+/// document, then those under an alias of the configuration, then those of the service. Opens the
+/// service on first need, and no font unless it is asked for vertical faces.
+///
+/// The service's lock is held while the faces of one place are gone through, also during the
+/// callback. That may call the service, this function included, but must not wait for another
+/// thread that does. Faces that come in meanwhile are not seen in the place that is being gone
+/// through.
+/// @param family      any name of a font, of its file, or an alias, as in
+/// `FS_FontInfo::createFont`;
+///                    of a name that begins with "@" only the faces with vertical forms are
+///                    reported, and opened to tell. A face comes once for each style that it has
+///                    stood in for by then. Empty: every face once, of aliases none
+/// @param callback    must not be null. A KWError that it throws ends the enumeration; whatever
+///                    else it throws passes through
+/// @param userData    handed to the callback
+/// @param extraFonts  the fonts of the document; may be null
+/// @return            the first answer of the callback that is not 0; 0 when there was none; 1 when
+///                    a KWError was raised
+KWFONTSERVICE_API int FS_EnumFontFamilies(const UnicodeString& family,
+                                          FS_EnumFontFamiliesCallback callback, void* userData,
+                                          FS_ExtraFontManager* extraFonts, int reserved);
 
 /// The folder of the fonts of all users, "@@WINFONTS@@" itself where the system knows none.
 KWFONTSERVICE_API UnicodeString getWinFontsPath();

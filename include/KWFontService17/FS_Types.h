@@ -60,6 +60,16 @@ enum FS_FontMark : std::uint32_t {
     FS_FONTMARK_EUDC = 8,     ///< holds end-user-defined characters
 };
 
+/// Where an enumeration found a face.
+enum FS_FontResourceType : std::int32_t {
+    FS_RESOURCE_FONT = 0,  ///< among the fonts of the service
+    FS_RESOURCE_ALIAS = 1, ///< under an alias of the configuration
+    FS_RESOURCE_EXTRA = 2, ///< among the fonts of the document
+    FS_RESOURCE_WOFF = 3,  ///< a WOFF file, found by name in any of these places
+    FS_RESOURCE_EUDC = 4,  ///< holds end-user-defined characters; told in a walk of all fonts alone
+    FS_RESOURCE_REGISTRY = 5, ///< listed by the operating system; told in a walk of all fonts alone
+};
+
 /// Whether a document may carry the font's outlines (OpenType `OS/2` fsType).
 enum FS_EMBEDSTATUS : std::int32_t {
     FS_EMBED_OUTLINES = 0,

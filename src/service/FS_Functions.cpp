@@ -1,9 +1,13 @@
 #include <KWFontService17/FS_Functions.h>
 
 #include "common/TagText.h"
+#include "registry/FS_ExtraFontPool.h"
 #include "registry/FS_FontService.h"
 #include "registry/FolderScan.h"
+#include "registry/FontEnumeration.h"
 #include "service/FontConfigPath.h"
+
+#include <KWFontService17/FS_ExtraFontManager.h>
 
 namespace KWFontService_NS {
 
@@ -71,6 +75,26 @@ bool FS_GetFontFoldPathVector(const char* configPath, const char* homePath,
 
 bool FS_GetFontFoldPathVector(const char* configPath, std::vector<UnicodeString>& paths) {
     return FS_GetFontFoldPathVector(configPath, nullptr, paths);
+}
+
+int FS_EnumFontFamilies(const UnicodeString& family, FS_EnumFontFamiliesCallback callback,
+                        void* userData, FS_ExtraFontManager* extraFonts, int) {
+    try {
+        FS_FontService* const service = getFontService(nullptr, nullptr, nullptr);
+        const FontEnumeration enumeration(family, callback, userData);
+        int result = 0;
+        if (extraFonts != nullptr) {
+            const FS_ExtraFontManager kept(*extraFonts); // the callback may assign to that one
+            result = enumeration.walk(*kept.getExtraFonts(), FS_RESOURCE_EXTRA);
+        }
+        if (result == 0 && service != nullptr)
+            result = enumeration.walk(service->aliasPool, FS_RESOURCE_ALIAS);
+        if (result == 0 && service != nullptr)
+            result = enumeration.walk(service->fontPool, FS_RESOURCE_FONT);
+        return result;
+    } catch (const KWError&) {
+        return 1;
+    }
 }
 
 UnicodeString FS_GetFontConfigPath(const char* configPath, bool mayBeMissing) {
