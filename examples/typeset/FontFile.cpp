@@ -109,12 +109,6 @@ void complete(FontFile& font) {
 
 } // namespace
 
-std::string toUtf8(const icu::UnicodeString& text) {
-    std::string out;
-    text.toUTF8String(out);
-    return out;
-}
-
 FontFile openFont(const std::string& path) {
     FontFile font;
     font.path = path.empty() ? findDefaultFont() : path;

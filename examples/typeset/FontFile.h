@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/Utf8.h"
+
 #include <KWFontService17/KWFontService.h>
 
 #include <cstdint>
@@ -49,6 +51,6 @@ FontFile openFont(const std::string& path);
 std::optional<FontFile> findFont(const FontRequest& request,
                                  KWFontService_NS::FS_ExtraFonts* extraFonts = nullptr);
 
-std::string toUtf8(const icu::UnicodeString& text);
+using examples::toUtf8;
 
 } // namespace typeset

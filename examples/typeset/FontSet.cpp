@@ -1,12 +1,12 @@
 #include "FontSet.h"
 
 #include "Failure.h"
+#include "shared/Service.h"
 
 #include <KWCommon15/KWCommon.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 namespace typeset {
@@ -25,16 +25,6 @@ std::size_t addOnce(FontSet& fonts, FontFile font) {
     return fonts.size() - 1;
 }
 
-/// As the service takes it, for which a relative path starts at the folder of the library.
-std::string fullPath(const std::string& config) {
-    return config.empty() ? config : std::filesystem::absolute(config).string();
-}
-
-/// What "@@HOME@@" in a configuration stands for.
-const char* homePath() {
-    return std::getenv("HOME");
-}
-
 FontFile findOrExplain(const FontRequest& request, const std::string& config,
                        FS_ExtraFonts* extraFonts) {
     if (std::optional<FontFile> font = findFont(request, extraFonts))
@@ -43,7 +33,7 @@ FontFile findOrExplain(const FontRequest& request, const std::string& config,
                        "'\nThe font service knows what the system lists, unless its configuration "
                        "switches that off,\nand what lies in the folders";
     std::vector<icu::UnicodeString> folders;
-    FS_GetFontFoldPathVector(fullPath(config).c_str(), homePath(), folders);
+    FS_GetFontFoldPathVector(examples::configPath(config).c_str(), examples::homePath(), folders);
     for (const icu::UnicodeString& folder : folders)
         text += "\n  " + toUtf8(folder);
     throw Failure(ExitCode::font,
@@ -55,20 +45,11 @@ FontFile findOrExplain(const FontRequest& request, const std::string& config,
 } // namespace
 
 std::vector<std::string> openService(const std::string& config) {
-    const std::string path = fullPath(config);
-    // Without its configuration the service opens all the same, with the fonts of the system.
-    if (!path.empty() && FS_GetFontConfigPath(path.c_str(), false).isEmpty())
-        throw Failure(ExitCode::font, "there is no configuration file " + path);
-    KWError error;
-    if (FontServiceOpen(path.c_str(), homePath(), &error) != FS_ERROR_NONE)
-        throw Failure(ExitCode::font, toUtf8(error.getMessage()));
-
-    std::vector<std::string> notes;
-    for (int i = 0, count = FS_GetFontError(nullptr, 0); i < count; ++i) {
-        FS_GetFontError(&error, i);
-        notes.push_back(toUtf8(error.getMessage()));
+    try {
+        return examples::openService(config);
+    } catch (const std::runtime_error& failure) {
+        throw Failure(ExitCode::font, failure.what());
     }
-    return notes;
 }
 
 void addPrivateUseFonts(FontSet& fonts, const icu::UnicodeString& text) {

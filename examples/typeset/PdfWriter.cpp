@@ -1,8 +1,8 @@
 #include "PdfWriter.h"
 
-#include "OutputFile.h"
 #include "PageContent.h"
 #include "Progress.h"
+#include "shared/OutputFile.h"
 
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
@@ -204,7 +204,7 @@ std::size_t writePdf(const std::string& path, const Layout& layout, const PdfFon
     writer.setDeterministicID(true);
     writer.write();
     const auto bytes = writer.getBufferSharedPointer();
-    writeFile(path, bytes->getBuffer(), bytes->getSize());
+    examples::writeFile(path, bytes->getBuffer(), bytes->getSize());
     return bytes->getSize();
 }
 

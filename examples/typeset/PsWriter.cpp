@@ -1,7 +1,7 @@
 #include "PsWriter.h"
 
 #include "NumberText.h"
-#include "OutputFile.h"
+#include "shared/OutputFile.h"
 
 #include <cmath>
 
@@ -106,7 +106,7 @@ std::size_t writePs(const std::string& path, const Layout& layout, const PsFonts
                psPageContent(layout.pages[i], fonts, layout.pageHeight) + "showpage\n";
     }
     out += "%%EOF\n";
-    writeFile(path, out.data(), out.size());
+    examples::writeFile(path, out.data(), out.size());
     return out.size();
 }
 

@@ -2,8 +2,8 @@
 
 #include "Failure.h"
 #include "FontFile.h"
-#include "OutputFile.h"
 #include "UsedGlyphs.h"
+#include "shared/OutputFile.h"
 
 #include <KWCommon15/KWMemStream.h>
 
@@ -24,7 +24,7 @@ std::size_t writeWebFont(const std::string& path, const Layout& layout, std::siz
     KWCommonNS::KWMemStream output;
     if (!font.writer().makeWebFont(glyphs, output) || output.data() == nullptr)
         throw Failure(ExitCode::font, font.path + ": cannot make a web font of it");
-    writeFile(path, output.data(), output.size());
+    examples::writeFile(path, output.data(), output.size());
     return output.size();
 }
 

@@ -1,13 +1,12 @@
 #include "OutputFile.h"
 
-#include "Failure.h"
-
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
-namespace typeset {
+namespace examples {
 
 void writeFile(const std::string& path, const void* data, std::size_t size) {
     errno = 0;
@@ -22,9 +21,9 @@ void writeFile(const std::string& path, const void* data, std::size_t size) {
     std::error_code ignored;
     if (opened && std::filesystem::is_regular_file(path, ignored))
         std::filesystem::remove(path, ignored);
-    throw Failure(ExitCode::output,
-                  "cannot write " + path +
-                      (reason != 0 ? ": " + std::string(std::strerror(reason)) : std::string()));
+    throw std::runtime_error(
+        "cannot write " + path +
+        (reason != 0 ? ": " + std::string(std::strerror(reason)) : std::string()));
 }
 
-} // namespace typeset
+} // namespace examples

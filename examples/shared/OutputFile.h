@@ -3,10 +3,10 @@
 #include <cstddef>
 #include <string>
 
-namespace typeset {
+namespace examples {
 
-/// Writes a whole file. Throws `Failure` (output) when that does not work out, and then leaves no
+/// Writes a whole file. Throws std::runtime_error when that does not work out, and then leaves no
 /// half-written file behind.
 void writeFile(const std::string& path, const void* data, std::size_t size);
 
-} // namespace typeset
+} // namespace examples
