@@ -2,6 +2,7 @@
 #include "bench/Subjects.h"
 #include "registry/FS_FontService.h"
 #include "registry/FolderScan.h"
+#include "registry/FontEnumeration.h"
 #include "registry/FontFileLoader.h"
 #include "service/FS_Startup.h"
 #include "support/Paths.h"
@@ -12,8 +13,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,9 +30,14 @@ namespace KWBench {
 
 namespace {
 
+using KWFontService_NS::FontEnumeration;
+using KWFontService_NS::FS_EnumLogFontEx;
 using KWFontService_NS::FS_FontFolder;
 using KWFontService_NS::FS_FontKey;
+using KWFontService_NS::FS_FontPool;
+using KWFontService_NS::FS_FontResourceType;
 using KWFontService_NS::FS_FontService;
+using KWFontService_NS::FS_NewTextMetricEx;
 using KWFontService_NS::FS_StartupOverride;
 using KWFontService_NS::UnicodeString;
 using KWTest::TempDir;
@@ -207,6 +216,55 @@ void lookUpSynthetic(benchmark::State& state) {
     }
 }
 BENCHMARK(lookUpSynthetic)->Name("lookup/synthetic")->Arg(1000)->Arg(10000);
+
+/// Every face with its records, and a callback that does nothing.
+double nanosecondsAFace(FS_FontPool& pool) {
+    const auto nothing = [](FS_FontResourceType, const FS_EnumLogFontEx*, const FS_NewTextMetricEx*,
+                            void* count) {
+        ++*static_cast<std::size_t*>(count);
+        return 0;
+    };
+    std::size_t faces = 0;
+    const FontEnumeration enumeration(UnicodeString(), nothing, &faces);
+    const auto start = std::chrono::steady_clock::now();
+    enumeration.walk(pool, KWFontService_NS::FS_RESOURCE_FONT);
+    const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
+    return time.count() / static_cast<double>(faces);
+}
+
+void enumerateOurs(benchmark::State& state) {
+    const auto service = startedOn(installedFolder());
+    double least = std::numeric_limits<double>::max();
+    for (auto _ : state)
+        least = std::min(least, nanosecondsAFace(service->fontPool));
+    std::array<char, 120> line;
+    std::snprintf(line.data(), line.size(), "enumeration of all faces: %.3f microseconds a face",
+                  least / 1000);
+    addFigure(line.data());
+}
+BENCHMARK(enumerateOurs)
+    ->Name("enumerate/installed/ours")
+    ->Iterations(200)
+    ->Unit(benchmark::kMicrosecond);
+
+/// The names, the weight and the slant of the same faces.
+void enumerateFontconfig(benchmark::State& state) {
+    const TempDir cache;
+    const Config config = fontconfigOn(installedFolder(), cache.path());
+    for (auto _ : state) {
+        FcPattern* const all = FcPatternCreate();
+        FcObjectSet* const wanted =
+            FcObjectSetBuild(FC_FAMILY, FC_FULLNAME, FC_WEIGHT, FC_SLANT, nullptr);
+        FcFontSet* const found = FcFontList(config.get(), all, wanted);
+        benchmark::DoNotOptimize(found);
+        FcFontSetDestroy(found);
+        FcObjectSetDestroy(wanted);
+        FcPatternDestroy(all);
+    }
+}
+BENCHMARK(enumerateFontconfig)
+    ->Name("enumerate/installed/fontconfig")
+    ->Unit(benchmark::kMicrosecond);
 
 #if defined(__GLIBC__) && (__GLIBC__ > 2 || __GLIBC_MINOR__ >= 33)
 /// Not a time: what the heap holds for each face of a service that has just started.
