@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -114,6 +115,43 @@ void printFolders(const char* config) {
 }
 //! [folders]
 
+//! [dialog]
+/// The families of a font dialog, each with its faces.
+using Families = std::map<UnicodeString, std::vector<FS_EnumLogFontEx>>;
+
+int addToDialog(FS_FontResourceType, const FS_EnumLogFontEx* font, const FS_NewTextMetricEx* metric,
+                void* userData) {
+    if (!metric->isSymbolFont())
+        (*static_cast<Families*>(userData))[font->getFaceName()].push_back(*font);
+    return 0; // go on
+}
+
+Families families(FS_ExtraFontManager* document) {
+    Families found;
+    FS_EnumFontFamilies(UnicodeString(), addToDialog, &found, document, 0);
+    return found;
+}
+//! [dialog]
+
+//! [columns]
+/// Whether a name has a face for text in columns.
+bool goesInColumns(const UnicodeString& name) {
+    const auto stop = [](FS_FontResourceType, const FS_EnumLogFontEx*, const FS_NewTextMetricEx*,
+                         void*) { return 1; };
+    return FS_EnumFontFamilies(u"@" + name, stop, nullptr, nullptr, 0) != 0;
+}
+//! [columns]
+
+//! [lines]
+/// From one baseline to the next, for text of a size in units per em.
+float lineDistance(const FS_FontInfo& font, int size) {
+    FS_NewTextMetricEx metric;
+    if (!font.getOutlineTextMetrics(metric, -size))
+        return 0;
+    return metric.getAscent() + metric.getDescent() + metric.getExternalLeading();
+}
+//! [lines]
+
 /// One opening for all tests, as for all of a host, with the configuration of the demo.
 class GuideService : public testing::Test {
 protected:
@@ -171,6 +209,33 @@ TEST_F(GuideService, AdjustmentsOfTheConfigurationAreForTheHostToApply) {
     ASSERT_EQ(find(font, u"Specimen Text", 400, false, 5), Found::yes);
     EXPECT_EQ(sizeOf(font, 10), 10);
     EXPECT_EQ(shiftOf(font, 10), 0);
+}
+
+TEST_F(GuideService, ADialogHasEachFamilyWithItsFaces) {
+    const Families found = families(nullptr);
+    const auto sans = found.find(u"DejaVu Sans");
+    ASSERT_NE(sans, found.end());
+    bool hasBold = false;
+    for (const FS_EnumLogFontEx& face : sans->second)
+        hasBold = hasBold || face.getWeight() == 700;
+    EXPECT_TRUE(hasBold);
+    EXPECT_EQ(found.count(u"Specimen Text"), 0U) << "an alias is no family";
+}
+
+TEST_F(GuideService, VerticalFacesAreToldByName) {
+    EXPECT_TRUE(goesInColumns(u"IPAMincho"));
+    EXPECT_FALSE(goesInColumns(u"DejaVu Sans"));
+    EXPECT_FALSE(goesInColumns(u"No Such Family"));
+}
+
+TEST_F(GuideService, LinesAreAsFarApartAsTheFontAsks) {
+    ASSERT_EQ(find(font, u"DejaVu Sans", 400, false, 5), Found::yes);
+    FS_NewTextMetricEx metric;
+    ASSERT_TRUE(FS_FontInfo::getNewTextMetricEx(u"DejaVu Sans", 0, false, metric, nullptr));
+    const auto units = metric.getAscent() + metric.getDescent() + metric.getExternalLeading();
+    EXPECT_GT(units, 2048);
+    EXPECT_FLOAT_EQ(lineDistance(font, 12), units * 12 / 2048);
+    EXPECT_EQ(lineDistance(FS_FontInfo(), 12), 0);
 }
 
 TEST_F(GuideService, AFolderMayBeAddedLater) {
