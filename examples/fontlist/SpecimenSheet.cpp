@@ -113,7 +113,7 @@ std::optional<FS_FontInfo> openLabelFont(const std::vector<ListedFace>& faces,
     for (const ListedFace& face : faces) {
         if (!face.metric.isLatin1() || face.metric.isSymbolFont())
             continue;
-        const std::optional<FS_FontInfo> listed = openFace(face, document);
+        std::optional<FS_FontInfo> listed = openFace(face, document);
         if (listed && covers(*listed, u"Regular"))
             return listed;
     }
