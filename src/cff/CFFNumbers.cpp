@@ -22,12 +22,6 @@ void writeByte(KWMemStream& output, int byte) {
     output += static_cast<char>(byte);
 }
 
-void writeLongInteger(KWMemStream& output, int value) {
-    std::array<std::uint8_t, 5> bytes{kDictLongInteger};
-    ByteView::storeU32(&bytes[1], static_cast<std::uint32_t>(value));
-    output.append(bytes.data(), bytes.size());
-}
-
 bool isShort(int value) {
     return value >= -0x8000 && value <= 0x7FFF;
 }
@@ -85,6 +79,13 @@ std::size_t encodeCFFInteger(int value, std::span<std::uint8_t, 5> out) {
     return 5;
 }
 
+std::size_t encodeDictInteger(int value, std::span<std::uint8_t, 5> out) {
+    const std::size_t size = encodeCFFInteger(value, out);
+    if (!isShort(value))
+        out[0] = kDictLongInteger;
+    return size;
+}
+
 void writeCFFInteger(KWMemStream& output, int value) {
     std::array<std::uint8_t, 5> bytes;
     output.append(bytes.data(), encodeCFFInteger(value, bytes));
@@ -96,10 +97,8 @@ void writeDictValue(KWMemStream& output, const KWValue& value) {
                             value.getNameValue() == KWCommonNS::KWNameEnum::True;
         writeCFFInteger(output, isTrue ? 1 : 0);
     } else if (value.isInteger()) {
-        if (isShort(value.getIntegerValue()))
-            writeCFFInteger(output, value.getIntegerValue());
-        else
-            writeLongInteger(output, value.getIntegerValue());
+        std::array<std::uint8_t, 5> bytes;
+        output.append(bytes.data(), encodeDictInteger(value.getIntegerValue(), bytes));
     } else {
         std::string text;
         value.toString().toUTF8String(text);

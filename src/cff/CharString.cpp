@@ -98,6 +98,7 @@ bool CharStringScanner::readOther(std::uint8_t first) {
     isNumber_ = first == kCharStringShortInteger || first >= 32;
     if (isNumber_ ? readNumber(first) : readOperator(first))
         return true;
+    isCut_ = true;
     at_ = bytes_.size();
     return false;
 }

@@ -164,6 +164,8 @@ public:
     /// Where the number or operator begins, and where the number before it does.
     std::size_t start() const { return start_; }
     std::size_t numberStart() const { return numberStart_; }
+    /// Where what has been gone through ends; what is cut off does not count.
+    std::size_t end() const { return isCut_ ? start_ : at_; }
 
 private:
     /// The bytes below 32 that are more than an operator which takes all operands: `callsubr`,
@@ -224,6 +226,7 @@ private:
     std::size_t numberStart_ = 0;
     bool isNumber_ = false;
     bool followsNumber_ = false;
+    bool isCut_ = false;
     FS_Word op_ = FS_Word::none;
     ByteView mask_;
 };

@@ -2,9 +2,16 @@
 
 #include "cff/CFFIndex.h"
 
+#include <array>
 #include <vector>
 
 namespace KWFontService_NS {
+
+void appendU16(KWMemStream& output, std::size_t value) {
+    std::array<std::uint8_t, 2> bytes;
+    ByteView::storeU16(bytes.data(), static_cast<std::uint16_t>(value));
+    output.append(bytes.data(), bytes.size());
+}
 
 bool writeIndexHead(KWMemStream& output, std::span<const std::uint32_t> offsets) {
     return writeIndexHead(output, offsets, indexOffSize(offsets.empty() ? 0 : offsets.back()));
@@ -29,9 +36,18 @@ bool writeIndexHead(KWMemStream& output, std::span<const std::uint32_t> offsets,
     return count > 0;
 }
 
-void writeIndex(KWMemStream& output, KWMemStream& data, std::span<const std::uint32_t> offsets) {
+void writeIndex(KWMemStream& output, ByteView data, std::span<const std::uint32_t> offsets) {
     if (writeIndexHead(output, offsets))
         output.append(data.data(), data.size());
+}
+
+void writeIndex(KWMemStream& output, KWMemStream& data, std::span<const std::uint32_t> offsets) {
+    writeIndex(output, ByteView(reinterpret_cast<const std::uint8_t*>(data.data()), data.size()),
+               offsets);
+}
+
+void writeSingleIndex(KWMemStream& output, ByteView item) {
+    writeIndex(output, item, std::array{std::uint32_t{0}, static_cast<std::uint32_t>(item.size())});
 }
 
 bool copyIndex(CFFStream& table, std::uint64_t& at, KWMemStream& output) {

@@ -10,7 +10,11 @@
 
 namespace KWFontService_NS {
 
+using KWCommonNS::ByteView;
 using KWCommonNS::KWMemStream;
+
+/// Appends a number of two bytes.
+void appendU16(KWMemStream& output, std::size_t value);
 
 /// Bytes of an INDEX before its data (Adobe Technical Note 5176, section 5).
 constexpr std::size_t indexHeadSize(std::size_t count, std::size_t offSize) {
@@ -29,7 +33,10 @@ bool writeIndexHead(KWMemStream& output, std::span<const std::uint32_t> offsets)
 bool writeIndexHead(KWMemStream& output, std::span<const std::uint32_t> offsets,
                     std::uint8_t offSize);
 /// Appends an INDEX.
+void writeIndex(KWMemStream& output, ByteView data, std::span<const std::uint32_t> offsets);
 void writeIndex(KWMemStream& output, KWMemStream& data, std::span<const std::uint32_t> offsets);
+/// Appends an INDEX of one item.
+void writeSingleIndex(KWMemStream& output, ByteView item);
 
 // These move `at` behind the INDEX that stands there; one without items ends behind its count.
 // False on a short read and for offsets that lie.

@@ -2,6 +2,7 @@
 
 #include "cff/CFFNumbers.h"
 #include "common/KWLimits.h"
+#include "embed/CFFGlyphMaps.h"
 #include "embed/CFFIndexWriter.h"
 #include "embed/CFFSubrUse.h"
 #include "embed/CFFTopDict.h"
@@ -22,23 +23,12 @@ namespace {
 
 constexpr std::uint8_t kNoFontDict = 255;
 
-void appendU16(KWMemStream& output, std::size_t value) {
-    std::array<std::uint8_t, 2> bytes;
-    ByteView::storeU16(bytes.data(), static_cast<std::uint16_t>(value));
-    output.append(bytes.data(), bytes.size());
-}
-
 /// Makes a list ascend, without repeats. Callers mostly have them in order.
 template <class T>
 void sortOut(std::vector<T>& values) {
     if (!std::ranges::is_sorted(values))
         std::ranges::sort(values);
     values.erase(std::unique(values.begin(), values.end()), values.end());
-}
-
-/// An INDEX of one item.
-void writeSingleIndex(KWMemStream& output, KWMemStream& item) {
-    writeIndex(output, item, std::array{std::uint32_t{0}, static_cast<std::uint32_t>(item.size())});
 }
 
 /// What is kept of a Private DICT but its `Subrs`, in the order of the keys.
@@ -278,7 +268,8 @@ bool RenumberedSubset::writeHead() {
         blanks_.charset = writeBlankOperand(dict, offSize_);
         writeCFFOperator(dict, kCharsetOp);
     }
-    writeSingleIndex(output_, dict);
+    writeSingleIndex(output_,
+                     ByteView(reinterpret_cast<const std::uint8_t*>(dict.data()), dict.size()));
     blanks_.move(output_.size() - dict.size());
     return writeStrings();
 }
@@ -300,34 +291,25 @@ bool RenumberedSubset::writeStrings() {
 }
 
 bool RenumberedSubset::writeCharset() {
-    struct Range {
-        std::uint16_t first;
-        std::uint16_t more;
-    };
-    std::vector<Range> ranges;
-    for (const SubsetGlyph& glyph : glyphs_) {
-        if (glyph.key == 0)
-            continue; // .notdef stands in no charset
-        if (!ranges.empty() && ranges.back().first + ranges.back().more + 1 == glyph.key)
-            ++ranges.back().more;
-        else
-            ranges.push_back({glyph.key, 0});
-    }
-    if (ranges.empty())
-        ranges.push_back({0, 0});
+    std::vector<CharsetRun> runs;
+    for (const SubsetGlyph& glyph : glyphs_)
+        if (glyph.key != 0) // .notdef stands in no charset
+            addToRuns(runs, glyph.key);
+    if (runs.empty())
+        runs.push_back({0, 0});
     constexpr std::uint16_t kMostInByte = 255;
     const bool wide =
-        std::ranges::any_of(ranges, [](const Range& range) { return range.more > kMostInByte; });
+        std::ranges::any_of(runs, [](const CharsetRun& run) { return run.more > kMostInByte; });
 
     if (!fillHere(blanks_.charset))
         return false;
     output_ += static_cast<char>(wide ? 2 : 1);
-    for (const Range& range : ranges) {
-        appendU16(output_, range.first);
+    for (const CharsetRun& run : runs) {
+        appendU16(output_, run.first);
         if (wide)
-            appendU16(output_, range.more);
+            appendU16(output_, run.more);
         else
-            output_ += static_cast<char>(range.more);
+            output_ += static_cast<char>(run.more);
     }
     return true;
 }
@@ -337,22 +319,11 @@ bool RenumberedSubset::writeFDSelect() {
         return true;
     if (!fillHere(blanks_.fdSelect))
         return false;
-    KWMemStream ranges;
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < glyphs_.size(); ++i) {
-        const std::uint8_t fontDict = glyphs_[i].fontDict;
-        if (i > 0 && fontDict == glyphs_[i - 1].fontDict)
-            continue;
-        appendU16(ranges, i);
-        ranges +=
-            static_cast<char>(std::ranges::lower_bound(usedFDs_, fontDict) - usedFDs_.begin());
-        ++count;
-    }
-    constexpr char kFormat = 3;
-    output_ += kFormat;
-    appendU16(output_, count);
-    output_.append(ranges.data(), ranges.size());
-    appendU16(output_, glyphs_.size());
+    FDSelectWriter writer;
+    for (const SubsetGlyph& glyph : glyphs_)
+        writer.add(static_cast<std::uint8_t>(std::ranges::lower_bound(usedFDs_, glyph.fontDict) -
+                                             usedFDs_.begin()));
+    writer.write(output_);
     return true;
 }
 

@@ -6,10 +6,6 @@
 
 namespace KWFontService_NS {
 
-namespace {
-
-constexpr CFFOperator kVersionOp = 0;
-
 bool namesString(CFFOperator op) {
     switch (op) {
     case 1:             // Notice
@@ -25,6 +21,8 @@ bool namesString(CFFOperator op) {
         return false;
     }
 }
+
+namespace {
 
 /// The place in `blanks` for the offset of an operator; null for one that stays as it is.
 std::optional<std::size_t>* blankFor(CFFOperator op, bool isCID, TopDictBlanks& blanks) {

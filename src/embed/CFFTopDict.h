@@ -15,6 +15,7 @@ namespace KWFontService_NS {
 using KWCommonNS::KWMemStream;
 
 // Operators of Top, Font and Private DICTs that writers treat apart.
+inline constexpr CFFOperator kVersionOp = 0;
 inline constexpr CFFOperator kCharsetOp = 15;
 inline constexpr CFFOperator kEncodingOp = 16;
 inline constexpr CFFOperator kCharStringsOp = 17;
@@ -30,6 +31,9 @@ void writeCFFOperator(KWMemStream& output, CFFOperator op);
 /// @param width  of the number, 2 or 4
 /// @return       where the number goes in `output`
 std::size_t writeBlankOperand(KWMemStream& output, std::uint8_t width);
+
+/// True for the operators whose last operand is a string id, but for `version` and ROS.
+bool namesString(CFFOperator op);
 
 /// True for a string id that is the font's own.
 bool isCustomSID(int sid);

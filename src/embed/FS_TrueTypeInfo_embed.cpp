@@ -98,10 +98,9 @@ bool writeCffSubset(const FS_TrueTypeInfo& face, const TTI_TableRecord& record,
         return false;
     const auto writeCff = [&subset](KWMemStream& to) { return subset.write(to); };
     EmbedSource source(*stream);
-    return writeSfnt(
-        source, output,
-        {.glyf = std::nullopt, .loca = std::nullopt, .cff = TableContents{subset.size(), writeCff}},
-        tables);
+    ReplacedTables replaced;
+    replaced.cff = TableContents{subset.size(), writeCff};
+    return writeSfnt(source, output, replaced, tables);
 }
 
 } // namespace

@@ -14,6 +14,7 @@ namespace {
 constexpr std::uint32_t kGdir = sfntTag("gdir");
 
 constexpr std::size_t kCheckSumInRecord = 4;
+constexpr std::size_t kCheckSumAdjustmentInHead = 8;
 
 constexpr std::uint64_t alignUp(std::uint64_t offset) {
     return (offset + 3) & ~std::uint64_t{3};
@@ -96,9 +97,11 @@ bool storeCheckSums(KWMemStream& output, std::size_t start,
         const ByteView table =
             ByteView(reinterpret_cast<const std::uint8_t*>(output.data()), output.size())
                 .sub(start + tables[i].record.offset, tables[i].record.length);
+        std::uint32_t sum = KWMemStreamBuf::calcOTFTableChecksum(table.data(), table.size());
+        if (tables[i].record.tag == sfntTag("head"))
+            sum -= table.u32(kCheckSumAdjustmentInHead).value_or(0);
         std::array<std::uint8_t, 4> bytes;
-        ByteView::storeU32(bytes.data(),
-                           KWMemStreamBuf::calcOTFTableChecksum(table.data(), table.size()));
+        ByteView::storeU32(bytes.data(), sum);
         const std::size_t record =
             start + TTI_Directory::kHeaderSize + i * TTI_Directory::kRecordSize;
         output.seekp(static_cast<std::streamoff>(record + kCheckSumInRecord));
@@ -127,6 +130,8 @@ bool writeSfnt(EmbedSource& source, KWMemStream& output, const ReplacedTables& r
             return ifAny(replaced.glyf);
         if (tag == sfntTag("loca"))
             return ifAny(replaced.loca);
+        if (tag == sfntTag("head"))
+            return ifAny(replaced.head);
         return tag == sfntTag("CFF ") ? ifAny(replaced.cff) : nullptr;
     };
     for (const TTI_TableRecord& record : tables.records) {

@@ -25,14 +25,15 @@ struct TableContents {
 
 /// New contents of tables; a table without comes from the source as it stands.
 struct ReplacedTables {
-    std::optional<TableContents> glyf;
-    std::optional<TableContents> loca;
-    std::optional<TableContents> cff;
+    std::optional<TableContents> glyf{};
+    std::optional<TableContents> loca{};
+    std::optional<TableContents> cff{};
+    std::optional<TableContents> head{};
 };
 
 /// Appends an sfnt of the tables in the set, by ascending tag, each from a multiple of four on and
-/// the last one unpadded. Check sums are worked out for new contents only; `head` is copied with
-/// the source's `checkSumAdjustment`.
+/// the last one unpadded. Check sums are worked out for new contents only; `head` has the source's
+/// `checkSumAdjustment`, which does not count for its own sum.
 /// @return false when the source is short or asked too often, when the result passes 4 GiB, and
 ///         when the output takes no more
 bool writeSfnt(EmbedSource& source, KWMemStream& output, const ReplacedTables& replaced,
