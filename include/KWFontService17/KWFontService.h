@@ -16,6 +16,7 @@
 #include <KWFontService17/FS_GlyphDrawInfo.h>
 #include <KWFontService17/FS_LogFont.h>
 #include <KWFontService17/FS_MathConstants.h>
+#include <KWFontService17/FS_MergeEmbeddedFonts.h>
 #include <KWFontService17/FS_NewTextMetricEx.h>
 #include <KWFontService17/FS_TTGlyphMap.h>
 #include <KWFontService17/FS_Types.h>

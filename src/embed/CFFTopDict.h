@@ -21,6 +21,7 @@ inline constexpr CFFOperator kEncodingOp = 16;
 inline constexpr CFFOperator kCharStringsOp = 17;
 inline constexpr CFFOperator kPrivateOp = 18;
 inline constexpr CFFOperator kSubrsOp = 19;
+inline constexpr CFFOperator kCIDCountOp = cffEscape(34);
 inline constexpr CFFOperator kFDArrayOp = cffEscape(36);
 inline constexpr CFFOperator kFDSelectOp = cffEscape(37);
 inline constexpr CFFOperator kFontNameOp = cffEscape(38);

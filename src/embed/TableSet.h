@@ -28,6 +28,15 @@ inline constexpr std::array<std::uint32_t, 11> kDocumentTablesWithCmap{sfntTag("
 inline constexpr std::array<std::uint32_t, 8> kPostScriptTables{
     sfntTag("cvt "), sfntTag("fpgm"), sfntTag("head"), sfntTag("hhea"),
     sfntTag("hmtx"), sfntTag("maxp"), sfntTag("prep"), 0};
+/// Tables of two subsets that become one.
+inline constexpr std::array<std::uint32_t, 9> kMergedTables{
+    sfntTag("cvt "), sfntTag("fpgm"), sfntTag("head"),
+    sfntTag("hhea"), sfntTag("hmtx"), sfntTag("maxp"),
+    sfntTag("post"), sfntTag("prep"), 0};
+/// The same with the character map.
+inline constexpr std::array<std::uint32_t, 10> kMergedTablesWithCmap{
+    sfntTag("cvt "), sfntTag("fpgm"), sfntTag("head"), sfntTag("hhea"), sfntTag("hmtx"),
+    sfntTag("maxp"), sfntTag("post"), sfntTag("prep"), sfntTag("cmap"), 0};
 
 /// The tables of a font to be written: records of the source by ascending tag, and the version and
 /// search fields of the new offset table.
