@@ -89,12 +89,20 @@ void makeFontSeeds(const SeedFolder& folder) {
     folder.add("woff-stored", stored.build());
 }
 
+CffCID cidKeyed() {
+    return {.glyphs = {{0, 0, {14}}, {7, 1, {139, 107, 10, 14}}, {9, 0, {14}}},
+            .fontDicts = {{.privateDict = CffPrivate{.dict = {140, 20}}},
+                          {.privateDict = CffPrivate{.subrs = {{139, 22, 11}}}}},
+            .globalSubrs = {{11}}};
+}
 Bytes cidKeyedCff() {
-    return CffCID{.glyphs = {{0, 0, {14}}, {7, 1, {139, 107, 10, 14}}, {9, 0, {14}}},
-                  .fontDicts = {{.privateDict = CffPrivate{.dict = {140, 20}}},
-                                {.privateDict = CffPrivate{.subrs = {{139, 22, 11}}}}},
-                  .globalSubrs = {{11}}}
-        .build();
+    return cidKeyed().build();
+}
+/// The same with a charset of format 1.
+Bytes cidKeyedRangesCff() {
+    CffSections sections = cidKeyed().sections();
+    sections.charset = Bytes{1, 0, 7, 0, 0, 9, 0};
+    return sections.build();
 }
 
 Bytes rangesCff() {
@@ -130,6 +138,27 @@ void makeCffSeeds(const SeedFolder& folder) {
     folder.add("ranges", list({2}, rangesCff()));
     folder.add("accented", list({4, 2, 3}, accentedCff()));
     folder.add("beyond", list({1, 65535}, accentedCff()));
+}
+
+/// Pairs for the target `merge`.
+void makeMergeSeeds(const SeedFolder& folder) {
+    const auto pair = [](int kind, const Bytes& a, const Bytes& b) {
+        return Bytes().u8(kind).u24(static_cast<std::uint32_t>(a.size())).bytes(a).bytes(b);
+    };
+    const Bytes accented = accentedCff();
+    const Bytes ranges = rangesCff();
+    folder.add("names", pair(0, accented, ranges));
+    folder.add("names-twice", pair(0, ranges, ranges));
+    folder.add("charset-2", pair(1, cidKeyedRangesCff(), cidKeyedCff()));
+    folder.add("cids", pair(1, cidKeyedRangesCff(), cidKeyedRangesCff()));
+    folder.add("kinds", pair(1, cidKeyedRangesCff(), accented));
+    TestFont font = TestFont::latin();
+    TestFont other = font;
+    other.outlines.longLoca = true;
+    other.outlines.glyphs[TestFont::kA] = {};
+    font.outlines.glyphs[TestFont::kB] = {};
+    folder.add("sfnt", pair(2, font.build(), other.build()));
+    folder.add("sfnt-cmap", pair(3, other.build(), font.build()));
 }
 
 void makeTableSeeds(const SeedFolder& folder) {
@@ -335,6 +364,7 @@ int main(int argc, char** argv) {
         makeTableSeeds(SeedFolder(root / "table"));
         makeLayoutSeeds(SeedFolder(root / "layout"));
         makeCffSeeds(SeedFolder(root / "cff"));
+        makeMergeSeeds(SeedFolder(root / "merge"));
         makeTextSeeds(root);
         makeType1Seeds(root);
         makeType1SubsetSeeds(SeedFolder(root / "type1subset"));
