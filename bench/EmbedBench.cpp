@@ -3,6 +3,8 @@
 #include "fonts/FontTyping.h"
 #include "support/Paths.h"
 
+#include <KWFontService17/FS_MergeEmbeddedFonts.h>
+
 #include <KWCommon15/KWMemStream.h>
 
 #include <hb-subset.h>
@@ -17,6 +19,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace KWBench {
@@ -94,6 +97,29 @@ void writeHarfBuzz(benchmark::State& state, const char* name, unsigned flags) {
     }
 }
 
+/// Two subsets of so many glyphs, none of them in both but glyph 0, become one.
+void merge(benchmark::State& state, const char* name, bool isCFF) {
+    using KWFontService_NS::FS_MergeEmbeddedFonts;
+    Face& face = faceOf(name);
+    Glyphs glyphs = spreadGlyphs(face.face.get(), static_cast<std::size_t>(state.range(0)));
+    std::array<KWCommonNS::KWMemStream, 2> inputs;
+    bool ok = true;
+    for (KWCommonNS::KWMemStream& input : inputs) {
+        ok = ok && embed(*face.font, glyphs, input);
+        for (unsigned short& gid : glyphs)
+            ++gid;
+    }
+    for (auto _ : state) {
+        KWCommonNS::KWMemStream output;
+        ok = ok &&
+             (isCFF ? FS_MergeEmbeddedFonts::mergeCFF(output, &inputs[0], &inputs[1], true)
+                    : FS_MergeEmbeddedFonts::mergeTrueType(output, &inputs[0], &inputs[1], true));
+        benchmark::DoNotOptimize(output);
+    }
+    if (!ok)
+        state.SkipWithError("no merge");
+}
+
 /// A line of /proc/self/status, in bytes.
 std::size_t processStatus(const std::string& key) {
     std::ifstream status("/proc/self/status");
@@ -154,6 +180,20 @@ const int registered = [] {
                 ->Unit(benchmark::kMicrosecond);
         }
     };
+    for (const auto& [label, font, isCFF] : {std::tuple{"latin", "DejaVuSans", false},
+                                             {"cjk", "ARPLSungtiL", false},
+                                             {"cff-cids", "NotoSansCJK", true}}) {
+        for (const int count : {100, 1000}) {
+            const std::string prefix =
+                std::string("merge/") + label + "-" + std::to_string(count) + "/";
+            benchmark::RegisterBenchmark((prefix + "ours").c_str(), merge, font, isCFF)
+                ->Arg(count)
+                ->Unit(benchmark::kMicrosecond);
+            benchmark::RegisterBenchmark((prefix + "writing-one").c_str(), writeOurs, font, embed)
+                ->Arg(count)
+                ->Unit(benchmark::kMicrosecond);
+        }
+    }
     compare(kEmbed, "latin", "DejaVuSans");
     compare(kEmbed, "cjk", "ARPLSungtiL");
     for (const auto& [label, font] :
