@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,22 @@ std::string cidFontOf(const FS_FontInfo& font, const std::vector<unsigned short>
 }
 //! [cidfont]
 
+//! [merge]
+enum class Outlines { trueType, cffWithCids, cffWithNames };
+
+/// Two subsets of one font as one; empty when they have to stay two.
+std::string merged(const std::string& first, const std::string& second, Outlines outlines) {
+    std::istringstream a(first);
+    std::istringstream b(second);
+    KWCommonNS::KWMemStream output;
+    const bool ok = outlines == Outlines::trueType
+                        ? FS_MergeEmbeddedFonts::mergeTrueType(output, &a, &b, true)
+                        : FS_MergeEmbeddedFonts::mergeCFF(output, &a, &b,
+                                                          outlines == Outlines::cffWithCids);
+    return ok ? std::string(output.data(), output.size()) : std::string();
+}
+//! [merge]
+
 TEST(Guide, ASubsetIsASmallFont) {
     FS_FontInfo font;
     ASSERT_TRUE(font.createFont(KWUri(UnicodeString(KW_GUIDE_FONT))));
@@ -55,6 +72,19 @@ TEST(Guide, ACidFontIsAResourceForAPage) {
     EXPECT_NE(text.find("\n/CIDCount 3 def\n"), std::string::npos);
     EXPECT_TRUE(name.endsWith("-LinLibertineO"));
     EXPECT_EQ(characters.Supplement, 1);
+}
+
+TEST(Guide, TwoSubsetsBecomeOne) {
+    FS_FontInfo font;
+    ASSERT_TRUE(font.createFont(KWUri(UnicodeString(KW_GUIDE_FONT))));
+    const auto cut = [&font](char16_t character) {
+        return subsetOf(font, {font.getGlyphID(character, false)});
+    };
+    const std::string both = merged(cut('A'), cut('B'), Outlines::trueType);
+    EXPECT_GT(both.size(), cut('A').size() / 2);
+    EXPECT_EQ(both.substr(0, 4), std::string("\0\1\0\0", 4));
+    EXPECT_EQ(merged(cut('A'), cut('B'), Outlines::cffWithNames), "");
+    EXPECT_EQ(merged(cut('A'), both.substr(0, 100), Outlines::trueType), "");
 }
 
 } // namespace
