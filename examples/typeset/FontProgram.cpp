@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "FontFile.h"
+#include "SubsetJoin.h"
 
 #include <KWCommon15/KWMemStream.h>
 
@@ -64,20 +65,20 @@ private:
     FT_Face face_ = nullptr;
 };
 
-std::vector<unsigned short> idsOf(const UsedGlyphs& glyphs) {
-    std::vector<unsigned short> ids;
-    ids.reserve(glyphs.size());
-    for (const auto& [gid, glyph] : glyphs)
-        ids.push_back(gid);
-    return ids;
-}
-
 std::optional<std::string> bytesOf(bool written, KWMemStream& stream) {
     if (!written || stream.data() == nullptr)
         return std::nullopt;
     return std::string(stream.data(), stream.size());
 }
-std::optional<std::string> embedded(const FS_FontInfo& font, const UsedGlyphs& glyphs) {
+/// Joined of the parts, where there are any.
+/// @param joinedOf  receives the sizes of the parts
+std::optional<std::string> embedded(const FS_FontInfo& font, const UsedGlyphs& glyphs,
+                                    const std::vector<UsedGlyphs>& parts, SubsetFormat format,
+                                    std::vector<std::size_t>& joinedOf) {
+    if (auto joined = joinSubsets(font, parts, format)) {
+        joinedOf = std::move(joined->parts);
+        return std::move(joined->bytes);
+    }
     KWMemStream stream;
     return bytesOf(font.getEmbedFont(idsOf(glyphs), stream), stream);
 }
@@ -107,13 +108,15 @@ std::map<unsigned short, unsigned short> cidsOf(const FS_FontInfo& font, const U
 
 /// The glyphs by their names in a CFF table. Nothing when there are too many for one-byte codes, or
 /// when a name is missing or stands for two of them.
-std::optional<FontProgram> makeNamed(const FS_FontInfo& font, const UsedGlyphs& glyphs,
-                                     bool subset) {
+std::optional<FontProgram> makeNamed(const FS_FontInfo& font, const UsedGlyphs& glyphs, bool subset,
+                                     const std::vector<UsedGlyphs>& parts) {
+    FontProgram program;
     const auto source = whole(font);
-    auto bytes = subset ? embedded(font, glyphs) : source;
+    auto bytes = subset
+                     ? embedded(font, glyphs, parts, SubsetFormat::cffWithNames, program.joinedOf)
+                     : source;
     if (glyphs.size() > kMostNamed || !source || !bytes || kindOf(*bytes) != FontProgram::Kind::cff)
         return std::nullopt;
-    FontProgram program;
     program.kind = FontProgram::Kind::named;
     SimpleFont& simple = program.parts[0];
     simple.bytes = *std::move(bytes);
@@ -198,11 +201,16 @@ std::optional<FontProgram> makeType1(const FS_FontInfo& font, const UsedGlyphs& 
 /// The glyphs by their CIDs. A font of which the service makes no CFF subset goes in as an sfnt,
 /// where glyphs keep their CIDs.
 std::optional<FontProgram> makeCidKeyed(const FS_FontInfo& font, const UsedGlyphs& glyphs,
-                                        bool subset) {
+                                        bool subset, const std::vector<UsedGlyphs>& parts) {
     if (subset) {
         // The CIDs of the subset are the glyph ids of the font.
-        if (auto bytes = embedded(font, glyphs))
-            return FontProgram{FontProgram::Kind::cff, *std::move(bytes)};
+        FontProgram program;
+        program.kind = FontProgram::Kind::cff;
+        if (auto bytes =
+                embedded(font, glyphs, parts, SubsetFormat::cffWithCids, program.joinedOf)) {
+            program.bytes = *std::move(bytes);
+            return program;
+        }
     }
     auto bytes = subset ? openTypeSubset(font, glyphs) : whole(font);
     if (!bytes)
@@ -223,11 +231,14 @@ std::optional<FontProgram> makeByGlyphIds(const FS_FontInfo& font, const UsedGly
 }
 
 std::optional<FontProgram> makeTrueType(const FS_FontInfo& font, const UsedGlyphs& glyphs,
-                                        bool subset) {
-    auto bytes = subset ? embedded(font, glyphs) : whole(font);
+                                        bool subset, const std::vector<UsedGlyphs>& parts) {
+    FontProgram program;
+    auto bytes = subset ? embedded(font, glyphs, parts, SubsetFormat::trueType, program.joinedOf)
+                        : whole(font);
     if (!bytes)
         return std::nullopt;
-    return FontProgram{FontProgram::Kind::trueType, *std::move(bytes)};
+    program.bytes = *std::move(bytes);
+    return program;
 }
 
 } // namespace
@@ -245,24 +256,24 @@ std::size_t FontProgram::size() const {
 }
 
 FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool subset,
-                            bool upright) {
+                            bool upright, const std::vector<UsedGlyphs>& parts) {
     std::optional<FontProgram> program;
     switch (font.info.getFontFileType2()) {
     case FS_FILETYPE_OPENTYPE:
         if (!upright)
-            program = makeNamed(font.writer(), glyphs, subset);
+            program = makeNamed(font.writer(), glyphs, subset, parts);
         if (!program)
             program = makeByGlyphIds(font.writer(), glyphs, subset);
         break;
     case FS_FILETYPE_OPENTYPE_CID:
-        program = makeCidKeyed(font.writer(), glyphs, subset);
+        program = makeCidKeyed(font.writer(), glyphs, subset, parts);
         break;
     case FS_FILETYPE_AFM:
     case FS_FILETYPE_PFM:
         program = makeType1(font.writer(), glyphs, subset);
         break;
     default:
-        program = makeTrueType(font.writer(), glyphs, subset);
+        program = makeTrueType(font.writer(), glyphs, subset, parts);
         break;
     }
     if (!program)

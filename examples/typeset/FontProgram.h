@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace typeset {
 
@@ -45,6 +46,8 @@ struct FontProgram {
     CidSystem system{};
     /// Degrees, against the clock.
     double italicAngle = 0;
+    /// Bytes of the subsets that it was joined of; none where it was written as one.
+    std::vector<std::size_t> joinedOf{};
 
     unsigned short codeOf(unsigned short gid) const;
     bool isSimple() const { return kind == Kind::named || kind == Kind::type1; }
@@ -55,7 +58,9 @@ struct FontProgram {
 /// Asks the library for a subset with the glyphs, or for the whole font. Throws `Failure` (font)
 /// when it cannot write it.
 /// @param upright  columns are set in it, for which one-byte codes have no form
+/// @param parts    the glyphs by the parts of a document, whose subsets are to be joined; where
+///                 they cannot be, and for none, there is one subset of all glyphs
 FontProgram makeFontProgram(const FontFile& font, const UsedGlyphs& glyphs, bool subset,
-                            bool upright);
+                            bool upright, const std::vector<UsedGlyphs>& parts = {});
 
 } // namespace typeset

@@ -29,6 +29,7 @@ begin with "@ " say how the next paragraph is set:
   --dpi N               resolution of the picture, 36 to 1200 (default 150)
   --ragged              lines of natural length instead of justified ones
   --embed-whole-font    embed font files as they are instead of subsets
+  --merge               make a subset for each half of the lines and join the two
   --vertical            set all paragraphs in columns
   --language TAG        the language of the text, as OpenType calls it: ROM, SRB, URD, JAN ...
   --features LIST       features of OpenType that are on, off or have a number: "liga=0, smcp"
@@ -144,6 +145,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             options.justified = false;
         } else if (argument == "--embed-whole-font") {
             options.wholeFont = true;
+        } else if (argument == "--merge") {
+            options.merge = true;
         } else if (argument == "--whole-page") {
             options.wholePage = true;
         } else if (argument == "--vertical") {
@@ -159,6 +162,10 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         }
     }
     checkFontOptions(fontOptions);
+    if (options.merge && options.wholeFont)
+        throw Failure(ExitCode::usage, "--merge and --embed-whole-font exclude each other");
+    if (options.merge && options.pdfPath.empty())
+        throw Failure(ExitCode::usage, "--merge wants a PDF; give one with -o");
     if (files.empty() || files.front().empty())
         throw Failure(ExitCode::usage, "no text to set");
     if (files.size() > 1)

@@ -19,6 +19,7 @@ struct Options {
     unsigned dpi = 150;      // of the picture
     bool justified = true;
     bool wholeFont = false;
+    bool merge = false;     // subsets of two parts of the document
     bool wholePage = false; // in the picture
     bool columns = false;
     unsigned int language = 0; // OpenType tag

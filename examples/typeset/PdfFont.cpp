@@ -88,7 +88,8 @@ UsedGlyphs PdfFont::byCode(unsigned char part) const {
     return sorted;
 }
 
-PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright) {
+PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright,
+                    const std::vector<UsedGlyphs>& parts) {
     const FS_FontInfo& info = font.info;
     const int unitsPerEm = info.getUnitsPerEm();
     const double perMille = unitsPerEm > 0 ? 1000.0 / unitsPerEm : 1;
@@ -102,7 +103,7 @@ PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFo
     PdfFont pdf;
     pdf.glyphs = glyphs;
     pdf.subset = !wholeFont && font.maySubset;
-    pdf.program = makeFontProgram(font, glyphs, pdf.subset, upright);
+    pdf.program = makeFontProgram(font, glyphs, pdf.subset, upright, parts);
     pdf.name = (pdf.subset ? subsetTag(glyphs) + "+" : std::string()) + postScriptName(font);
     pdf.flags = descriptorFlags(info, italic);
     pdf.box = {face.xMin * perMille, face.yMin * perMille, face.xMax * perMille,

@@ -6,6 +6,7 @@
 #include <array>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace typeset {
 
@@ -37,7 +38,9 @@ using PdfFonts = std::map<std::size_t, PdfFont>;
 /// Asks the library for all that, and for a subset with the glyphs unless the whole font is wanted
 /// here or by its licence. Throws `Failure` (font) when the library cannot write it.
 /// @param upright  columns are set in it
-PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright);
+/// @param parts    as in `makeFontProgram`
+PdfFont makePdfFont(const FontFile& font, const UsedGlyphs& glyphs, bool wholeFont, bool upright,
+                    const std::vector<UsedGlyphs>& parts = {});
 
 /// A CMap from codes to text (ISO 32000-1, 9.10.3).
 /// @param glyphs       by their codes

@@ -10,13 +10,19 @@ std::u16string plainText(const PlacedGlyph& glyph) {
     return glyph.text == u"\u00A0" ? u" " : glyph.text;
 }
 
-UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font) {
+namespace {
+
+/// Of the lines from one to before another.
+UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font, std::size_t begin, std::size_t end) {
     UsedGlyphs glyphs;
+    std::size_t number = 0;
     std::vector<std::pair<unsigned short, std::u16string>> parts; // of clusters, seen later
     for (const Page& page : layout.pages) {
         for (const Line& line : page.lines) {
+            const bool counts = number >= begin && number < end;
+            ++number;
             for (const Span& span : line.spans) {
-                if (span.font != font)
+                if (span.font != font || !counts)
                     continue;
                 glyphs.try_emplace(0, UsedGlyph{u"\uFFFD", 0});
                 for (std::size_t i = 0; i < span.glyphs.size(); ++i) {
@@ -38,6 +44,25 @@ UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font) {
             glyphs[gid].text = std::move(text);
     }
     return glyphs;
+}
+
+} // namespace
+
+UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font) {
+    return usedGlyphs(layout, font, 0, layout.lineCount());
+}
+
+std::vector<UsedGlyphs> usedGlyphsOfHalves(const Layout& layout, std::size_t font) {
+    const std::size_t half = (layout.lineCount() + 1) / 2;
+    return {usedGlyphs(layout, font, 0, half), usedGlyphs(layout, font, half, layout.lineCount())};
+}
+
+std::vector<unsigned short> idsOf(const UsedGlyphs& glyphs) {
+    std::vector<unsigned short> ids;
+    ids.reserve(glyphs.size());
+    for (const auto& [gid, glyph] : glyphs)
+        ids.push_back(gid);
+    return ids;
 }
 
 bool hasUpright(const Layout& layout, std::size_t font) {

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace typeset {
 
@@ -17,6 +18,11 @@ using UsedGlyphs = std::map<unsigned short, UsedGlyph>;
 /// @param font  index of the font in the fonts of the document
 /// @return      empty when no line is set in it
 UsedGlyphs usedGlyphs(const Layout& layout, std::size_t font);
+
+/// The same of each half of the lines, as if the document were made in two parts.
+std::vector<UsedGlyphs> usedGlyphsOfHalves(const Layout& layout, std::size_t font);
+
+std::vector<unsigned short> idsOf(const UsedGlyphs& glyphs);
 
 /// True when glyphs of the font stand upright in a column.
 bool hasUpright(const Layout& layout, std::size_t font);

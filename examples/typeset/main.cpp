@@ -60,14 +60,17 @@ std::string percentOf(std::size_t part, std::uintmax_t whole) {
 }
 
 /// What the PDF carries of each font that the layout uses.
-PdfFonts embeddedFonts(const Layout& layout, const FontSet& fonts, bool wholeFont) {
+PdfFonts embeddedFonts(const Layout& layout, const FontSet& fonts, bool wholeFont, bool merge) {
     PdfFonts embedded;
     for (std::size_t i = 0; i < fonts.size(); ++i) {
         const UsedGlyphs glyphs = usedGlyphs(layout, i);
         if (glyphs.empty())
             continue;
         const PdfFont& font = embedded[i] =
-            makePdfFont(fonts[i], glyphs, wholeFont, hasUpright(layout, i));
+            makePdfFont(fonts[i], glyphs, wholeFont, hasUpright(layout, i),
+                        merge ? usedGlyphsOfHalves(layout, i) : std::vector<UsedGlyphs>());
+        if (merge && font.program.joinedOf.empty())
+            warn(fonts[i].name + ": there are no two subsets that can be joined");
         if (!font.subset && !wholeFont)
             warn("the font's licence wants it embedded whole");
     }
@@ -91,6 +94,8 @@ void reportFont(const char* label, const FontFile& font, const PdfFont& embedded
     row(embedded.subset ? "Embedded subset" : "Embedded whole",
         grouped(embedded.program.size()) + " bytes, " +
             percentOf(embedded.program.size(), font.bytes));
+    if (const std::vector<std::size_t>& parts = embedded.program.joinedOf; !parts.empty())
+        row("Joined of", grouped(parts[0]) + " and " + grouped(parts[1]) + " bytes");
 }
 
 void run(const Options& options) {
@@ -112,7 +117,7 @@ void run(const Options& options) {
     PdfFonts embedded;
     std::size_t pdfBytes = 0;
     if (!options.pdfPath.empty()) {
-        embedded = embeddedFonts(layout, fonts, options.wholeFont);
+        embedded = embeddedFonts(layout, fonts, options.wholeFont, options.merge);
         pdfBytes = writePdf(options.pdfPath, layout, embedded, toUtf8(document.title()));
     }
     std::size_t psBytes = 0;

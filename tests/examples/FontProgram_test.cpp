@@ -51,6 +51,14 @@ UsedGlyphs firstGlyphs(int count) {
     return glyphs;
 }
 
+/// A program of all glyphs, made in these parts.
+FontProgram joined(const FontFile& font, const std::vector<UsedGlyphs>& parts) {
+    UsedGlyphs all;
+    for (const UsedGlyphs& part : parts)
+        all.insert(part.begin(), part.end());
+    return makeFontProgram(font, all, true, false, parts);
+}
+
 } // namespace
 
 TEST(FontProgram, OfATrueTypeFontKeepsTheGlyphIds) {
@@ -115,4 +123,43 @@ TEST(FontProgram, OfAWholeMemberOfACollectionIsAnSfntWithTheFontsOwnCids) {
             EXPECT_EQ(font.info.getGlyphIDfromCID(program.codeOf(gid)), gid);
         }
     }
+}
+
+TEST(FontProgram, IsJoinedOfTheSubsetsOfParts) {
+    const FontFile trueType = open(packagedFont("DejaVuSans"));
+    const FontProgram sfnt =
+        joined(trueType, {glyphsOf(trueType, u"AB"), glyphsOf(trueType, u"BC")});
+    EXPECT_EQ(sfnt.kind, Kind::trueType);
+    EXPECT_EQ(sfnt.joinedOf.size(), 2U);
+    EXPECT_NE(sfnt.bytes, makeFontProgram(trueType, glyphsOf(trueType, u"ABC"), true, false).bytes);
+
+    const FontFile withNames = open(packagedFont("LinLibertine"));
+    const FontProgram names =
+        joined(withNames, {glyphsOf(withNames, u"A"), glyphsOf(withNames, u"B")});
+    EXPECT_EQ(names.kind, Kind::named);
+    EXPECT_EQ(names.joinedOf.size(), 2U);
+    EXPECT_THAT(names.parts.at(0).names,
+                ElementsAre(Pair(0, ".notdef"), Pair(1, "A"), Pair(2, "B")));
+
+    const FontFile withCids = openMember();
+    const FontProgram cids =
+        joined(withCids, {glyphsOf(withCids, u"\u65E5"), glyphsOf(withCids, u"\u672C")});
+    EXPECT_EQ(cids.kind, Kind::cff);
+    EXPECT_EQ(cids.joinedOf.size(), 2U);
+}
+
+TEST(FontProgram, OfOnePartIsOneSubset) {
+    const FontFile font = open(packagedFont("DejaVuSans"));
+    const UsedGlyphs glyphs = glyphsOf(font, u"AB");
+    const FontProgram program = joined(font, {glyphs, {}});
+    EXPECT_TRUE(program.joinedOf.empty());
+    EXPECT_EQ(program.bytes, makeFontProgram(font, glyphs, true, false).bytes);
+}
+
+TEST(FontProgram, OfPartsThatCannotBeJoinedIsOneSubset) {
+    // A run of more than 256 CIDs in one of them.
+    const FontFile font = openMember();
+    const FontProgram program = joined(font, {firstGlyphs(400), glyphsOf(font, u"\u65E5")});
+    EXPECT_EQ(program.kind, Kind::cff);
+    EXPECT_TRUE(program.joinedOf.empty());
 }

@@ -124,3 +124,13 @@ TEST(UsedGlyphs, AreThoseOfOneFontAndNoneOfAFontThatSetsNoLine) {
     EXPECT_EQ(usedGlyphs(layout, 1).count(37), 1U);
     EXPECT_TRUE(usedGlyphs(layout, 2).empty());
 }
+
+TEST(UsedGlyphs, OfHalvesAreThoseOfTheFirstLinesAndOfTheLast) {
+    Layout layout = layoutOf({placed(36, u"A", 684)});
+    layout.pages[0].lines.push_back(lineOf(0, {placed(37, u"B", 700)}));
+    layout.pages.emplace_back().lines.push_back(lineOf(0, {placed(38, u"C", 700)}));
+    const std::vector<UsedGlyphs> halves = usedGlyphsOfHalves(layout, 0);
+    ASSERT_EQ(halves.size(), 2U);
+    EXPECT_EQ(idsOf(halves[0]), (std::vector<unsigned short>{0, 36, 37}));
+    EXPECT_EQ(idsOf(halves[1]), (std::vector<unsigned short>{0, 38}));
+}

@@ -65,6 +65,17 @@ TEST_F(Typeset, TheSameInputGivesTheSameBytes) {
     EXPECT_EQ(readFile(folder.path("a.png")).str(), firstPicture);
 }
 
+TEST_F(Typeset, JoinsTheSubsetsOfTwoParts) {
+    const ProcessResult result = set("# One\n\nTwo words", font, {"--merge"});
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output, AllOf(HasSubstr("Embedded subset"), HasSubstr("Joined of")));
+    const ProcessResult single = set("One", font, {"--merge"});
+    EXPECT_EQ(single.exitCode, 0) << single.describe();
+    EXPECT_THAT(single.errors, HasSubstr("there are no two subsets that can be joined"));
+    EXPECT_THAT(single.output, Not(HasSubstr("Joined of")));
+}
+
 TEST_F(Typeset, FindsADefaultFont) {
     const ProcessResult result = run({"-o", pdf, folder.write("text.txt", "text")});
     EXPECT_EQ(result.exitCode, 0) << result.describe();
@@ -103,6 +114,9 @@ TEST_F(Typeset, WrongUsageIsExitCodeOneAndSaysWhatIsWrong) {
         {{"-o", pdf, "--dpi", "99999999999", text}, "--dpi wants a number from 36 to 1200"},
         {{"-o", pdf, "--features", "ligature=0", text}, "'ligature=0' is no list of features"},
         {{"-o", pdf, "--features", "liga=0, liga=1", text}, "'liga=0, liga=1' is no list of"},
+        {{"-o", pdf, "--merge", "--embed-whole-font", text},
+         "--merge and --embed-whole-font exclude"},
+        {{"--ps", pdf, "--merge", text}, "--merge wants a PDF; give one with -o"},
         {{"-o", pdf, "--language", "Romanian", text}, "'Romanian' is no tag of a language"},
     };
     for (const auto& [arguments, message] : cases) {

@@ -143,3 +143,28 @@ TEST_F(CffPdf, ACidKeyedFontSetsColumns) {
                 ContainsRegex("\\+NotoSansCJKjp-Regular +CID Type 0C +Identity-V"));
     expectAlike("page");
 }
+
+TEST_F(CffPdf, AFontJoinedOfTwoSubsetsLooksLikeOneSubset) {
+    const std::vector<std::string> cjk = member("Noto Serif CJK JP");
+    const std::string latin = "Office waffle\n\nAVATAR \xC3\x87"
+                              "a va?";
+    const std::string japanese = "\xE5\x90\xBE\xE8\xBC\xA9\xE3\x81\xAF\n\n"
+                                 "\xE7\x8C\xAB\xE3\x81\xA7\xE3\x81\x82\xE3\x82\x8B";
+    const auto fontFile = [](const char* name) {
+        return std::vector<std::string>{"--font", packagedFont(name).string()};
+    };
+    for (const auto& [text, options] : {std::pair{latin, fontFile("LinLibertine")},
+                                        {latin, fontFile("DejaVuSans")},
+                                        {japanese, cjk}}) {
+        set("page", text, options);
+        std::vector<std::string> arguments = options;
+        arguments.insert(arguments.end(),
+                         {"--merge", "-o", file("joined.pdf"), folder.path("text.txt").string()});
+        EXPECT_THAT(outputOf(KW_TYPESET, arguments), HasSubstr("Joined of"));
+        EXPECT_EQ(checkWithQpdf(file("joined.pdf")).exitCode, 0);
+        EXPECT_EQ(textOf("joined"), textOf("page"));
+        EXPECT_GT(byPoppler("joined").totalInk(), 5000U);
+        EXPECT_EQ(byPoppler("joined").ink, byPoppler("page").ink);
+        EXPECT_EQ(byGhostscript("joined").ink, byGhostscript("page").ink);
+    }
+}
