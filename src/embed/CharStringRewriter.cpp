@@ -38,7 +38,7 @@ private:
             out_.append(reinterpret_cast<const char*>(charString.data()) + copied, end - copied);
         };
         CharStringScanner scanner(charString, counts_);
-        while (scanner.nextOperator([](std::size_t) {})) {
+        while (scanner.nextOperator([](std::size_t, std::size_t) {})) {
             switch (scanner.op()) {
             case FS_Word::callsubr:
             case FS_Word::callgsubr: {

@@ -141,11 +141,11 @@ bool FS_Type1::getLogFont(FS_EnumLogFontEx& font, int faceIndex) const {
 }
 
 bool FS_Type1::getNewTextMetricEx(FS_NewTextMetricEx& metric, int faceIndex) const {
-    return getOutlineTextMetrics(metric, -kUnitsPerEm, faceIndex);
+    return getOutlineTextMetrics(metric, -kType1UnitsPerEm, faceIndex);
 }
 
 bool FS_Type1::getOutlineTextMetrics(FS_NewTextMetricEx& metric, int size, int faceIndex) const {
-    FS_TextMetricSource source{.unitsPerEm = kUnitsPerEm,
+    FS_TextMetricSource source{.unitsPerEm = kType1UnitsPerEm,
                                .lineHeight = double{lineHeight()},
                                .symbolFont = isSymbolicFont(faceIndex),
                                .fontEntrySettings = getFontEntrySettings()};
