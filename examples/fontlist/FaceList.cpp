@@ -53,7 +53,9 @@ std::string styleOf(const ListedFace& face) {
     static constexpr const char* kWeights[] = {"Thin",    "Extra Light", "Light",
                                                "Regular", "Medium",      "Semibold",
                                                "Bold",    "Extra Bold",  "Black"};
-    const int nearest = (std::clamp(face.font.getWeight(), 100, 900) + 50) / 100;
+    constexpr int kUnsaid = 0;
+    const int own = face.font.getWeight();
+    const int nearest = (std::clamp(own != kUnsaid ? own : 400, 100, 900) + 50) / 100;
     std::string style = kWeights[std::min<std::size_t>(static_cast<std::size_t>(nearest) - 1,
                                                        std::size(kWeights) - 1)];
     if (face.font.isItalic())

@@ -31,11 +31,21 @@ std::size_t columnsOf(const std::string& text) {
     return columns;
 }
 
+/// Without characters that a terminal acts on: names come out of fonts of any origin.
+std::string shown(const icu::UnicodeString& name) {
+    icu::UnicodeString out;
+    for (std::int32_t i = 0; i < name.length(); i = name.moveIndex32(i, 1)) {
+        const UChar32 ch = name.char32At(i);
+        out.append(u_iscntrl(ch) != 0 || u_charType(ch) == U_FORMAT_CHAR ? UChar32{0xFFFD} : ch);
+    }
+    return toUtf8(out);
+}
+
 Row rowOf(const ListedFace& face) {
-    return {toUtf8(face.font.getFaceName()),
+    return {shown(face.font.getFaceName()),
             styleOf(face),
             std::to_string(face.font.getWeight()),
-            toUtf8(face.font.getFullName()),
+            shown(face.font.getFullName()),
             sourceOf(face),
             fileTypeOf(face),
             embeddingOf(face),

@@ -60,6 +60,11 @@ std::vector<ListedFace> findFaces(const Options& options, FS_ExtraFontManager& d
 
 } // namespace
 
+void print(const char* text) {
+    if (std::fputs(text, stdout) < 0 || std::fflush(stdout) != 0)
+        throw std::runtime_error("cannot write to standard output");
+}
+
 int run(const Options& options) {
     FS_ExtraFontManager document;
     std::vector<ListedFace> faces;
@@ -68,7 +73,7 @@ int run(const Options& options) {
     } catch (const std::runtime_error& failure) {
         return fail(ExitCode::fonts, failure.what());
     }
-    std::fputs(tableOf(faces).c_str(), stdout);
+    print(tableOf(faces).c_str());
     if (!options.pngPath.empty()) {
         const std::vector<unsigned char> png = drawSpecimens(
             faces, document, {icu::UnicodeString::fromUTF8(options.text), options.dpi});
@@ -84,7 +89,7 @@ int main(int argc, char** argv) {
         const fontlist::Options options = fontlist::parseOptions({argv + 1, argv + argc});
         if (!options.help)
             return fontlist::run(options);
-        std::fputs(fontlist::kUsage.data(), stdout);
+        fontlist::print(fontlist::kUsage.data());
         return fontlist::ok;
     } catch (const std::invalid_argument& wrong) {
         return fontlist::fail(fontlist::usage, wrong.what());

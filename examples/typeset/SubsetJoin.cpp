@@ -4,6 +4,7 @@
 
 #include <KWCommon15/KWMemStream.h>
 
+#include <set>
 #include <sstream>
 
 namespace typeset {
@@ -31,10 +32,32 @@ std::optional<std::string> join(const std::string& first, const std::string& sec
     return textOf(output);
 }
 
+/// A join of CIDs tells a run of more than this many wrong: its count is one byte.
+constexpr std::size_t kLongestRun = 256;
+
+bool hasLongRun(const std::vector<UsedGlyphs>& parts) {
+    std::set<unsigned short> ids;
+    for (const UsedGlyphs& part : parts) {
+        for (const auto& [gid, glyph] : part)
+            ids.insert(gid);
+    }
+    std::size_t length = 0;
+    int next = -1;
+    for (const unsigned short gid : ids) {
+        length = gid == next ? length + 1 : 1;
+        next = gid + 1;
+        if (length > kLongestRun)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::optional<JoinedSubset> joinSubsets(const FS_FontInfo& font,
                                         const std::vector<UsedGlyphs>& parts, SubsetFormat format) {
+    if (format == SubsetFormat::cffWithCids && hasLongRun(parts))
+        return std::nullopt;
     JoinedSubset all;
     for (const UsedGlyphs& part : parts) {
         if (part.empty())

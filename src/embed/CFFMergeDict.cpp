@@ -99,22 +99,27 @@ FS_MergeEmbeddedFonts::TopDICT getTopDictData(ByteView dict, const MergedSIDs& s
     const auto carry = [&out](bool can) { out.cannotCarry = out.cannotCarry || !can; };
     for (CFFDictScanner scan(dict); scan.next();) {
         const int value = scan.last().value.getIntegerValue();
+        // One without operands leaves what an earlier one said, as for readers of the table.
+        const auto note = [&scan](std::uint32_t& place, const auto& operand) {
+            if (scan.operandCount() != 0)
+                place = offsetOf(operand);
+        };
         switch (scan.op()) {
         case kCharsetOp:
-            out.charset = offsetOf(scan.last());
+            note(out.charset, scan.last());
             break;
         case kCharStringsOp:
-            out.charStrings = offsetOf(scan.last());
+            note(out.charStrings, scan.last());
             break;
         case kPrivateOp:
-            out.privateSize = offsetOf(scan.lastButOne());
-            out.privateOffset = offsetOf(scan.last());
+            note(out.privateSize, scan.lastButOne());
+            note(out.privateOffset, scan.last());
             break;
         case kFDArrayOp:
-            out.fdArray = offsetOf(scan.last());
+            note(out.fdArray, scan.last());
             break;
         case kFDSelectOp:
-            out.fdSelect = offsetOf(scan.last());
+            note(out.fdSelect, scan.last());
             break;
         case kCIDCountOp:
             out.cidCount = value;

@@ -158,7 +158,13 @@ bool CFFMergeInput::getFontDicts(const MergedSIDs& sids) {
     std::optional<CFFIndex> items;
     if (isCID_ && !(items = CFFIndex::read(table_, topDict.fdArray)))
         return false;
+    // Items that lie over each other would come to more than there is.
+    std::uint64_t left = table_.size();
     for (std::size_t i = 0; i < dicts.size(); ++i) {
+        const std::uint64_t size = items ? (*items)[i].size() : 0;
+        if (size > left)
+            return false;
+        left -= size;
         FontDict& fontDict = fontDicts.emplace_back();
         fontDict.localSubrs = dicts[i].localSubrs;
         auto data = items ? getFontDictData((*items)[i], sids) : std::string();

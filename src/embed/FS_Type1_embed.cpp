@@ -40,8 +40,8 @@ bool looksLikeText(std::span<const std::uint8_t> eexec) {
 }
 
 /// The encrypted section with the glyphs of some codes.
-bool selectCodes(std::vector<std::uint8_t>& eexec, std::string_view codes,
-                 const Type1CodeNames& names) {
+bool cutToCodes(std::vector<std::uint8_t>& eexec, std::string_view codes,
+                const Type1CodeNames& names) {
     type1Decrypt(eexec, kEexecKey);
     KWMemStream subset(nullptr, eexec.size());
     if (!subsetEexecSection({reinterpret_cast<const char*>(eexec.data()), eexec.size()}, codes,
@@ -68,17 +68,25 @@ bool FS_Type1Printer::writeProgram(const std::optional<std::string_view>& codes,
                                    const Type1SegmentLengths& lengths) const {
     const std::unique_ptr<std::istream> stream = openFontStream(getUri());
     Type1Sections sections;
-    // Of a file that is cut short the sections that it has are told.
+    // Of a file that is cut short the sections that it has are told. Of a text it is told what the
+    // file says, before the bytes come.
     const bool isRead = stream && readSections(*stream, sections);
+    const auto tellAnnounced = [&sections](std::size_t part, int& length) {
+        const std::uint64_t count = sections.announced[part];
+        if (count > 0 && count <= std::uint64_t{std::numeric_limits<int>::max()})
+            length = static_cast<int>(count);
+    };
+    tellAnnounced(0, lengths.length1);
     if (sections.clearText.empty() ||
         !writeSegment(kPfbText, sections.clearText, output, lengths.length1))
         return false;
-    if (sections.eexec.empty() || (codes && !selectCodes(sections.eexec, *codes, names)))
+    if (sections.eexec.empty() || (codes && !cutToCodes(sections.eexec, *codes, names)))
         return false;
     if (looksLikeText(sections.eexec))
         giveBinaryLead(sections.eexec);
     if (!writeSegment(kPfbBinary, sections.eexec, output, lengths.length2))
         return false;
+    tellAnnounced(2, lengths.length3);
     if (!isRead || !sections.isWhole ||
         !writeSegment(kPfbText, sections.trailer, output, lengths.length3))
         return false;

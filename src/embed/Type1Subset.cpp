@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -169,15 +170,17 @@ void select(std::vector<Entry>& entries, Names names) {
 
 void selectCodes(std::vector<Entry>& entries, std::string_view codes,
                  const Type1CodeNames& source) {
-    std::array<std::string, 256> nameOfCode;
+    std::array<std::string, 256> nameOfCode; // what `names` refers to
+    std::bitset<256> seen;
     Names names;
     for (const char ch : codes) {
         const auto code = static_cast<unsigned char>(ch);
-        std::string& name = nameOfCode[code];
-        if (name.empty())
-            name = source.nameOf(code);
-        if (!name.empty())
-            names.insert(name);
+        if (seen.test(code))
+            continue;
+        seen.set(code);
+        nameOfCode[code] = source.nameOf(code);
+        if (!nameOfCode[code].empty())
+            names.insert(nameOfCode[code]);
     }
     select(entries, std::move(names));
 }

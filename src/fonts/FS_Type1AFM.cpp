@@ -83,7 +83,7 @@ bool FS_Type1AFM::hasVerticalGlyph(int) const {
 void FS_Type1AFM::addTextMetrics(FS_TextMetricSource& source) const {
     const Type1Box& box = head_.fontBBox;
     source.ascent = double{box.top};
-    source.descent = -double{box.bottom};
+    source.descent = std::max(0.0, -double{box.bottom});
     source.capHeight = double{head_.capHeight};
     source.typoAscender = double{head_.ascender};
     source.typoDescender = double{head_.descender};

@@ -34,7 +34,8 @@ unsigned short Type1CodeMap::unicodeCode(int ch) const {
 unsigned short Type1CodeMap::assignCode(int ch, unsigned short code) {
     KWMutex mutex(lock_);
     mutex.lock();
-    maps().unicodeToCode.emplace(ch, code);
+    if (maps().unicodeToCode.emplace(ch, code).second)
+        maps().characterCodes.insert(code);
     return code;
 }
 
@@ -57,7 +58,7 @@ bool Type1CodeMap::isTaken(unsigned short code) const {
     if (!maps_)
         return false;
     const FontCMap* const cmap = findCMap(static_cast<unsigned char>(code >> 8));
-    return maps_->codeToGlyph.contains(code) ||
+    return maps_->codeToGlyph.contains(code) || maps_->characterCodes.contains(code) ||
            (cmap != nullptr && cmap->names.contains(static_cast<unsigned char>(code & 0xFF)));
 }
 

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -25,8 +26,8 @@ public:
     static constexpr int kCodesOfAFont = 254;
     /// The counter value that all font programs are full at.
     static constexpr int kAllCodes = 256 * kCodesOfAFont;
-    /// Where the counter of a Type 1 font starts: in font program 0 the codes up to this one are left
-    /// to characters that use their own value.
+    /// Where the counter of a Type 1 font starts: in font program 0 the codes up to this one are
+    /// left to characters that use their own value.
     static constexpr int kLastOwnCode = 127;
 
     Type1CodeMap();
@@ -81,6 +82,7 @@ private:
         std::map<unsigned short, unsigned short> glyphToCode;
         std::map<unsigned short, unsigned short> codeToGlyph;
         std::map<int, unsigned short> unicodeToCode;
+        std::set<unsigned short> characterCodes; ///< the values of `unicodeToCode`
         std::map<unsigned char, FontCMap> fontCMaps;
     };
 

@@ -112,7 +112,7 @@ bool readPFASections(std::istream& stream, Type1Sections& sections) {
     sections.eexec.clear();
     decodeHexadecimal(text.substr(start, length), sections.eexec);
     sections.trailer.assign(place(start + length), file.end());
-    sections.isWhole = true;
+    sections.isWhole = !sections.trailer.empty();
     return true;
 }
 
@@ -128,22 +128,27 @@ bool readPFBSections(std::istream& stream, Type1Sections& sections) {
         return KWCommonNS::appendFromStream(stream, count, header) == count;
     };
     while (readHeader(kPfbTypeSize)) {
-        if (header[0] != kPfbMark)
-            return false;
         const std::uint8_t type = header[1];
-        if (type == kPfbEnd)
+        const bool isMarked = header[0] == kPfbMark;
+        if (isMarked && type == kPfbEnd)
             break;
         const bool isNextPart = started && part + 1 < std::size(kTypes) && type == kTypes[part + 1];
-        if (isNextPart)
+        if (isMarked && isNextPart)
             ++part;
-        else if (type != kTypes[part])
+        else if (!isMarked || type != kTypes[part]) {
+            if (part + 1 == std::size(kTypes))
+                break;
             return false;
+        }
         started = true;
         if (!readHeader(kPfbLengthSize))
             return false;
         const std::uint32_t length = pfbLength(std::span(header).first<kPfbLengthSize>());
-        if (KWCommonNS::appendFromStream(stream, length, *parts[part]) < length)
+        sections.announced[part] += length;
+        if (KWCommonNS::appendFromStream(stream, length, *parts[part]) < length) {
+            parts[part]->clear();
             return false;
+        }
     }
     sections.isWhole = part + 1 == std::size(kTypes);
     return part > 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <iosfwd>
 #include <vector>
@@ -12,7 +13,9 @@ struct Type1Sections {
     std::vector<std::uint8_t> clearText; ///< up to and with "currentfile eexec" and its line end
     std::vector<std::uint8_t> eexec;     ///< as it is encrypted, in bytes
     std::vector<std::uint8_t> trailer;   ///< the 512 zeros and `cleartomark`
-    bool isWhole = false;                ///< the file has all three, though one may be empty
+    bool isWhole = false;                ///< the file has all three
+    /// Bytes that a file in segments says each has, whether they are there or not.
+    std::array<std::uint64_t, 3> announced{};
 };
 
 /// Takes a program in hexadecimal text apart, from the stream's position on. Digits go in pairs
@@ -22,9 +25,10 @@ struct Type1Sections {
 bool readPFASections(std::istream& stream, Type1Sections& sections);
 
 /// Takes a program in segments apart, from the stream's position on. Text, binary and text come in
-/// this order, each in one segment or more. False for an unknown type, another order, and a segment
-/// that is longer than the file. A file may end without the last text and the end mark.
-/// @param sections  gets what was read so far in either case
+/// this order, each in one segment or more; behind the last text anything else is the end. False
+/// for an unknown type, another order, and a segment that is longer than the file. A file may end
+/// without the last text and the end mark.
+/// @param sections  gets the sections that were read whole in either case
 bool readPFBSections(std::istream& stream, Type1Sections& sections);
 
 } // namespace KWFontService_NS

@@ -89,6 +89,12 @@ TEST(GetTopDictData, NotesOffsetsAndLeavesThemOut) {
     EXPECT_EQ(found.cidCount, std::nullopt);
 }
 
+TEST(GetTopDictData, AnOffsetWithoutOperandsSaysNothing) {
+    const FS_MergeEmbeddedFonts::TopDICT out = topDictOf({141, 12, 36, 142, 17, 12, 36, 17});
+    EXPECT_EQ(out.fdArray, 2U);
+    EXPECT_EQ(out.charStrings, 3U);
+}
+
 TEST(GetTopDictData, WritesROSAnew) {
     EXPECT_EQ(dataOf(cffROS(391, 392, 7), true), (Bytes{248, 27, 248, 36, 146, 12, 30}));
     EXPECT_FALSE(topDictOf(cffROS(391, 392, 7), true).cannotCarry);

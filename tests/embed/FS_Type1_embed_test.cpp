@@ -313,12 +313,17 @@ TEST_F(Type1Embed, AFileThatIsCutShortTellsWhatWasReached) {
     EXPECT_FALSE(cutTo(4).ok);
     EXPECT_EQ(cutTo(4).lengths(), "-1 -1 -1");
     EXPECT_EQ(cutTo(binaryAt).lengths(), std::to_string(whole.length1) + " -1 -1");
-    EXPECT_EQ(cutTo(binaryAt + 40).lengths(), std::to_string(whole.length1) + " -1 -1");
+    EXPECT_EQ(cutTo(binaryAt - 1).lengths(), std::to_string(whole.length1) + " -1 -1")
+        << "what the file says, before the bytes come";
+    for (const std::size_t size : {binaryAt + 40, trailerAt - 1})
+        EXPECT_EQ(cutTo(size).lengths(), std::to_string(whole.length1) + " -1 -1") << size;
+    const std::string twoLengths =
+        std::to_string(whole.length1) + " " + std::to_string(whole.length2) + " ";
     for (const std::size_t size : {trailerAt, trailerAt + 3, trailerAt + 20, file.size() - 3}) {
         const Written result = cutTo(size);
         EXPECT_FALSE(result.ok) << size;
         EXPECT_EQ(result.lengths(),
-                  std::to_string(whole.length1) + " " + std::to_string(whole.length2) + " -1");
+                  twoLengths + (size < trailerAt + 6 ? "-1" : std::to_string(whole.length3)));
     }
     EXPECT_EQ(cutTo(file.size() - 2).file, whole.file) << "the end mark says nothing new";
 }

@@ -165,6 +165,30 @@ TEST_F(FontList, WideLettersKeepTheColumnsStraight) {
                                       HasSubstr("\n\xE6\x98\x8E\xE6\x9C\x9D       Regular")));
 }
 
+TEST_F(FontList, CharactersThatATerminalActsOnAreNotPrinted) {
+    AfmFile file = AfmFile::latin();
+    file.familyName = "a\x1B]0;x\x07";
+    folder.write("fonts/a.afm", file.build());
+    const std::string output = run({}).output;
+    EXPECT_THAT(output, HasSubstr("\na\xEF\xBF\xBD]0;x\xEF\xBF\xBD"));
+    EXPECT_THAT(output, Not(HasSubstr("\x1B")));
+}
+
+TEST_F(FontList, AFaceWithoutAWeightIsRegular) {
+    AfmFile file = AfmFile::latin();
+    file.familyName = "Unsaid";
+    file.weight.clear();
+    folder.write("fonts/a.afm", file.build());
+    EXPECT_THAT(run({}).output, HasSubstr("\nUnsaid  Regular  0"));
+}
+
+TEST_F(FontList, AnOutputThatCannotBeWrittenIsExitCodeFour) {
+    write("a.ttf", family(u"Alpha"));
+    const ProcessResult result =
+        runProgram("/bin/sh", {"-c", std::string("'") + KW_FONTLIST + "' --help > /dev/full"});
+    EXPECT_EQ(result.exitCode, 4) << result.describe();
+}
+
 TEST_F(FontList, ArgumentsThatMakeNoSenseAreExitCodeOne) {
     for (const std::vector<std::string>& arguments :
          std::vector<std::vector<std::string>>{{"--png"},

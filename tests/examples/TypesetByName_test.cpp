@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unicode/unistr.h>
 
 #include <filesystem>
 
@@ -284,6 +285,27 @@ TEST_F(TypesetByName, AnAdjustmentThatFitsNoPageIsExitCodeTwo) {
                                          HasSubstr("that fits no page")));
     }
     EXPECT_FALSE(std::filesystem::exists(pdf));
+}
+
+TEST_F(TypesetByName, SubsetsWhoseJoinWouldLoseGlyphsAreNotJoined) {
+    const auto joined = [&](int count) {
+        icu::UnicodeString text;
+        for (int i = 0; i < count; ++i) {
+            text.append(static_cast<UChar32>(0xAC00 + i));
+            if (i == count / 2)
+                text.append(u"\n\n");
+        }
+        std::string utf8;
+        text.toUTF8String(utf8);
+        return set({"--merge", "--family", "Noto Sans CJK JP", "--config",
+                    configure(fontFolder(packagedFont("NotoSansCJK").parent_path()))},
+                   utf8);
+    };
+    EXPECT_THAT(joined(200).output, HasSubstr("Joined of"));
+    const ProcessResult result = joined(300);
+    EXPECT_EQ(result.exitCode, 0) << result.describe();
+    EXPECT_THAT(result.errors, HasSubstr("there are no two subsets that can be joined"))
+        << "a run of more than 256 CIDs";
 }
 
 TEST_F(TypesetByName, ACharacterOfTheEndUserIsSetInTheFontThatIsLinked) {

@@ -81,6 +81,12 @@ TEST_F(Type1TextMetrics, AFontBoxWithinTheEmLeavesNoExternalLeading) {
     EXPECT_EQ(metricsOf(scannedAFM(file), kEm).getExternalLeading(), 0);
 }
 
+TEST_F(Type1TextMetrics, AnAfmFileWhoseBoxStandsAboveTheBaselineHasNoDescent) {
+    AfmFile file = tellingAFM();
+    file.fontBBox = "0 100 500 700";
+    EXPECT_EQ(metricsOf(scannedAFM(file), kEm).getDescent(), 0);
+}
+
 TEST_F(Type1TextMetrics, AnAfmFileWithAnEmptyFontBoxHasNoLengthsFromAscentToDescent) {
     AfmFile file = tellingAFM();
     file.fontBBox = "0 0 0 0";

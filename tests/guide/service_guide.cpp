@@ -136,9 +136,10 @@ Families families(FS_ExtraFontManager* document) {
 //! [columns]
 /// Whether a name has a face for text in columns.
 bool goesInColumns(const UnicodeString& name) {
+    constexpr int kFound = 2; // an error answers 1
     const auto stop = [](FS_FontResourceType, const FS_EnumLogFontEx*, const FS_NewTextMetricEx*,
-                         void*) { return 1; };
-    return FS_EnumFontFamilies(u"@" + name, stop, nullptr, nullptr, 0) != 0;
+                         void*) { return kFound; };
+    return FS_EnumFontFamilies(u"@" + name, stop, nullptr, nullptr, 0) == kFound;
 }
 //! [columns]
 

@@ -116,6 +116,14 @@ TEST_F(CharCode, NewCodesPassByThoseThatStandForAnother) {
     EXPECT_EQ(code(0x100), 181);
 }
 
+TEST_F(CharCode, NewCodesPassByThoseThatACharacterKeepsWithoutAName) {
+    setMetrics({glyph(0xB7, "periodcentered"), glyph(-1, "Amacron")});
+    EXPECT_EQ(code(0xB7), 180);
+    EXPECT_EQ(nameOf(0, 180), "");
+    codes.nextCode = 179;
+    EXPECT_EQ(code(0x100), 181);
+}
+
 TEST_F(CharCode, NewCodesGoOnInFontOne) {
     setMetrics({glyph(-1, "Amacron"), glyph(-1, "Abreve")});
     codes.nextCode = 252;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <sstream>
 #include <string>
 
@@ -23,6 +24,7 @@ struct Result {
     Bytes eexec;
     std::string trailer;
     bool isWhole = false;
+    std::array<std::uint64_t, 3> announced{};
 };
 
 std::string textOf(const std::vector<std::uint8_t>& bytes) {
@@ -38,6 +40,7 @@ Result read(Reader reader, const std::string& file) {
     result.eexec = Bytes(sections.eexec);
     result.trailer = textOf(sections.trailer);
     result.isWhole = sections.isWhole;
+    result.announced = sections.announced;
     return result;
 }
 
@@ -115,6 +118,12 @@ TEST(PFASections, FewerClosingZerosAreTakenAsTheyAre) {
     EXPECT_EQ(pfa(kHead + "12" + std::string(30, '0') + "\ncleartomark\n").eexec.size(), 16U);
 }
 
+TEST(PFASections, AFileThatEndsInTheDigitsIsNotWhole) {
+    const Result result = pfa(kHead + "1234");
+    EXPECT_TRUE(result.read);
+    EXPECT_FALSE(result.isWhole);
+}
+
 TEST(PFASections, ALineHasToBeginWithTheWords) {
     EXPECT_FALSE(pfa("%!\n currentfile eexec\n1234").read);
     EXPECT_FALSE(pfa("currentfile\n1234").read);
@@ -186,8 +195,20 @@ TEST(PFBSections, ASegmentLongerThanTheFileIsRefusedWithWhatWasRead) {
     const Result result = pfb(file);
     EXPECT_FALSE(result.read);
     EXPECT_EQ(result.clearText, "abc");
-    EXPECT_EQ(result.eexec, (Bytes{7, 8}));
+    EXPECT_TRUE(result.eexec.empty()) << "a part of a section is none";
+    EXPECT_EQ(result.announced[1], 0xFFFFFFFFU);
     EXPECT_FALSE(pfb({0x80, 1, 5, 0}).read);
+}
+
+TEST(PFBSections, BehindTheLastTextAnythingIsTheEnd) {
+    Bytes file = pfbSegment(1, Bytes::ofText("a"));
+    file.bytes(pfbSegment(2, Bytes{1}).vector()).bytes(pfbSegment(1, Bytes::ofText("b")).vector());
+    for (const Bytes& end : {Bytes{0x0D, 0x0A}, Bytes{0x80, 7}, pfbSegment(2, Bytes{1})}) {
+        const Result result = pfb(Bytes(file).bytes(end.vector()));
+        EXPECT_TRUE(result.read);
+        EXPECT_TRUE(result.isWhole);
+        EXPECT_EQ(result.trailer, "b");
+    }
 }
 
 } // namespace
