@@ -55,6 +55,15 @@ TEST(KWNamedValueMap, SettingNullRemoves) {
     EXPECT_EQ(keysOf(map), "2 ");
 }
 
+TEST(KWNamedValueMap, IteratorsReachFromTheFirstEntryToBehindTheLast) {
+    KWNamedValueMap map;
+    EXPECT_TRUE(map.begin() == map.end());
+    map.set(key(7), 70);
+    map.set(key(3), 30);
+    EXPECT_EQ(map.begin()->name, key(3));
+    EXPECT_EQ(map.end() - map.begin(), 2);
+}
+
 TEST(KWNamedValueMap, MapsCompareEntryByEntry) {
     KWNamedValueMap a;
     KWNamedValueMap b;

@@ -64,6 +64,17 @@ TEST(Ptr, AssignmentToItselfKeepsTheObject) {
     EXPECT_EQ(destroyed, 1);
 }
 
+TEST(Ptr, SwapExchangesTheObjectsWithTheirReferences) {
+    int destroyed = 0;
+    KWPtr<Counted> full(new Counted(destroyed));
+    KWPtr<Counted> empty;
+    full.swap(empty);
+    EXPECT_FALSE(full);
+    ASSERT_TRUE(empty);
+    EXPECT_EQ(empty->getRefCount(), 1);
+    EXPECT_EQ(destroyed, 0);
+}
+
 TEST(Ptr, ConvertsToAPointerToTheBase) {
     int destroyed = 0;
     const KWPtr<Counted> derived(new Counted(destroyed));

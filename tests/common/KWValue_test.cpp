@@ -136,6 +136,14 @@ TEST(KWValue, MovingLeavesNull) {
     }
 }
 
+TEST(KWValue, SwapExchangesKindUnitAndContents) {
+    KWValue number(1.0, KWUnitType::Px);
+    KWValue word = text(u"y");
+    number.swap(word);
+    EXPECT_EQ(describe(number), "text:y");
+    EXPECT_EQ(word, KWValue(1.0, KWUnitType::Px));
+}
+
 TEST(KWValue, AssignmentReplacesKindAndUnit) {
     KWValue value(1.0, KWUnitType::Px);
     value = text(u"y");

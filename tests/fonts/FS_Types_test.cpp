@@ -42,4 +42,17 @@ TEST(EncodingScheme, TheNumbersAreFixed) {
     EXPECT_EQ(FS_ENCODING_FONT, 5);
 }
 
+TEST(CodePageRange, RangesOfTheSameBitsAreEqual) {
+    EXPECT_EQ(FS_CodePageRange(), (FS_CodePageRange{0, 0}));
+    EXPECT_NE(FS_CodePageRange(), (FS_CodePageRange{1, 0}));
+    EXPECT_NE(FS_CodePageRange(), (FS_CodePageRange{0, 1}));
+}
+
+TEST(FontRef, WithoutAFontIsFalseAndDiffersByItsFace) {
+    const FS_FontRef none;
+    EXPECT_FALSE(none);
+    EXPECT_EQ(none, (FS_FontRef{nullptr, 0}));
+    EXPECT_NE(none, (FS_FontRef{nullptr, 1}));
+}
+
 } // namespace

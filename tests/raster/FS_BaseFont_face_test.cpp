@@ -170,6 +170,23 @@ TEST(FTFace, TheFaceIsClosedBeforeTheBytesThatItUsesAreGone) {
     EXPECT_EQ(first, 1) << "the version 0x00010000";
 }
 
+TEST(FTFace, ACloserLetsGoOfOneHold) {
+    static bool closed;
+    closed = false;
+    {
+        const TempDir folder;
+        folder.write("font.ttf", squares().build());
+        const auto font = probe(folder.uri("font.ttf"));
+        FT_Face face = font->getFTFace(0);
+        ASSERT_NE(face, nullptr);
+        face->generic.finalizer = [](void*) { closed = true; };
+        ASSERT_EQ(FT_Reference_Face(face), 0);
+        FS_FTFaceCloser()(face);
+        EXPECT_FALSE(closed) << "the font holds it still";
+    }
+    EXPECT_TRUE(closed);
+}
+
 TEST(FTFace, AFetcherThatThrowsIsNoFace) {
     KWUri::setFetcher(
         [](const KWUri&, KWUri::ContentInfo&, UnicodeString&) -> std::unique_ptr<std::istream> {

@@ -8,6 +8,8 @@
 #include <KWFontService17/FS_ExtraFontManager.h>
 #include <KWFontService17/FS_FontInfo.h>
 
+#include <KWCommon15/KWMemStream.h>
+
 #include <gmock/gmock.h>
 
 // Type 1 fonts in the scan, in the lookup and among the fonts of a document.
@@ -166,6 +168,13 @@ TEST_F(Type1Fonts, OfADocumentAreFoundByItsNamesForThem) {
     EXPECT_EQ(info.getGlyphID('B', false), 2);
     EXPECT_EQ(info.getType1CharCode('A'), 'A');
     EXPECT_FALSE(info.hasVerticalGlyph());
+    KWCommonNS::KWMemStream program;
+    int length1 = 0;
+    int length2 = 0;
+    int length3 = 0;
+    EXPECT_TRUE(info.getType1FontStream(program, length1, length2, length3));
+    EXPECT_GT(length1, 0);
+    EXPECT_GT(program.length(), length1);
 }
 
 } // namespace
