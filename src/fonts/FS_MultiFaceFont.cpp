@@ -35,16 +35,17 @@ void FS_MultiFaceFont::startScan(std::istream& stream) {
     faceCount = 0;
     faces.clear();
     ftFaces.clear();
+    isCharged_.clear();
 }
 
 bool FS_MultiFaceFont::scanFace(KWError& error, std::istream& stream, std::uint64_t offset,
                                 ScanBudget& budget) {
+    isCharged_.push_back(false);
     return faces.emplace_back().readOffsetTable(error, stream, offset, *this, budget);
 }
 
 void FS_MultiFaceFont::finishScan() {
     ftFaces.resize(faces.size());
-    isCharged_.assign(faces.size(), false);
 }
 
 bool FS_MultiFaceFont::loadFont(KWError& error, int faceIndex, std::istream* stream) {

@@ -78,7 +78,7 @@ bool FS_TrueTypeInfo::loadEveryTable(KWError& error, std::istream& stream, bool 
     step(loadMath(reader));
     step(loadVerticalAdvances(reader));
     // Font program 0 is left to an encoding that is the font's own.
-    if (nextCode == 0 && getEncodingScheme() != FS_ENCODING_STANDARD)
+    if (nextCode == 0 && Type1CMap::getEncodingScheme() != FS_ENCODING_STANDARD)
         nextCode = kCodesOfAFont;
     return allOk;
 }

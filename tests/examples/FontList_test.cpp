@@ -175,10 +175,7 @@ TEST_F(FontList, CharactersThatATerminalActsOnAreNotPrinted) {
 }
 
 TEST_F(FontList, AFaceWithoutAWeightIsRegular) {
-    AfmFile file = AfmFile::latin();
-    file.familyName = "Unsaid";
-    file.weight.clear();
-    folder.write("fonts/a.afm", file.build());
+    write("a.ttf", family(u"Unsaid", 0));
     EXPECT_THAT(run({}).output, HasSubstr("\nUnsaid  Regular  0"));
 }
 

@@ -126,6 +126,7 @@ TEST(FontProgram, OfAWholeMemberOfACollectionIsAnSfntWithTheFontsOwnCids) {
 }
 
 TEST(FontProgram, IsJoinedOfTheSubsetsOfParts) {
+    const FontFile withCids = openMember(); // opens the service, so before all others
     const FontFile trueType = open(packagedFont("DejaVuSans"));
     const FontProgram sfnt =
         joined(trueType, {glyphsOf(trueType, u"AB"), glyphsOf(trueType, u"BC")});
@@ -141,7 +142,6 @@ TEST(FontProgram, IsJoinedOfTheSubsetsOfParts) {
     EXPECT_THAT(names.parts.at(0).names,
                 ElementsAre(Pair(0, ".notdef"), Pair(1, "A"), Pair(2, "B")));
 
-    const FontFile withCids = openMember();
     const FontProgram cids =
         joined(withCids, {glyphsOf(withCids, u"\u65E5"), glyphsOf(withCids, u"\u672C")});
     EXPECT_EQ(cids.kind, Kind::cff);

@@ -47,6 +47,20 @@ protected:
         // to thousandths of a point in the one and of the font size in the other.
         EXPECT_LT(difference(page, shown(pdf)), 0.1);
     }
+    /// A configuration that knows one folder, and fonts there that lie beside each other.
+    std::string type1Folder(const std::vector<std::string>& fonts) const {
+        const std::filesystem::path place = folder.makeFolder("fonts");
+        for (const std::string& name : fonts) {
+            const std::filesystem::path file = packagedFont(name);
+            std::filesystem::copy_file(file, place / file.filename());
+        }
+        return folder
+            .write("font-config.xml", "<font-config windows-registry=\"disable\">"
+                                      "<font-folder path=\"" +
+                                          place.string() + "\"/></font-config>")
+            .string();
+    }
+
     TempDir folder;
     std::filesystem::path pdf = folder.path("out.pdf");
     std::filesystem::path ps = folder.path("out.ps");
@@ -72,6 +86,17 @@ TEST_F(PostScript, AFontKeyedByCidsIsShownAsInThePdfAlsoInColumns) {
                         "\u65E5\u672C\u8A9E\u306E\u6587\u7AE0\n\n"
                         "@ vertical\n\u7E26\u66F8\u304D\u3001ABC\u3002")
                     .ok());
+    expectTheSamePage();
+}
+
+TEST_F(PostScript, AType1FamilyIsShownAsInThePdf) {
+    const std::string config = type1Folder({"C059-AFM", "C059-PFB"});
+    const ProcessResult result =
+        typeset({"--family", "C059", "--config", config, "--size", "20"},
+                "# Office fjord\n\nThe quick brown fox: \u00C4\u00E9\u00F1, "
+                "\u0141\u00F3d\u017A, \u0159e\u010D.");
+    ASSERT_TRUE(result.ok()) << result.describe();
+    EXPECT_THAT(readFile(ps).str(), HasSubstr("%%BeginResource: font C059-Roman\n"));
     expectTheSamePage();
 }
 
