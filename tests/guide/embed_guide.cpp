@@ -44,10 +44,10 @@ std::string merged(const std::string& first, const std::string& second, Outlines
     std::istringstream a(first);
     std::istringstream b(second);
     KWCommonNS::KWMemStream output;
-    const bool ok = outlines == Outlines::trueType
-                        ? FS_MergeEmbeddedFonts::mergeTrueType(output, &a, &b, true)
-                        : FS_MergeEmbeddedFonts::mergeCFF(output, &a, &b,
-                                                          outlines == Outlines::cffWithCids);
+    const bool ok =
+        outlines == Outlines::trueType
+            ? FS_MergeEmbeddedFonts::mergeTrueType(output, &a, &b, true)
+            : FS_MergeEmbeddedFonts::mergeCFF(output, &a, &b, outlines == Outlines::cffWithCids);
     return ok ? std::string(output.data(), output.size()) : std::string();
 }
 //! [merge]
