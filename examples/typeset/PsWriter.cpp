@@ -102,8 +102,9 @@ std::size_t writePs(const std::string& path, const Layout& layout, const PsFonts
     out += "<< /PageSize [" + size + "] >> setpagedevice\n%%EndSetup\n";
     for (std::size_t i = 0; i < layout.pages.size(); ++i) {
         const std::string number = std::to_string(i + 1);
-        out += "%%Page: " + number + ' ' + number + '\n' +
-               psPageContent(layout.pages[i], fonts, layout.pageHeight) + "showpage\n";
+        out += "%%Page: " + number + ' ' + number + '\n';
+        out += psPageContent(layout.pages[i], fonts, layout.pageHeight);
+        out += "showpage\n";
     }
     out += "%%EOF\n";
     examples::writeFile(path, out.data(), out.size());

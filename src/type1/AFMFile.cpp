@@ -65,10 +65,28 @@ void readFields(std::string_view fields, Type1CharMetric& record) {
     }
 }
 
+/// The width of those fields alone.
+int readWidth(std::string_view fields) {
+    int width = 0;
+    while (fields.find('W') != std::string_view::npos) {
+        const std::size_t end = std::min(fields.find(';'), fields.size());
+        std::string_view value = fields.substr(0, end);
+        fields.remove_prefix(std::min(end + 1, fields.size()));
+        const std::string_view word = cutWord(value);
+        if (word == "W" || word == "WX")
+            width = std::max(leadingInteger(value), 0);
+    }
+    return width;
+}
+
 class Reader {
 public:
     Reader(AFMHead& head, AFMGlyphs* glyphs) : head_(head), glyphs_(glyphs) {}
 
+    /// True for a pair that tells nothing new where glyphs are not asked for. A font has thousands.
+    bool passesBy(std::string_view line) const {
+        return glyphs_ == nullptr && head_.hasKernPairs && line.starts_with("KPX ");
+    }
     /// False when the keyword that the line begins with does not allow it.
     bool readLine(std::string_view keyword, std::string_view value);
     void finish();
@@ -102,6 +120,10 @@ private:
     bool addCharMetric(std::string_view value) { return addMetric(leadingInteger(value), value); }
     bool addHexCharMetric(std::string_view value) {
         return addMetric(hexadecimalCode(value), value);
+    }
+    void addWidth(int width) {
+        widthSum_ += width;
+        widestWX_ = std::max(widestWX_, width);
     }
     bool addMetric(int code, std::string_view value);
     bool endCharMetrics(std::string_view);
@@ -162,7 +184,9 @@ const Reader::Row Reader::kRows[] = {
 };
 
 bool Reader::readLine(std::string_view keyword, std::string_view value) {
-    const auto row = std::ranges::find(kRows, keyword, &Row::keyword);
+    const auto row = std::ranges::find_if(kRows, [keyword](const Row& candidate) {
+        return candidate.keyword.front() == keyword.front() && candidate.keyword == keyword;
+    });
     return row == std::end(kRows) || (this->*row->handler)(value);
 }
 
@@ -217,13 +241,15 @@ bool Reader::addMetric(int code, std::string_view value) {
     if (section_ != Section::charMetrics || metrics_ == announcedMetrics_)
         return false;
     ++metrics_;
+    if (glyphs_ == nullptr) {
+        addWidth(readWidth(behindNumber(value)));
+        return true;
+    }
     record_.name.clear();
     record_ = {.code = code, .name = std::move(record_.name)};
     readFields(behindNumber(value), record_);
-    widthSum_ += record_.WX;
-    widestWX_ = std::max(widestWX_, record_.WX);
-    if (glyphs_ != nullptr)
-        glyphs_->charMetrics.push_back(record_);
+    addWidth(record_.WX);
+    glyphs_->charMetrics.push_back(record_);
     return true;
 }
 
@@ -243,8 +269,6 @@ bool Reader::startKernPairs(std::string_view value) {
 }
 
 bool Reader::addKernPair(std::string_view value) {
-    if (glyphs_ == nullptr && head_.hasKernPairs)
-        return true;
     const std::string_view first = cutWord(value);
     if (first != firstName_) {
         firstName_ = first;
@@ -290,6 +314,8 @@ std::optional<Type1FileError> readAFM(std::istream& stream, AFMHead& head, AFMGl
     std::size_t number = 0;
     for (std::string_view line; lines.next(line);) {
         ++number;
+        if (reader.passesBy(line))
+            continue;
         const std::string_view keyword = cutWord(line);
         if (keyword.empty())
             continue;

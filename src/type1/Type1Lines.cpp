@@ -1,24 +1,30 @@
 #include "type1/Type1Lines.h"
 
+#include <algorithm>
+
 namespace KWFontService_NS {
 
 bool Type1Lines::fill() {
     stream_.read(piece_.data(), static_cast<std::streamsize>(piece_.size()));
     at_ = 0;
     end_ = static_cast<std::size_t>(stream_.gcount());
+    findCR();
     return end_ != 0;
 }
 
-std::size_t Type1Lines::findEnd() const {
-    std::string_view rest(piece_.data() + at_, end_ - at_);
-    // One search for each character: these are fast, and a search for either is not.
-    rest = rest.substr(0, rest.find('\n'));
+void Type1Lines::findCR() {
+    nextCR_ = end_;
     if (lineEnd_ == Type1LineEnd::CROrLF)
-        rest = rest.substr(0, rest.find('\r'));
-    return at_ + rest.size();
+        nextCR_ = at_ + std::min(rest().find('\r'), end_ - at_);
 }
 
-bool Type1Lines::next(std::string_view& line) {
+std::size_t Type1Lines::findEnd() {
+    if (nextCR_ < at_)
+        findCR();
+    return std::min(at_ + std::min(rest().find('\n'), end_ - at_), nextCR_);
+}
+
+bool Type1Lines::nextInPieces(std::string_view& line) {
     line_.clear();
     bool isLine = false;
     while (at_ != end_ || fill()) {
@@ -27,17 +33,11 @@ bool Type1Lines::next(std::string_view& line) {
             ++at_;
             continue;
         }
-        afterCR_ = false;
         const std::size_t lineEnd = findEnd();
         const std::string_view part(piece_.data() + at_, lineEnd - at_);
-        at_ = lineEnd;
-        const bool isWhole = at_ != end_;
-        if (isWhole)
-            afterCR_ = piece_[at_++] == '\r';
-        if (isWhole && !isLine) {
-            line = part.substr(0, longestLine_);
-            return true;
-        }
+        const bool isWhole = lineEnd != end_;
+        afterCR_ = isWhole && lineEnd == nextCR_;
+        at_ = lineEnd + (isWhole ? 1 : 0);
         isLine = true;
         line_.append(part.substr(0, longestLine_ - line_.size()));
         if (isWhole)

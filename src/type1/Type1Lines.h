@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <istream>
@@ -22,11 +23,23 @@ public:
         : stream_(stream), longestLine_(longestLine), lineEnd_(lineEnd) {}
 
     /// The next line, alive until the next call; false at the end of the stream.
-    bool next(std::string_view& line);
+    bool next(std::string_view& line) {
+        // Nearly every line lies whole in the piece and ends with LF. The next CR is known, so that
+        // a file without any is searched for LF alone.
+        const std::size_t length = rest().find('\n');
+        if (afterCR_ || length == std::string_view::npos || at_ + length >= nextCR_)
+            return nextInPieces(line);
+        line = rest().substr(0, std::min(length, longestLine_));
+        at_ += length + 1;
+        return true;
+    }
 
 private:
+    std::string_view rest() const { return {piece_.data() + at_, end_ - at_}; }
     bool fill();
-    std::size_t findEnd() const;
+    void findCR();
+    std::size_t findEnd();
+    bool nextInPieces(std::string_view& line);
 
     std::istream& stream_;
     std::size_t longestLine_;
@@ -35,6 +48,7 @@ private:
     std::array<char, 16384> piece_;
     std::size_t at_ = 0;
     std::size_t end_ = 0;
+    std::size_t nextCR_ = 0; ///< the first one that is a line end; `end_` when there is none
     std::string line_;
 };
 
