@@ -90,8 +90,8 @@ void mendCharacterRange(PFMFile& file) {
 
 /// Cuts a name with its zero off the text; false when it has none, or a name too long.
 bool cutName(std::string_view& text, UnicodeString& name) {
-    const std::size_t end = text.find('\0');
-    if (end == std::string_view::npos || end > KWCommonNS::kMaxPFMName)
+    const std::size_t end = text.find('\0'); // far away when there is none
+    if (end > KWCommonNS::kMaxPFMName)
         return false;
     name = textOfBytes(text.substr(0, end));
     text.remove_prefix(end + 1);
