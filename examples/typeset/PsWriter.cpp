@@ -102,7 +102,7 @@ std::size_t writePs(const std::string& path, const Layout& layout, const PsFonts
     out += "<< /PageSize [" + size + "] >> setpagedevice\n%%EndSetup\n";
     for (std::size_t i = 0; i < layout.pages.size(); ++i) {
         const std::string number = std::to_string(i + 1);
-        out += "%%Page: " + number + ' ' + number + '\n';
+        out.append("%%Page: ").append(number).append(" ").append(number).append("\n");
         out += psPageContent(layout.pages[i], fonts, layout.pageHeight);
         out += "showpage\n";
     }
