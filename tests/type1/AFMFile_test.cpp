@@ -174,6 +174,12 @@ TEST(AFMFile, AFieldsWordMayBeCutShort) {
     EXPECT_EQ(metricOf("C 1 ; Name x ;").name, "");
 }
 
+TEST(AFMFile, ALetterOfAWidthElsewhereIsNone) {
+    EXPECT_EQ(metricOf("C 87 ; WX 640 ; N W ; B 0 W 0 W ;").WX, 640);
+    EXPECT_EQ(metricOf("C 87 ; N W ; WIDE 3 ; W 5 ; WXY 7 ;").WX, 5);
+    EXPECT_EQ(metricOf("C 87 ; WX 640 ; N W ; WX 641").WX, 641);
+}
+
 TEST(AFMFile, WidthsHaveNoSign) {
     EXPECT_EQ(metricOf("C 1 ; WX -500 ; WY -3 ;").WX, 0);
     EXPECT_EQ(metricOf("C 1 ; WX 99999999999 ;").WX, 2147483647);

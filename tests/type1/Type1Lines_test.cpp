@@ -1,5 +1,7 @@
 #include "type1/Type1Lines.h"
 
+#include "support/Rng.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -41,6 +43,38 @@ TEST(Type1Lines, LinesGoOverPiecesOfTheFile) {
         const std::string a(length, 'a');
         const std::string b(40000, 'b');
         EXPECT_EQ(linesOf(a + "\r\n" + b + "\r\nc", Type1LineEnd::CROrLF), (Lines{a, b, "c"}));
+    }
+}
+
+/// The same, slowly.
+Lines plainLinesOf(const std::string& text, Type1LineEnd lineEnd) {
+    Lines lines;
+    std::string line;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isCR = text[i] == '\r' && lineEnd == Type1LineEnd::CROrLF;
+        if (text[i] != '\n' && !isCR) {
+            line += text[i];
+            continue;
+        }
+        lines.push_back(line);
+        line.clear();
+        if (isCR && i + 1 < text.size() && text[i + 1] == '\n')
+            ++i;
+    }
+    if (!line.empty())
+        lines.push_back(line);
+    return lines;
+}
+
+TEST(Type1Lines, AreThoseOfAPlainReadingWhateverEndsThem) {
+    KWTest::Rng rng(7);
+    for (int round = 0; round < 20; ++round) {
+        std::string text;
+        const unsigned ends = 2 + rng.below(30); // of so many characters two are line ends
+        while (text.size() < 40000)
+            text += "\r\nabcdefghijklmnopqrstuvwxyzABCDEF"[rng.below(ends + 1)];
+        for (const Type1LineEnd lineEnd : {Type1LineEnd::LF, Type1LineEnd::CROrLF})
+            EXPECT_EQ(linesOf(text, lineEnd), plainLinesOf(text, lineEnd)) << round;
     }
 }
 
