@@ -77,7 +77,7 @@ protected:
     /// A font of the metrics file with other bytes for its printer font, since it was read.
     Written embedChanged(const Bytes& file, std::string_view codes) {
         writePrinterFont();
-        const auto font = loadedAFM();
+        const auto font = scannedAFM(); // a loaded one keeps its file open
         files().write("font.pfb", file);
         return embed(*font, 0, codes);
     }
@@ -294,7 +294,7 @@ TEST_F(Type1Embed, ThePrinterFontByItselfHasNone) {
 
 TEST_F(Type1Embed, APrinterFontThatIsGoneIsNone) {
     writePrinterFont();
-    const auto font = loadedAFM();
+    const auto font = scannedAFM();
     std::filesystem::remove(files().path("font.pfb"));
     EXPECT_FALSE(embed(*font, 0, "A").ok);
     EXPECT_EQ(whole(*font).lengths(), "-1 -1 -1");

@@ -98,9 +98,11 @@ TEST_F(EnumerationCallback, MayLookFontsUpWhichFillsTheFamilyItIsReporting) {
         EXPECT_TRUE(font.createFont(u"Name", 100 * static_cast<int>(weights.size()) + 100, true,
                                     nullptr, false));
         EXPECT_EQ(font.getGlyphID('A', false), TestFont::kA);
+#ifndef _WIN32 // where a font that draws keeps its file, which the test has to remove
         FS_GlyphBMP bitmap;
         KWError error;
         EXPECT_TRUE(font.drawGlyph(TestFont::kA, 12, 72, &bitmap, FS_GlyphBMPSetting(), error));
+#endif
         FS_NewTextMetricEx metric;
         EXPECT_TRUE(FS_FontInfo::getNewTextMetricEx(u"Name", 0, false, metric, nullptr));
         weights.push_back(face.weight);
