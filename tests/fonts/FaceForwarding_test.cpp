@@ -179,6 +179,61 @@ void expectNoDataOutOfRange(FaceFiles& files) {
         EXPECT_EQ(files.font->getEudcFont(face), FS_FontRef());
 }
 
+// The tests here and those of the wrappers go by the list. This holds the list to what is asked of
+// the classes: a row that moves to another column is not seen by them.
+TEST(FaceForwarding, TheListSaysOfWhichOperationsADfontAndAWrapperHaveNoAnswerOfTheirFaces) {
+    enum class Wrapper { INNER, SOURCE, FILE, WOFF, OWN };
+    using Names = std::set<std::string_view>;
+    Names notOfDfonts;
+    Names notOfWrappers;
+    Names ofWoffAlone;
+#define FS_OPERATION(faces, wrapper, facade, result, name, parameters, arguments, qualifier,       \
+                     missing)                                                                      \
+    if (Faces::faces != Faces::ALL)                                                                \
+        notOfDfonts.insert(#name);                                                                 \
+    if (Wrapper::wrapper == Wrapper::OWN)                                                          \
+        notOfWrappers.insert(#name);                                                               \
+    if (Wrapper::wrapper == Wrapper::WOFF)                                                         \
+        ofWoffAlone.insert(#name);
+#include "fonts/FS_FaceOperations.inc"
+    EXPECT_EQ(notOfDfonts,
+              (Names{"getCFFInfo",         "getCIDSystemInfo",      "getDefaultVertOriginY",
+                     "getEmbedFontStream", "getEncodingScheme",     "getFamilyClass",
+                     "getFamilySubclass",  "getGlyphVertOriginY",   "getItalicsCorrection",
+                     "getMATHConstant",    "getMATHVariantH",       "getMATHVariantV",
+                     "getPreferredFamily", "getPreferredSubFamily", "getStringID",
+                     "getType1CMapArray",  "getType1CMapPair",      "getType1CharCode",
+                     "getType1EmbedFont",  "getType1FontStream",    "getType1GlyphIDCode",
+                     "getType1GlyphName",  "getTypoDescender",      "getWidth",
+                     "hasMATHInfo",        "hasVariationSelector",  "makePostScriptCIDFontType0",
+                     "makeSubsetFont",     "makeWebFont",           "setHasVerticalGlyph",
+                     "setPostScriptName",  "variationSequence"}));
+    EXPECT_EQ(notOfWrappers, (Names{"getCFFInfo",
+                                    "getDefaultVertOriginY",
+                                    "getEudcFont",
+                                    "getEudcGlyphID",
+                                    "getFamilyClass",
+                                    "getFamilyName",
+                                    "getFamilySubclass",
+                                    "getFullFontName",
+                                    "getGlyphVertOriginY",
+                                    "getLogFont",
+                                    "getPostScriptCIDFindfontName",
+                                    "getPostScriptName",
+                                    "getPreferredFamily",
+                                    "getPreferredSubFamily",
+                                    "getSubFamilyName",
+                                    "getWeight",
+                                    "getWidth",
+                                    "hasVariationSelector",
+                                    "isItalic",
+                                    "setEudcFont",
+                                    "setHasVerticalGlyph",
+                                    "setPostScriptName",
+                                    "variationSequence"}));
+    EXPECT_EQ(ofWoffAlone, (Names{"makeSubsetFont", "makeWebFont"}));
+}
+
 TEST(FaceForwarding, ACollectionAnswersAsItsFacesDo) {
     FaceFiles files = glyfCollection();
     for (int face = 0; face < files.count; ++face) {
